@@ -1,0 +1,52 @@
+# What every target of the project shares: standard, output folders, warnings, sanitizers.
+# Everything hangs on the targets, so that a project that takes this one in is left alone.
+
+add_library(qv1k_settings INTERFACE)
+target_compile_features(qv1k_settings INTERFACE cxx_std_20)
+target_include_directories(qv1k_settings INTERFACE ${PROJECT_SOURCE_DIR})
+target_compile_definitions(qv1k_settings INTERFACE QT_NO_CAST_TO_ASCII)
+
+# Pixel arithmetic is bit-exact: no fused multiply-add in place of a product and a sum.
+if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
+  target_compile_options(qv1k_settings INTERFACE -ffp-contract=off)
+elseif(MSVC)
+  target_compile_options(qv1k_settings INTERFACE /utf-8 /fp:precise)
+endif()
+
+if(QV1K_SANITIZE)
+  target_compile_options(qv1k_settings INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=undefined
+                                                 -fno-omit-frame-pointer)
+  target_link_options(qv1k_settings INTERFACE -fsanitize=address,undefined)
+endif()
+
+add_library(qv1k_warnings INTERFACE)
+if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
+  target_compile_options(qv1k_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wold-style-cast
+                                                 -Woverloaded-virtual -Wconversion -Wsign-conversion)
+  if(QV1K_WARNINGS_AS_ERRORS)
+    target_compile_options(qv1k_warnings INTERFACE -Werror)
+  endif()
+elseif(MSVC)
+  target_compile_options(qv1k_warnings INTERFACE /W4)
+  if(QV1K_WARNINGS_AS_ERRORS)
+    target_compile_options(qv1k_warnings INTERFACE /WX)
+  endif()
+endif()
+
+# Executables land in build/<preset>/bin, shared libraries in build/<preset>/lib.
+function(qv1k_target target)
+  get_target_property(type ${target} TYPE)
+  target_link_libraries(${target} PRIVATE qv1k_warnings)
+  if(type STREQUAL "STATIC_LIBRARY")
+    target_link_libraries(${target} PUBLIC qv1k_settings)
+    set_target_properties(${target} PROPERTIES POSITION_INDEPENDENT_CODE ON)
+  else()
+    target_link_libraries(${target} PRIVATE qv1k_settings)
+  endif()
+  set_target_properties(
+    ${target}
+    PROPERTIES CXX_EXTENSIONS OFF
+               RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin
+               LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib
+               ARCHIVE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
+endfunction()
