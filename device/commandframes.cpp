@@ -1,0 +1,128 @@
+#include "device/commandframes.h"
+
+#include <QString>
+
+#include <numeric>
+
+namespace {
+
+enum FrameClass : char { BlockHandshake = 0x00, ParameterDownload = 0x01, Query = 0x02, Control = 0x03 };
+
+QByteArray frame(FrameClass frameClass, int code)
+{
+    return QByteArrayLiteral("\xFF\xAA") + char(frameClass) + char(code) + QByteArrayLiteral("\x0D\xEB");
+}
+
+} // namespace
+
+namespace CommandFrame {
+
+QByteArray startAcquisition()
+{
+    return frame(Control, 0xA0);
+}
+
+QByteArray haltAcquisition()
+{
+    return frame(Control, 0xA1);
+}
+
+QByteArray readinessQuery()
+{
+    return frame(Control, 0xAA);
+}
+
+QByteArray testPattern(int pattern)
+{
+    return frame(Control, pattern > 4 ? 0xCF : pattern + 0xBF);
+}
+
+QByteArray blockRequest(int blocks)
+{
+    return QByteArrayLiteral("\xFF\xAA\x00") + hexBytes(blocks, 1) + QByteArrayLiteral("\x0D\xEB");
+}
+
+QByteArray levelQuery()
+{
+    return frame(Query, 0x10);
+}
+
+QByteArray versionReadback()
+{
+    return frame(Query, 0xFA);
+}
+
+QByteArray parameterReadback()
+{
+    return frame(Query, 0x00);
+}
+
+QByteArray eepromReadback()
+{
+    return frame(Query, 0xEE);
+}
+
+QByteArray eepromWrite()
+{
+    return frame(Control, 0xE0);
+}
+
+QByteArray eepromRead()
+{
+    return frame(Control, 0xE1);
+}
+
+QByteArray eepromInit()
+{
+    return frame(Control, 0xEF);
+}
+
+QByteArray parameters(char code, const QByteArray &payload)
+{
+    return frame(ParameterDownload, code) + payload + checksum(payload);
+}
+
+QByteArray hexBytes(int value, int width)
+{
+    return QByteArray::fromHex(
+        QString::number(value, 16).rightJustified(2 * width, QLatin1Char('0')).toUtf8());
+}
+
+char checksum(const QByteArray &payload)
+{
+    return char(std::accumulate(payload.begin(), payload.end(), 0u,
+                                [](unsigned sum, char byte) { return (sum + uchar(byte)) & 0xFFu; }));
+}
+
+} // namespace CommandFrame
+
+namespace AckFrame {
+
+QByteArray echoOf(const QByteArray &controlFrame)
+{
+    QByteArray echo = controlFrame;
+    echo[1] = char(0xBB);
+    return echo;
+}
+
+bool echoes(const QByteArray &reply, const QByteArray &controlFrame)
+{
+    return reply.startsWith(echoOf(controlFrame).toHex().toUpper());
+}
+
+bool acknowledgesParameters(const QByteArray &reply)
+{
+    return reply.contains("FFBB01");
+}
+
+bool isReady(const QByteArray &reply)
+{
+    return (reply.mid(8, 2).toInt(nullptr, 16) & 1) == 1;
+}
+
+int level(const QByteArray &reply)
+{
+    return reply.left(2).toInt(nullptr, 16);
+}
+
+} // namespace AckFrame

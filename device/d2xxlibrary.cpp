@@ -1,0 +1,157 @@
+#include "device/d2xxlibrary.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QLibrary>
+#include <QStringList>
+
+namespace {
+
+const QString virtualDetector = QStringLiteral("d2xx_virtual");
+const QString openDriver = QStringLiteral("d2xx_ftdi");
+
+/// Folders in which the project's own providers are looked for.
+QStringList providerFolders()
+{
+    const QString beside = QCoreApplication::applicationDirPath();
+    return {beside, QDir::cleanPath(beside + QStringLiteral("/../lib")), QStringLiteral(QV1K_INSTALL_LIBDIR)};
+}
+
+QString providerFileName(const QString &name)
+{
+#ifdef Q_OS_WIN
+    return name + QStringLiteral(".dll");
+#elif defined(Q_OS_MACOS)
+    return QStringLiteral("lib") + name + QStringLiteral(".dylib");
+#else
+    return QStringLiteral("lib") + name + QStringLiteral(".so");
+#endif
+}
+
+/// Full path of one of the project's own providers, or an empty text.
+QString findProvider(const QString &name)
+{
+    for (const QString &folder : providerFolders()) {
+        const QString path = folder + QLatin1Char('/') + providerFileName(name);
+        if (QFileInfo::exists(path))
+            return path;
+    }
+    return {};
+}
+
+/// Resolves one call by name; notes the name when the library lacks it.
+template <typename Function>
+void resolve(QLibrary &library, const char *name, Function &function, QStringList &missing)
+{
+    function = reinterpret_cast<Function>(library.resolve(name));
+    if (function == nullptr)
+        missing << QString::fromLatin1(name);
+}
+
+QStringList resolveAll(QLibrary &library, ftdi::Functions &f)
+{
+    QStringList missing;
+    resolve(library, "FT_CreateDeviceInfoList", f.createDeviceInfoList, missing);
+    resolve(library, "FT_GetDeviceInfoList", f.getDeviceInfoList, missing);
+    resolve(library, "FT_OpenEx", f.openEx, missing);
+    resolve(library, "FT_Close", f.close, missing);
+    resolve(library, "FT_ResetDevice", f.resetDevice, missing);
+    resolve(library, "FT_SetBitMode", f.setBitMode, missing);
+    resolve(library, "FT_SetLatencyTimer", f.setLatencyTimer, missing);
+    resolve(library, "FT_SetUSBParameters", f.setUsbParameters, missing);
+    resolve(library, "FT_SetFlowControl", f.setFlowControl, missing);
+    resolve(library, "FT_Purge", f.purge, missing);
+    resolve(library, "FT_SetTimeouts", f.setTimeouts, missing);
+    resolve(library, "FT_GetStatus", f.getStatus, missing);
+    resolve(library, "FT_Read", f.read, missing);
+    resolve(library, "FT_Write", f.write, missing);
+
+    QStringList optional;
+    resolve(library, "QV1K_SetDeviceEventCallback", f.setDeviceEventCallback, optional);
+    return missing;
+}
+
+D2xxLibrary withoutDriver(const QString &problem)
+{
+    D2xxLibrary result;
+    result.driver = std::make_shared<D2xx>();
+    result.problem = problem;
+    return result;
+}
+
+D2xxLibrary loadFile(const QString &fileName)
+{
+    QLibrary library(fileName);
+    if (!library.load())
+        return withoutDriver(library.errorString());
+
+    ftdi::Functions functions;
+    const QStringList missing = resolveAll(library, functions);
+    if (!missing.isEmpty()) {
+        const QString name = library.fileName();
+        library.unload();
+        return withoutDriver(QStringLiteral("%1 lacks %2").arg(name, missing.join(QStringLiteral(", "))));
+    }
+    D2xxLibrary result;
+    result.driver = std::make_shared<D2xx>(functions);
+    result.path =
+        QFileInfo(library.fileName()).isAbsolute() ? QDir::cleanPath(library.fileName()) : library.fileName();
+    result.isVirtual = QFileInfo(result.path).fileName() == providerFileName(virtualDetector);
+    return result;
+}
+
+D2xxLibrary loadProvider(const QString &name)
+{
+    const QString path = findProvider(name);
+    if (path.isEmpty()) {
+        return withoutDriver(QStringLiteral("%1 was not found in %2")
+                                 .arg(providerFileName(name), providerFolders().join(QStringLiteral(", "))));
+    }
+    return loadFile(path);
+}
+
+D2xxLibrary loadDefault()
+{
+#ifdef Q_OS_WIN
+    return loadFile(QStringLiteral("FTD2XX.dll"));
+#else
+    D2xxLibrary maker = loadFile(QStringLiteral("libftd2xx.so"));
+    if (maker.driver->isUsable())
+        return maker;
+    D2xxLibrary open = loadProvider(openDriver);
+    if (!open.driver->isUsable())
+        open.problem = maker.problem + QStringLiteral("; ") + open.problem;
+    return open;
+#endif
+}
+
+} // namespace
+
+D2xxLibrary D2xxLibrary::load(const QString &setting)
+{
+    if (setting.isEmpty())
+        return loadDefault();
+    if (setting == QStringLiteral("ftdi"))
+        return loadProvider(openDriver);
+    if (setting == QStringLiteral("virtual"))
+        return loadProvider(virtualDetector);
+    return loadFile(setting);
+}
+
+QString D2xxLibrary::description() const
+{
+    if (!driver->isUsable()) {
+        return QStringLiteral(
+                   "No driver library could be loaded, so no detector can be used.\n\n"
+                   "Reason: %1\n\n"
+                   "To use the virtual detector, set D2xxLibrary=virtual in config.ini and start again.")
+            .arg(problem);
+    }
+    if (isVirtual) {
+        return QStringLiteral("Virtual detector: everything shown is simulated, not measured.\n\n"
+                              "Driver library: %1")
+            .arg(path);
+    }
+    return QStringLiteral("Driver library: %1").arg(path);
+}

@@ -1,0 +1,214 @@
+#include "device/portmanager.h"
+
+#include "device/d2xxlibrary.h"
+#include "log/logmanager.h"
+
+#include <QDebug>
+#include <QElapsedTimer>
+#include <QThread>
+
+#include <vector>
+
+using namespace ftdi;
+
+namespace {
+
+constexpr UCHAR allDataLines = 0xFF;
+constexpr UCHAR latencyMs = 2;
+constexpr DWORD transferSize = 65536;
+constexpr DWORD ioTimeoutMs = 10;
+
+PortManager *linkInstance = nullptr;
+
+std::shared_ptr<D2xx> &nextDriver()
+{
+    static std::shared_ptr<D2xx> driver;
+    return driver;
+}
+
+void log(const QString &message)
+{
+    LogManager::instance()->writeLog(message);
+}
+
+QString serialNumberOf(const DeviceRecord &record)
+{
+    return QString::fromUtf8(record.serialNumber,
+                             qsizetype(qstrnlen(record.serialNumber, sizeof record.serialNumber)));
+}
+
+} // namespace
+
+void PortManager::setDriver(std::shared_ptr<D2xx> driver)
+{
+    nextDriver() = std::move(driver);
+}
+
+void PortManager::createInstance()
+{
+    if (!nextDriver())
+        nextDriver() = D2xxLibrary::load({}).driver;
+    linkInstance = new PortManager(nextDriver());
+}
+
+void PortManager::destroyInstance()
+{
+    delete linkInstance;
+    linkInstance = nullptr;
+}
+
+PortManager *PortManager::instance()
+{
+    return linkInstance;
+}
+
+PortManager::PortManager(std::shared_ptr<D2xx> driver) : m_driver(std::move(driver))
+{
+    log(QStringLiteral("串口初始化"));
+}
+
+PortManager::~PortManager()
+{
+    log(QStringLiteral("串口销毁"));
+    if (m_receiveThread != nullptr) {
+        m_paused = false;
+        m_receiveThread->requestInterruption();
+        m_receiveThread->quit();
+        m_receiveThread->wait();
+        delete m_receiveThread;
+        m_receiveThread = nullptr;
+    }
+    closeDevice();
+}
+
+QList<QString> PortManager::listDevices()
+{
+    DWORD count = 0;
+    if (m_driver->createDeviceInfoList(&count) != FT_OK) {
+        qDebug() << QStringLiteral("获取串口列表失败");
+        return {};
+    }
+    if (count == 0) {
+        qDebug() << QStringLiteral("当前没有串口连接");
+        return {};
+    }
+    std::vector<DeviceRecord> records(count);
+    if (m_driver->getDeviceInfoList(records.data(), &count) != FT_OK) {
+        qDebug() << QStringLiteral("获取串口信息失败");
+        return {};
+    }
+    // A device may have gone between the two calls; more than there is room for cannot have been filled in.
+    records.resize(qMin(std::size_t(count), records.size()));
+
+    m_portList.clear();
+    for (const DeviceRecord &record : records) {
+        const QString serialNumber = serialNumberOf(record);
+        log(QStringLiteral("串口") + QString::number(m_portList.size()) + QStringLiteral(" = ") +
+            serialNumber);
+        m_portList.append(serialNumber);
+    }
+    return m_portList;
+}
+
+bool PortManager::openDevice(QString serialNumber)
+{
+    FT_HANDLE handle = nullptr;
+    const FT_STATUS status = m_driver->open(serialNumber.toUtf8().constData(), &handle);
+    m_handle = handle;
+    if (status == FT_OK) {
+        configureDevice();
+        log(QStringLiteral("串口连接配置成功"));
+        return true;
+    }
+    log(QStringLiteral("串口连接失败"));
+    if (status == FT_DEVICE_NOT_OPENED)
+        log(QStringLiteral("设备未开启"));
+    return false;
+}
+
+void PortManager::configureDevice()
+{
+    m_driver->resetDevice(m_handle);
+    m_driver->setBitMode(m_handle, allDataLines, FT_BITMODE_SYNC_FIFO);
+    m_driver->setLatencyTimer(m_handle, latencyMs);
+    m_driver->setUsbParameters(m_handle, transferSize, transferSize);
+    m_driver->setFlowControl(m_handle, FT_FLOW_RTS_CTS, 0, 0);
+    m_driver->purge(m_handle, FT_PURGE_RX_AND_TX);
+    m_driver->setTimeouts(m_handle, ioTimeoutMs, ioTimeoutMs);
+}
+
+void PortManager::closeDevice()
+{
+    // A loop that was cut off in mid-frame must not read the replies of the next connection.
+    m_halted = true;
+    if (m_handle == nullptr)
+        return;
+    log(QStringLiteral("串口关闭"));
+    m_driver->close(m_handle.exchange(nullptr));
+}
+
+void PortManager::startReceive()
+{
+    m_stopRequested = false;
+    m_restarted = true;
+    m_halted = false;
+    if (m_receiveThread != nullptr)
+        m_paused = false;
+    else
+        startThread();
+}
+
+void PortManager::startThread()
+{
+    m_receiveThread = new QThread;
+    moveToThread(m_receiveThread);
+    connect(m_receiveThread, &QThread::started, this, &PortManager::receiveLoop);
+    m_receiveThread->start(QThread::HighPriority);
+}
+
+void PortManager::pauseReceive()
+{
+    m_paused = true;
+}
+
+void PortManager::write(QByteArray bytes)
+{
+    DWORD written = 0;
+    m_driver->write(m_handle, bytes.constData(), DWORD(bytes.size()), &written);
+}
+
+DWORD PortManager::bytesWaiting()
+{
+    DWORD rxBytes = 0;
+    DWORD txBytes = 0;
+    DWORD events = 0;
+    const FT_STATUS status = m_driver->getStatus(m_handle, &rxBytes, &txBytes, &events);
+    // Without a status nothing counts as waiting: a pulled cable must not make the loop read for ever.
+    return status == FT_OK ? rxBytes : 0;
+}
+
+QByteArray PortManager::wait_for_read(int timeoutMs, int expectedBytes)
+{
+    QElapsedTimer timer;
+    timer.start();
+    QByteArray reply;
+    while (timer.elapsed() < timeoutMs) {
+        const DWORD waiting = bytesWaiting();
+        if (waiting == 0)
+            continue;
+        QByteArray bytes(qsizetype(waiting), Qt::Uninitialized);
+        DWORD bytesRead = 0;
+        if (m_driver->read(m_handle, bytes.data(), waiting, &bytesRead) != FT_OK) {
+            log(QStringLiteral("串口接收数据失败"));
+            return reply;
+        }
+        bytes.truncate(qsizetype(bytesRead));
+        reply += bytes.toHex().toUpper();
+        if (reply.size() == 2 * qsizetype(expectedBytes)) {
+            log(QStringLiteral("串口接收数据 = ") + QString::fromLatin1(reply));
+            return reply;
+        }
+    }
+    log(QStringLiteral("wait_for_read 接收数据超时"));
+    return reply;
+}

@@ -1,0 +1,69 @@
+#include "device/blockassembler.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+namespace {
+
+void append(BlockAssembler &assembler, qsizetype length, char value)
+{
+    std::memset(assembler.reserve(length), value, std::size_t(length));
+    assembler.keep(length);
+}
+
+} // namespace
+
+TEST(BlockAssembler, a_boundary_is_reached_with_the_last_byte_of_a_block)
+{
+    BlockAssembler assembler;
+    append(assembler, blockSize - 1, 'a');
+    EXPECT_FALSE(assembler.boundaryReached());
+    append(assembler, 1, 'b');
+    EXPECT_TRUE(assembler.boundaryReached());
+    EXPECT_EQ(assembler.nextRequest(), 1);
+    EXPECT_FALSE(assembler.boundaryReached());
+}
+
+TEST(BlockAssembler, what_was_read_in_vain_is_dropped_and_what_was_read_short_is_kept_as_far_as_it_came)
+{
+    BlockAssembler assembler;
+    append(assembler, 10, 'a');
+    std::memset(assembler.reserve(100), 'x', 100);
+    assembler.drop();
+    std::memset(assembler.reserve(100), 'b', 100);
+    assembler.keep(5);
+    EXPECT_EQ(assembler.takeFrame(), QByteArray(10, 'a') + QByteArray(5, 'b'));
+}
+
+TEST(BlockAssembler, a_taken_frame_holds_everything_and_the_next_begins_empty_with_counter_0)
+{
+    BlockAssembler assembler;
+    for (int block = 1; block <= blocksPerFrame; ++block) {
+        append(assembler, blockSize, char(block));
+        ASSERT_TRUE(assembler.boundaryReached());
+        ASSERT_EQ(assembler.frameComplete(), block == blocksPerFrame);
+        if (block < blocksPerFrame) {
+            ASSERT_EQ(assembler.nextRequest(), block);
+        }
+    }
+    const QByteArray frame = assembler.takeFrame();
+    ASSERT_EQ(frame.size(), frameSize);
+    for (int block = 1; block <= blocksPerFrame; ++block)
+        EXPECT_EQ(frame.at((block - 1) * blockSize), char(block));
+    EXPECT_EQ(assembler.nextRequest(), 0);
+    EXPECT_FALSE(assembler.boundaryReached());
+}
+
+TEST(BlockAssembler, a_restart_forgets_the_partial_frame)
+{
+    BlockAssembler assembler;
+    append(assembler, blockSize + 7, 'a');
+    EXPECT_EQ(assembler.nextRequest(), 1);
+    assembler.restart();
+    EXPECT_FALSE(assembler.boundaryReached());
+    append(assembler, blockSize, 'b');
+    EXPECT_TRUE(assembler.boundaryReached());
+    EXPECT_EQ(assembler.nextRequest(), 1);
+    EXPECT_EQ(assembler.takeFrame(), QByteArray(blockSize, 'b'));
+}

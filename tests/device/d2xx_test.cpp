@@ -1,0 +1,170 @@
+#include "device/d2xx.h"
+#include "device/d2xxlibrary.h"
+#include "tests/support/faked2xx.h"
+#include "tests/support/workingfolder.h"
+
+#include <gtest/gtest.h>
+
+#include <QFileInfo>
+#include <QLibrary>
+
+#include <atomic>
+#include <thread>
+
+using namespace ftdi;
+
+TEST(DriverBoundary, without_a_library_every_call_reports_a_failure_and_nothing_crashes)
+{
+    D2xx none;
+    DWORD count = 7;
+    DeviceRecord record{};
+    FT_HANDLE handle = nullptr;
+    EXPECT_FALSE(none.isUsable());
+    EXPECT_NE(none.createDeviceInfoList(&count), FT_OK);
+    EXPECT_NE(none.getDeviceInfoList(&record, &count), FT_OK);
+    EXPECT_NE(none.open("QV1K", &handle), FT_OK);
+    EXPECT_NE(none.read(handle, &count, 4, &count), FT_OK);
+    EXPECT_NE(none.write(handle, &count, 4, &count), FT_OK);
+    EXPECT_NE(none.close(handle), FT_OK);
+}
+
+TEST(DriverBoundary, a_call_on_a_null_or_closed_handle_does_not_reach_the_library)
+{
+    FakeD2xx fake;
+    D2xx &d2xx = *fake.driver();
+    DWORD a = 0;
+    DWORD b = 0;
+    DWORD c = 0;
+    EXPECT_EQ(d2xx.getStatus(nullptr, &a, &b, &c), FT_INVALID_HANDLE);
+
+    FT_HANDLE handle = nullptr;
+    ASSERT_EQ(d2xx.open("QV1K", &handle), FT_OK);
+    EXPECT_EQ(d2xx.getStatus(handle, &a, &b, &c), FT_OK);
+    EXPECT_EQ(fake.statusCalls(), 1);
+    EXPECT_EQ(d2xx.close(handle), FT_OK);
+
+    EXPECT_EQ(d2xx.getStatus(handle, &a, &b, &c), FT_INVALID_HANDLE);
+    EXPECT_EQ(d2xx.read(handle, &a, 1, &b), FT_INVALID_HANDLE);
+    EXPECT_EQ(d2xx.write(handle, &a, 1, &b), FT_INVALID_HANDLE);
+    EXPECT_EQ(d2xx.purge(handle, 3), FT_INVALID_HANDLE);
+    EXPECT_EQ(d2xx.close(handle), FT_INVALID_HANDLE);
+    EXPECT_EQ(fake.statusCalls(), 1);
+    EXPECT_EQ(fake.reads(), 0);
+    EXPECT_EQ(fake.written().size(), 0);
+    EXPECT_EQ(fake.calls().count(QStringLiteral("Close")), 1);
+}
+
+TEST(DriverBoundary, closing_waits_for_a_call_that_is_under_way_on_another_thread)
+{
+    FakeD2xx fake;
+    D2xx &d2xx = *fake.driver();
+    FT_HANDLE handle = nullptr;
+    ASSERT_EQ(d2xx.open("QV1K", &handle), FT_OK);
+
+    std::atomic<bool> inside{false};
+    std::atomic<bool> mayReturn{false};
+    std::atomic<bool> returned{false};
+    fake.setOnWrite([&](const QByteArray &) {
+        inside = true;
+        while (!mayReturn)
+            std::this_thread::yield();
+        returned = true;
+    });
+    std::thread writer([&] {
+        DWORD count = 0;
+        d2xx.write(handle, "x", 1, &count);
+    });
+    while (!inside)
+        std::this_thread::yield();
+    std::atomic<bool> returnedBeforeClose{false};
+    std::thread closer([&] {
+        d2xx.close(handle);
+        returnedBeforeClose = returned.load();
+    });
+    // The handle counts as closed at once, for every new call.
+    DWORD a = 0;
+    DWORD b = 0;
+    DWORD c = 0;
+    while (d2xx.getStatus(handle, &a, &b, &c) == FT_OK)
+        std::this_thread::yield();
+    EXPECT_TRUE(fake.isOpen());
+    mayReturn = true;
+    writer.join();
+    closer.join();
+    EXPECT_TRUE(returnedBeforeClose);
+    EXPECT_FALSE(fake.isOpen());
+}
+
+TEST(DriverLibrary, a_library_written_by_somebody_else_works_unchanged)
+{
+    const D2xxLibrary library = D2xxLibrary::load(QStringLiteral(QV1K_FOREIGN_LIBRARY));
+    ASSERT_TRUE(library.driver->isUsable()) << qPrintable(library.problem);
+    EXPECT_FALSE(library.isVirtual);
+    EXPECT_EQ(library.path, QStringLiteral(QV1K_FOREIGN_LIBRARY));
+    EXPECT_EQ(library.description(), QStringLiteral("Driver library: ") + library.path);
+
+    DWORD count = 0;
+    ASSERT_EQ(library.driver->createDeviceInfoList(&count), FT_OK);
+    ASSERT_EQ(count, 2u);
+    DeviceRecord records[2];
+    ASSERT_EQ(library.driver->getDeviceInfoList(records, &count), FT_OK);
+    EXPECT_STREQ(records[0].serialNumber, "FIRST");
+    EXPECT_STREQ(records[1].serialNumber, "SECOND");
+    FT_HANDLE handle = nullptr;
+    EXPECT_EQ(library.driver->open("FIRST", &handle), FT_DEVICE_NOT_OPENED);
+    EXPECT_EQ(library.driver->open("SECOND", &handle), FT_OK);
+    EXPECT_EQ(library.driver->close(handle), FT_OK);
+}
+
+TEST(DriverLibrary, a_missing_file_is_told_with_the_systems_reason)
+{
+    const D2xxLibrary library = D2xxLibrary::load(QStringLiteral("/nowhere/libnothing.so"));
+    EXPECT_FALSE(library.driver->isUsable());
+    EXPECT_TRUE(library.problem.contains(QStringLiteral("/nowhere/libnothing.so")))
+        << qPrintable(library.problem);
+    EXPECT_TRUE(library.description().startsWith(QStringLiteral("No driver library could be loaded")));
+    EXPECT_TRUE(library.description().contains(library.problem));
+}
+
+TEST(DriverLibrary, a_file_that_is_no_library_is_refused)
+{
+    const WorkingFolder folder;
+    folder.write(QStringLiteral("text.so"), "not a library");
+    const D2xxLibrary library = D2xxLibrary::load(folder.filePath(QStringLiteral("text.so")));
+    EXPECT_FALSE(library.driver->isUsable());
+    EXPECT_FALSE(library.problem.isEmpty());
+}
+
+TEST(DriverLibrary, a_library_without_the_calls_is_refused_with_their_names)
+{
+    const D2xxLibrary library = D2xxLibrary::load(QStringLiteral("libm.so.6"));
+    EXPECT_FALSE(library.driver->isUsable());
+    for (const char *name :
+         {"FT_CreateDeviceInfoList", "FT_GetDeviceInfoList", "FT_OpenEx", "FT_Close", "FT_ResetDevice",
+          "FT_SetBitMode", "FT_SetLatencyTimer", "FT_SetUSBParameters", "FT_SetFlowControl", "FT_Purge",
+          "FT_SetTimeouts", "FT_GetStatus", "FT_Read", "FT_Write"})
+        EXPECT_TRUE(library.problem.contains(QString::fromLatin1(name))) << name;
+    EXPECT_FALSE(library.problem.contains(QStringLiteral("QV1K_SetDeviceEventCallback")));
+}
+
+TEST(DriverLibrary, the_virtual_detector_is_found_by_its_name_and_said_to_be_simulated)
+{
+    const D2xxLibrary library = D2xxLibrary::load(QStringLiteral("virtual"));
+    ASSERT_TRUE(library.driver->isUsable()) << qPrintable(library.problem);
+    EXPECT_TRUE(library.isVirtual);
+    EXPECT_EQ(QFileInfo(library.path).canonicalFilePath(),
+              QFileInfo(QStringLiteral(QV1K_VIRTUAL_LIBRARY)).canonicalFilePath());
+    EXPECT_TRUE(library.description().contains(QStringLiteral("simulated, not measured")));
+    EXPECT_TRUE(library.driver->functions().setDeviceEventCallback != nullptr);
+}
+
+TEST(DriverLibrary, the_virtual_detector_is_recognised_by_its_path_too)
+{
+    EXPECT_TRUE(D2xxLibrary::load(QStringLiteral(QV1K_VIRTUAL_LIBRARY)).isVirtual);
+}
+
+TEST(DriverLibrary, without_a_setting_the_virtual_detector_is_never_used)
+{
+    EXPECT_FALSE(D2xxLibrary::load({}).isVirtual);
+    EXPECT_FALSE(D2xxLibrary::load(QStringLiteral("ftdi")).isVirtual);
+}

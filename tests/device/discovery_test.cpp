@@ -1,0 +1,119 @@
+#include "tests/support/debugoutput.h"
+#include "tests/support/linkfixture.h"
+
+using Discovery = LinkFixture;
+
+namespace {
+
+const QString created = QStringLiteral("串口初始化");
+
+} // namespace
+
+TEST_F(Discovery, no_device_gives_an_empty_list_a_word_on_the_debug_output_and_nothing_in_the_log)
+{
+    ASSERT_TRUE(log.waitFor({created}));
+    const DebugOutput debug;
+    fake.serialNumbers.clear();
+    EXPECT_TRUE(link().listDevices().isEmpty());
+    EXPECT_EQ(debug.messages(), QStringList({QStringLiteral("\"当前没有串口连接\"")}));
+    EXPECT_EQ(fake.calls(), QStringList({QStringLiteral("CreateDeviceInfoList")}));
+    PortManager::destroyInstance();
+    EXPECT_TRUE(log.waitFor({created, QStringLiteral("串口销毁")}));
+}
+
+TEST_F(Discovery, two_devices_are_logged_and_listed_in_the_drivers_order)
+{
+    fake.serialNumbers = {QStringLiteral("FT7A3B9C"), QStringLiteral("QV1K")};
+    EXPECT_EQ(link().listDevices(), QList<QString>({QStringLiteral("FT7A3B9C"), QStringLiteral("QV1K")}));
+    EXPECT_TRUE(log.waitFor({created, QStringLiteral("串口0 = FT7A3B9C"), QStringLiteral("串口1 = QV1K")}));
+}
+
+TEST_F(Discovery, a_serial_number_that_fills_its_field_is_read_whole)
+{
+    fake.serialNumbers = {QStringLiteral("123456789012345")};
+    EXPECT_EQ(link().listDevices().value(0), QStringLiteral("123456789012345"));
+}
+
+TEST_F(Discovery, a_failing_enumeration_is_told_on_the_debug_output_only)
+{
+    const DebugOutput debug;
+    fake.createListStatus = ftdi::FT_OTHER_ERROR;
+    EXPECT_TRUE(link().listDevices().isEmpty());
+    EXPECT_TRUE(debug.contains(QStringLiteral("获取串口列表失败")));
+}
+
+TEST_F(Discovery, failing_to_read_the_records_is_told_on_the_debug_output_only)
+{
+    const DebugOutput debug;
+    fake.getListStatus = ftdi::FT_OTHER_ERROR;
+    EXPECT_TRUE(link().listDevices().isEmpty());
+    EXPECT_TRUE(debug.contains(QStringLiteral("获取串口信息失败")));
+}
+
+TEST_F(Discovery, opening_configures_the_bridge_with_seven_calls_in_order)
+{
+    EXPECT_TRUE(link().openDevice(QStringLiteral("QV1K")));
+    EXPECT_EQ(
+        fake.calls(),
+        QStringList({QStringLiteral("OpenEx QV1K 1"), QStringLiteral("ResetDevice"),
+                     QStringLiteral("SetBitMode 255 64"), QStringLiteral("SetLatencyTimer 2"),
+                     QStringLiteral("SetUSBParameters 65536 65536"), QStringLiteral("SetFlowControl 256 0 0"),
+                     QStringLiteral("Purge 3"), QStringLiteral("SetTimeouts 10 10")}));
+    EXPECT_TRUE(log.waitFor({created, QStringLiteral("串口连接配置成功")}));
+}
+
+TEST_F(Discovery, a_device_that_rejects_its_configuration_still_counts_as_connected)
+{
+    fake.configurationStatus = ftdi::FT_IO_ERROR;
+    EXPECT_TRUE(link().openDevice(QStringLiteral("QV1K")));
+    EXPECT_EQ(fake.calls().size(), 8);
+}
+
+TEST_F(Discovery, a_device_held_by_another_program_fails_with_two_log_lines)
+{
+    fake.openStatus = ftdi::FT_DEVICE_NOT_OPENED;
+    EXPECT_FALSE(link().openDevice(QStringLiteral("QV1K")));
+    EXPECT_TRUE(log.waitFor({created, QStringLiteral("串口连接失败"), QStringLiteral("设备未开启")}));
+    EXPECT_EQ(fake.calls().size(), 1);
+}
+
+TEST_F(Discovery, any_other_failure_to_open_has_one_log_line)
+{
+    fake.openStatus = ftdi::FT_DEVICE_NOT_FOUND;
+    EXPECT_FALSE(link().openDevice(QStringLiteral("QV1K")));
+    PortManager::destroyInstance();
+    EXPECT_TRUE(log.waitFor({created, QStringLiteral("串口连接失败"), QStringLiteral("串口销毁")}));
+}
+
+TEST_F(Discovery, closing_twice_does_nothing_the_second_time)
+{
+    ASSERT_TRUE(link().openDevice(QStringLiteral("QV1K")));
+    link().closeDevice();
+    EXPECT_FALSE(fake.isOpen());
+    link().closeDevice();
+    EXPECT_EQ(fake.calls().count(QStringLiteral("Close")), 1);
+    PortManager::destroyInstance();
+    EXPECT_TRUE(log.waitFor({created, QStringLiteral("串口连接配置成功"), QStringLiteral("串口关闭"),
+                             QStringLiteral("串口销毁")}));
+}
+
+TEST_F(Discovery, destroying_the_link_closes_an_open_device)
+{
+    ASSERT_TRUE(link().openDevice(QStringLiteral("QV1K")));
+    PortManager::destroyInstance();
+    EXPECT_EQ(PortManager::instance(), nullptr);
+    EXPECT_FALSE(fake.isOpen());
+    EXPECT_TRUE(log.waitFor({created, QStringLiteral("串口连接配置成功"), QStringLiteral("串口销毁"),
+                             QStringLiteral("串口关闭")}));
+}
+
+TEST_F(Discovery, without_a_driver_library_there_are_no_devices_and_none_opens)
+{
+    PortManager::destroyInstance();
+    PortManager::setDriver(std::make_shared<D2xx>());
+    PortManager::createInstance();
+    EXPECT_TRUE(link().listDevices().isEmpty());
+    EXPECT_FALSE(link().openDevice(QStringLiteral("QV1K")));
+    link().write("x");
+    EXPECT_EQ(link().wait_for_read(20, 6), QByteArray());
+}

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "device/d2xx.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QMap>
+#include <QMutex>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <memory>
+
+/// A driver library that a test drives by hand: it says which devices there are, what each call returns and
+/// which bytes wait, and keeps everything that was called and written. One at a time; thread-safe.
+class FakeD2xx
+{
+public:
+    FakeD2xx();
+    ~FakeD2xx();
+    Q_DISABLE_COPY_MOVE(FakeD2xx)
+
+    /// The calls as the program sees them. Valid while this object lives.
+    [[nodiscard]] std::shared_ptr<D2xx> driver() const { return m_driver; }
+    [[nodiscard]] static ftdi::Functions functions();
+
+    // What the library says; set before the call that asks.
+    QStringList serialNumbers{QStringLiteral("QV1K")};
+    ftdi::FT_STATUS createListStatus = ftdi::FT_OK;
+    ftdi::FT_STATUS getListStatus = ftdi::FT_OK;
+    ftdi::FT_STATUS openStatus = ftdi::FT_OK;
+    ftdi::FT_STATUS configurationStatus = ftdi::FT_OK;
+
+    /// Makes bytes wait in the receive queue.
+    void push(const QByteArray &bytes);
+    /// Answers each write of exactly these bytes with the reply; an empty reply is silence.
+    void answer(const QByteArray &command, const QByteArray &reply);
+    /// Called after each write, on the writing thread, without the lock held.
+    void setOnWrite(std::function<void(const QByteArray &)> callback);
+    void setStatusResult(ftdi::FT_STATUS status);
+    void setReadResult(ftdi::FT_STATUS status);
+
+    /// All writes so far, and all of them in one piece as upper-case hexadecimal text.
+    [[nodiscard]] QList<QByteArray> written() const;
+    [[nodiscard]] QByteArray writtenHex() const;
+    void clearWritten();
+    /// Every call but status, read and write, with its arguments, e.g. "SetBitMode 255 64".
+    [[nodiscard]] QStringList calls() const;
+    [[nodiscard]] int reads() const;
+    [[nodiscard]] int statusCalls() const;
+    [[nodiscard]] qsizetype waiting() const;
+    [[nodiscard]] bool isOpen() const;
+
+private:
+    struct Entry; // the C functions
+
+    std::shared_ptr<D2xx> m_driver;
+    mutable QMutex m_mutex;
+    QByteArray m_queue;
+    QMap<QByteArray, QByteArray> m_answers;
+    std::function<void(const QByteArray &)> m_onWrite;
+    ftdi::FT_STATUS m_statusResult = ftdi::FT_OK;
+    ftdi::FT_STATUS m_readResult = ftdi::FT_OK;
+    QList<QByteArray> m_written;
+    QStringList m_calls;
+    int m_reads = 0;
+    int m_statusCalls = 0;
+    bool m_isOpen = false;
+};
