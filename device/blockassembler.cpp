@@ -4,17 +4,15 @@
 
 char *BlockAssembler::reserve(qsizetype length)
 {
-    if (m_bytes.capacity() < frameSize)
-        m_bytes.reserve(frameSize + blockSize);
     m_bytes.resize(m_kept + length);
     return m_bytes.data() + m_kept;
 }
 
-QByteArray BlockAssembler::takeFrame()
+QByteArray BlockAssembler::takeFrame(QByteArray next)
 {
     m_kept = 0;
     m_counter = 0;
-    return std::exchange(m_bytes, {});
+    return std::exchange(m_bytes, std::move(next));
 }
 
 void BlockAssembler::restart()

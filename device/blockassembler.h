@@ -25,8 +25,8 @@ public:
     /// The counter stands at the frame's last block.
     [[nodiscard]] bool frameComplete() const { return m_counter == blocksPerFrame; }
 
-    /// Hands out all bytes and goes on with an empty accumulator and counter 0.
-    [[nodiscard]] QByteArray takeFrame();
+    /// Hands out all bytes and goes on with counter 0 and the empty buffer `next` as accumulator.
+    [[nodiscard]] QByteArray takeFrame(QByteArray next = {});
 
     /// The counter for the block request that is due now; counts on.
     [[nodiscard]] int nextRequest() { return m_counter++; }

@@ -1,6 +1,7 @@
 #include "device/portmanager.h"
 
 #include "device/d2xxlibrary.h"
+#include "device/receiveloop.h"
 #include "log/logmanager.h"
 
 #include <QDebug>
@@ -160,10 +161,19 @@ void PortManager::startReceive()
 
 void PortManager::startThread()
 {
+    // Connected after the pipeline, so that it is told of a frame when the pipeline is through with it.
+    m_frameCounter = std::make_unique<QObject>();
+    connect(this, &PortManager::read_ready, m_frameCounter.get(), [this] { ++m_framesDone; });
+
     m_receiveThread = new QThread;
     moveToThread(m_receiveThread);
     connect(m_receiveThread, &QThread::started, this, &PortManager::receiveLoop);
     m_receiveThread->start(QThread::HighPriority);
+}
+
+void PortManager::receiveLoop()
+{
+    ReceiveLoop(*this).run();
 }
 
 void PortManager::pauseReceive()

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "device/blockassembler.h"
 #include "device/d2xx.h"
 
 #include <QByteArray>
@@ -80,16 +79,17 @@ private:
     void configureDevice();
     void startThread();
     void receiveLoop();
-    void receiveWaiting(ftdi::DWORD waiting, BlockAssembler &assembler);
-    void handleBlockBoundary(BlockAssembler &assembler);
     [[nodiscard]] ftdi::DWORD bytesWaiting();
+    friend class ReceiveLoop;
 
     std::shared_ptr<D2xx> m_driver;
     std::atomic<bool> m_stopRequested{false}; ///< halt at the next block boundary
     QList<QString> m_portList;                ///< of the last successful enumeration
     std::atomic<ftdi::FT_HANDLE> m_handle{nullptr};
-    QThread *m_receiveThread = nullptr;   ///< owned; made on the first startReceive()
-    std::atomic<bool> m_paused{false};    ///< one pass per 100 ms
-    std::atomic<bool> m_halted{false};    ///< no reading
-    std::atomic<bool> m_restarted{false}; ///< begin with an empty accumulator
+    QThread *m_receiveThread = nullptr;      ///< owned; made on the first startReceive()
+    std::atomic<bool> m_paused{false};       ///< one pass per 100 ms
+    std::atomic<bool> m_halted{false};       ///< no reading
+    std::atomic<bool> m_restarted{false};    ///< begin with an empty accumulator
+    std::atomic<qint64> m_framesDone{0};     ///< handed on with read_ready() and through on the GUI thread
+    std::unique_ptr<QObject> m_frameCounter; ///< GUI thread; counts the above
 };

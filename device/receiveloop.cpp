@@ -1,3 +1,5 @@
+#include "device/receiveloop.h"
+
 #include "device/commandframes.h"
 #include "device/portmanager.h"
 #include "log/logmanager.h"
@@ -10,55 +12,96 @@ namespace {
 
 constexpr unsigned long pausedPassMs = 100;
 constexpr unsigned long idlePassMs = 1;
+constexpr qint64 waitingFramesLimit = 64;
+constexpr qint64 waitingFramesResume = waitingFramesLimit / 2;
 
 } // namespace
 
-void PortManager::receiveLoop()
+void ReceiveLoop::run()
 {
     LogManager::instance()->writeLog(QStringLiteral("串口接收线程开启"));
-    BlockAssembler assembler;
-    while (!QThread::currentThread()->isInterruptionRequested()) {
-        if (m_paused)
-            QThread::msleep(pausedPassMs);
-        const DWORD waiting = bytesWaiting();
-        if (waiting == 0 || m_halted) {
-            QThread::msleep(idlePassMs);
-            continue;
-        }
-        // Looked at after m_halted: who sees the halt lifted sees the restart too.
-        if (m_restarted.exchange(false))
-            assembler.restart();
-        receiveWaiting(waiting, assembler);
-        if (assembler.boundaryReached())
-            handleBlockBoundary(assembler);
-    }
+    while (!QThread::currentThread()->isInterruptionRequested())
+        pass();
     LogManager::instance()->writeLog(QStringLiteral("串口接收线程结束"));
 }
 
-void PortManager::receiveWaiting(DWORD waiting, BlockAssembler &assembler)
+void ReceiveLoop::pass()
 {
-    char *room = assembler.reserve(qsizetype(waiting));
+    if (m_link.m_paused)
+        QThread::msleep(pausedPassMs);
+    const DWORD waiting = m_link.bytesWaiting();
+    if (m_link.m_halted) {
+        QThread::msleep(idlePassMs);
+        return;
+    }
+    // Looked at after m_halted: who sees the halt lifted sees the restart too.
+    if (m_link.m_restarted.exchange(false)) {
+        m_assembler.restart();
+        m_heldBack = false;
+    }
+    if (m_heldBack && (m_link.m_stopRequested || framesWaiting() <= waitingFramesResume)) {
+        m_heldBack = false;
+        requestNextBlock();
+        return;
+    }
+    if (waiting == 0) {
+        QThread::msleep(idlePassMs);
+        return;
+    }
+    receive(waiting);
+    if (m_assembler.boundaryReached())
+        handleBlockBoundary();
+}
+
+void ReceiveLoop::receive(DWORD waiting)
+{
+    char *room = m_assembler.reserve(qsizetype(waiting));
     DWORD bytesRead = 0;
-    if (m_driver->read(m_handle, room, waiting, &bytesRead) == FT_OK) {
-        assembler.keep(qsizetype(qMin(bytesRead, waiting)));
+    if (m_link.m_driver->read(m_link.m_handle, room, waiting, &bytesRead) == FT_OK) {
+        m_assembler.keep(qsizetype(qMin(bytesRead, waiting)));
     } else {
-        assembler.drop();
+        m_assembler.drop();
         LogManager::instance()->writeLog(QStringLiteral("串口线程接收数据失败"));
     }
 }
 
 // Called at most once a pass: when one read brings more than a block, the next boundary is handled after the
 // next read.
-void PortManager::handleBlockBoundary(BlockAssembler &assembler)
+void ReceiveLoop::handleBlockBoundary()
 {
-    if (assembler.frameComplete())
-        Q_EMIT read_ready(assembler.takeFrame());
-    if (m_stopRequested) {
-        assembler.restart();
-        m_halted = true;
-        write(CommandFrame::haltAcquisition());
-        Q_EMIT stop();
-    } else {
-        write(CommandFrame::blockRequest(assembler.nextRequest()));
+    if (m_assembler.frameComplete()) {
+        handOnFrame();
+        m_heldBack = framesWaiting() >= waitingFramesLimit && !m_link.m_stopRequested;
     }
+    if (!m_heldBack)
+        requestNextBlock();
+}
+
+void ReceiveLoop::handOnFrame()
+{
+    const QByteArray frame = m_assembler.takeFrame(m_buffers.take(m_link.m_framesDone));
+    m_buffers.lend(frame);
+    Q_EMIT m_link.read_ready(frame);
+}
+
+/// Or tells the detector to halt, when that was asked for.
+void ReceiveLoop::requestNextBlock()
+{
+    if (m_link.m_stopRequested)
+        halt();
+    else
+        m_link.write(CommandFrame::blockRequest(m_assembler.nextRequest()));
+}
+
+void ReceiveLoop::halt()
+{
+    m_assembler.restart();
+    m_link.m_halted = true;
+    m_link.write(CommandFrame::haltAcquisition());
+    Q_EMIT m_link.stop();
+}
+
+qint64 ReceiveLoop::framesWaiting() const
+{
+    return m_buffers.lentCount() - m_link.m_framesDone;
 }

@@ -1,3 +1,4 @@
+#include "device/blockassembler.h"
 #include "device/commandframes.h"
 #include "tests/support/linkfixture.h"
 

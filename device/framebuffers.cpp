@@ -1,0 +1,27 @@
+#include "device/framebuffers.h"
+
+#include "device/blockassembler.h"
+
+#include <utility>
+
+QByteArray FrameBuffers::take(qint64 framesDone)
+{
+    while (!m_lent.empty() && m_lentCount - qint64(m_lent.size()) < framesDone) {
+        QByteArray oldest = std::move(m_lent.front());
+        m_lent.pop_front();
+        if (oldest.isDetached()) {
+            oldest.resize(0);
+            return oldest;
+        }
+        // Somebody keeps the frame: it is theirs now.
+    }
+    QByteArray fresh;
+    fresh.reserve(frameSize + blockSize);
+    return fresh;
+}
+
+void FrameBuffers::lend(const QByteArray &frame)
+{
+    m_lent.push_back(frame);
+    ++m_lentCount;
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "device/blockassembler.h"
+#include "device/d2xx.h"
+#include "device/framebuffers.h"
+
+class PortManager;
+
+/// The work of the receive thread: reads what waits, acknowledges each block, hands on each frame, halts the
+/// detector on request. Lives on that thread and ends when its interruption is requested.
+///
+/// Memory stays bounded: when 64 frames wait on the GUI thread, the request for the next frame's first block
+/// is held back until half of them are through. The handshake makes the detector wait, so nothing is lost.
+class ReceiveLoop
+{
+public:
+    explicit ReceiveLoop(PortManager &link) : m_link(link) {}
+
+    void run();
+
+private:
+    void pass();
+    void receive(ftdi::DWORD waiting);
+    void handleBlockBoundary();
+    void handOnFrame();
+    void halt();
+    void requestNextBlock();
+    [[nodiscard]] qint64 framesWaiting() const;
+
+    PortManager &m_link;
+    BlockAssembler m_assembler;
+    FrameBuffers m_buffers;
+    bool m_heldBack = false; ///< a block request is due as soon as enough frames are through
+};

@@ -1,0 +1,94 @@
+#include "device/blockassembler.h"
+#include "device/commandframes.h"
+#include "tests/support/linkfixture.h"
+
+#include <QTest>
+
+namespace {
+
+/// A detector that answers each block request with a block at once, and a GUI thread that does not get to its
+/// events: frames pile up.
+class HeldBack : public LinkFixture
+{
+protected:
+    HeldBack()
+    {
+        link().openDevice(QStringLiteral("QV1K"));
+        fake.setOnWrite([this](const QByteArray &command) {
+            if (command.startsWith(QByteArray("\xFF\xAA\x00", 3)))
+                fake.push(QByteArray(blockSize, 'x'));
+        });
+        QObject::connect(&link(), &PortManager::read_ready, &m_context, [this] { ++received; });
+        QObject::connect(&link(), &PortManager::stop, &m_context, [this] { ++stops; });
+        link().startReceive();
+        link().write(CommandFrame::blockRequest(0));
+    }
+
+    /// Waits without handling events.
+    template <typename Predicate>
+    static bool waitBlocked(Predicate predicate)
+    {
+        QElapsedTimer timer;
+        timer.start();
+        while (!predicate() && timer.elapsed() < 20000)
+            QThread::yieldCurrentThread();
+        return predicate();
+    }
+
+    /// The loop has made some more passes since.
+    void pass()
+    {
+        const int seen = fake.statusCalls();
+        ASSERT_TRUE(waitBlocked([&] { return fake.statusCalls() > seen + 5; }));
+    }
+
+    int received = 0;
+    int stops = 0;
+
+private:
+    QObject m_context;
+};
+
+constexpr int requestsFor64Frames = 64 * blocksPerFrame;
+
+} // namespace
+
+TEST_F(HeldBack, when_64_frames_wait_the_next_first_block_is_not_requested_until_half_are_through)
+{
+    ASSERT_TRUE(waitBlocked([&] { return fake.written().size() == requestsFor64Frames; }));
+    ASSERT_TRUE(waitBlocked([&] { return fake.waiting() == 0; }));
+    pass();
+    EXPECT_EQ(fake.written().size(), requestsFor64Frames);
+
+    // The request comes when 32 are through, and it is the one that was due.
+    ASSERT_TRUE(QTest::qWaitFor([&] { return fake.written().size() > requestsFor64Frames; }, 10000));
+    EXPECT_GE(received, 32);
+    EXPECT_EQ(fake.written().at(requestsFor64Frames), CommandFrame::blockRequest(0));
+    EXPECT_EQ(fake.written().at(requestsFor64Frames - 1), CommandFrame::blockRequest(31));
+}
+
+TEST_F(HeldBack, a_stop_request_is_honoured_while_held_back)
+{
+    ASSERT_TRUE(waitBlocked([&] { return fake.written().size() == requestsFor64Frames; }));
+    ASSERT_TRUE(waitBlocked([&] { return fake.waiting() == 0; }));
+    pass();
+    link().requestStop();
+    ASSERT_TRUE(waitBlocked([&] { return fake.written().size() > requestsFor64Frames; }));
+    EXPECT_EQ(fake.written().last(), CommandFrame::haltAcquisition());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return stops == 1; }, 10000));
+    EXPECT_EQ(received, 64);
+}
+
+TEST_F(HeldBack, a_new_start_while_held_back_begins_afresh)
+{
+    ASSERT_TRUE(waitBlocked([&] { return fake.written().size() == requestsFor64Frames; }));
+    ASSERT_TRUE(waitBlocked([&] { return fake.waiting() == 0; }));
+    pass();
+    link().closeDevice();
+    link().openDevice(QStringLiteral("QV1K"));
+    fake.clearWritten();
+    link().startReceive();
+    link().write(CommandFrame::blockRequest(0));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return fake.written().size() > blocksPerFrame; }, 10000));
+    EXPECT_EQ(fake.written().at(1), CommandFrame::blockRequest(1));
+}
