@@ -1,0 +1,63 @@
+# Debian packages and how they get installed. Sourced by ./run and ./test.
+
+build_packages=(
+    g++ cmake ninja-build pkg-config
+    qt6-base-dev
+    libopencv-core-dev libopencv-imgcodecs-dev libopencv-videoio-dev
+    libudev-dev
+    fonts-noto-cjk fonts-liberation # Chinese log lines and captions; Latin text
+)
+test_packages=(
+    libgtest-dev libgmock-dev clang-format
+    xvfb xauth openbox xdotool x11-utils imagemagick
+)
+
+as_root() {
+    if [ "$(id -u)" -eq 0 ]; then
+        "$@"
+    elif command -v sudo >/dev/null; then
+        sudo "$@"
+    else
+        echo "Packages are missing (${missing[*]}) and neither root nor sudo is at hand to install them." >&2
+        return 1
+    fi
+}
+
+# Installs those of the given packages that are not there yet.
+install_packages() {
+    missing=()
+    local package
+    for package in "$@"; do
+        [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" = installed ] || missing+=("$package")
+    done
+    [ ${#missing[@]} -eq 0 ] && return 0
+    echo "Installing ${#missing[@]} packages: ${missing[*]}"
+    local log
+    log=$(mktemp)
+    if ! { as_root apt-get update &&
+        as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends "${missing[@]}"; } >"$log" 2>&1; then
+        tail -n 20 "$log" >&2
+        echo "The packages could not be installed; the whole log is $log." >&2
+        return 1
+    fi
+    rm -f "$log"
+}
+
+# Configures and builds a preset, quietly unless something is wrong: build_preset <preset> <cmake options> -- <targets>
+build_preset() {
+    local preset=$1
+    shift
+    local options=()
+    while [ "$1" != -- ]; do
+        options+=("$1")
+        shift
+    done
+    shift
+    local log=build/$preset/build.log
+    mkdir -p "build/$preset"
+    if ! { cmake --preset "$preset" "${options[@]}" && cmake --build --preset "$preset" "$@"; } >"$log" 2>&1; then
+        grep -E 'error|Error|FAILED' -A 5 "$log" | head -n 60 >&2 || tail -n 40 "$log" >&2
+        echo "The build failed; the whole log is $log." >&2
+        return 1
+    fi
+}

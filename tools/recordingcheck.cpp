@@ -1,0 +1,86 @@
+#include "tools/recordingcheck.h"
+
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QList>
+
+#include <opencv2/videoio.hpp>
+
+namespace {
+
+constexpr int side = 1024;
+
+/// Counts lines and values without storing them; every value must read as a number.
+QString checkCsv(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return QStringLiteral("%1 is missing: %2").arg(path, file.errorString());
+    int lines = 0;
+    while (!file.atEnd()) {
+        const QByteArray line = file.readLine();
+        const QList<QByteArray> values = line.chopped(line.endsWith('\n') ? 1 : 0).split(',');
+        ++lines;
+        if (!line.endsWith('\n') || values.size() != side)
+            return QStringLiteral("%1 is incomplete: line %2 holds %3 values")
+                .arg(path)
+                .arg(lines)
+                .arg(values.size());
+        for (const QByteArray &value : values) {
+            bool ok = false;
+            value.toDouble(&ok);
+            if (!ok)
+                return QStringLiteral("%1 holds no number in line %2").arg(path).arg(lines);
+        }
+    }
+    if (lines != side)
+        return QStringLiteral("%1 is incomplete: it holds %2 lines").arg(path).arg(lines);
+    return {};
+}
+
+QString checkPicture(const QString &path)
+{
+    const QImage image(path);
+    if (image.size() != QSize(side, side))
+        return QStringLiteral("%1 is missing or incomplete").arg(path);
+    return {};
+}
+
+QString checkVideo(const QString &path, int frames)
+{
+    cv::VideoCapture video(path.toStdString());
+    if (!video.isOpened())
+        return QStringLiteral("%1 is missing or unreadable").arg(path);
+    int count = 0;
+    while (video.grab())
+        ++count;
+    if (count != frames)
+        return QStringLiteral("%1 is incomplete: it holds %2 of %3 frames").arg(path).arg(count).arg(frames);
+    return {};
+}
+
+} // namespace
+
+namespace RecordingCheck {
+
+QString check(const Recording &recording)
+{
+    const QString folder = QDir(recording.root).absoluteFilePath(recording.name) + QLatin1Char('/');
+    const QString stem = folder + recording.name;
+    for (int n = 1; n <= recording.frames; ++n) {
+        QString problem;
+        if (recording.data)
+            problem = checkCsv(QStringLiteral("%1_data%2.csv").arg(stem).arg(n));
+        if (recording.data && problem.isEmpty())
+            problem = checkCsv(QStringLiteral("%1_data_gray%2.csv").arg(stem).arg(n));
+        if (recording.picture && problem.isEmpty())
+            problem = checkPicture(QStringLiteral("%1_pic%2.png").arg(stem).arg(n));
+        if (!problem.isEmpty())
+            return problem;
+    }
+    return recording.video ? checkVideo(folder + QStringLiteral("output_video.mp4"), recording.frames)
+                           : QString();
+}
+
+} // namespace RecordingCheck

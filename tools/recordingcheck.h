@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QString>
+
+/// Looks whether the files of a recording are there and whole.
+namespace RecordingCheck {
+
+struct Recording
+{
+    QString root; ///< folder in which the recording's folder lies
+    QString name;
+    int frames = 0;
+    bool data = false;
+    bool picture = false;
+    bool video = false;
+};
+
+/// Reads every file: CSV files must have 1024 lines of 1024 numbers, pictures 1024 x 1024 pixels, the video
+/// as many frames as were recorded. Returns the first fault found in one line, or an empty text. Blocks for
+/// the time it takes to read and decode everything.
+[[nodiscard]] QString check(const Recording &recording);
+
+} // namespace RecordingCheck
