@@ -183,16 +183,21 @@ void PortManager::pauseReceive()
 
 void PortManager::write(QByteArray bytes)
 {
-    DWORD written = 0;
-    m_driver->write(m_handle, bytes.constData(), DWORD(bytes.size()), &written);
+    writeTo(m_handle, bytes);
 }
 
-DWORD PortManager::bytesWaiting()
+void PortManager::writeTo(FT_HANDLE handle, const QByteArray &bytes)
+{
+    DWORD written = 0;
+    m_driver->write(handle, bytes.constData(), DWORD(bytes.size()), &written);
+}
+
+DWORD PortManager::bytesWaiting(FT_HANDLE handle)
 {
     DWORD rxBytes = 0;
     DWORD txBytes = 0;
     DWORD events = 0;
-    const FT_STATUS status = m_driver->getStatus(m_handle, &rxBytes, &txBytes, &events);
+    const FT_STATUS status = m_driver->getStatus(handle, &rxBytes, &txBytes, &events);
     // Without a status nothing counts as waiting: a pulled cable must not make the loop read for ever.
     return status == FT_OK ? rxBytes : 0;
 }
@@ -203,7 +208,7 @@ QByteArray PortManager::wait_for_read(int timeoutMs, int expectedBytes)
     timer.start();
     QByteArray reply;
     while (timer.elapsed() < timeoutMs) {
-        const DWORD waiting = bytesWaiting();
+        const DWORD waiting = bytesWaiting(m_handle);
         if (waiting == 0)
             continue;
         QByteArray bytes(qsizetype(waiting), Qt::Uninitialized);

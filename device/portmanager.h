@@ -79,7 +79,8 @@ private:
     void configureDevice();
     void startThread();
     void receiveLoop();
-    [[nodiscard]] ftdi::DWORD bytesWaiting();
+    [[nodiscard]] ftdi::DWORD bytesWaiting(ftdi::FT_HANDLE handle);
+    void writeTo(ftdi::FT_HANDLE handle, const QByteArray &bytes);
     friend class ReceiveLoop;
 
     std::shared_ptr<D2xx> m_driver;

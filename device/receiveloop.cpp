@@ -29,7 +29,10 @@ void ReceiveLoop::pass()
 {
     if (m_link.m_paused)
         QThread::msleep(pausedPassMs);
-    const DWORD waiting = m_link.bytesWaiting();
+    // One handle for the whole pass: when the device is closed and opened again meanwhile, what this pass
+    // still does fails, instead of taking bytes of the new connection or writing to it.
+    m_handle = m_link.m_handle;
+    const DWORD waiting = m_link.bytesWaiting(m_handle);
     if (m_link.m_halted) {
         QThread::msleep(idlePassMs);
         return;
@@ -57,7 +60,7 @@ void ReceiveLoop::receive(DWORD waiting)
 {
     char *room = m_assembler.reserve(qsizetype(waiting));
     DWORD bytesRead = 0;
-    if (m_link.m_driver->read(m_link.m_handle, room, waiting, &bytesRead) == FT_OK) {
+    if (m_link.m_driver->read(m_handle, room, waiting, &bytesRead) == FT_OK) {
         m_assembler.keep(qsizetype(qMin(bytesRead, waiting)));
     } else {
         m_assembler.drop();
@@ -90,14 +93,19 @@ void ReceiveLoop::requestNextBlock()
     if (m_link.m_stopRequested)
         halt();
     else
-        m_link.write(CommandFrame::blockRequest(m_assembler.nextRequest()));
+        m_link.writeTo(m_handle, CommandFrame::blockRequest(m_assembler.nextRequest()));
 }
 
 void ReceiveLoop::halt()
 {
     m_assembler.restart();
     m_link.m_halted = true;
-    m_link.write(CommandFrame::haltAcquisition());
+    // A start that came between the request and here has lifted the halt already, and it stays lifted.
+    if (m_link.m_restarted) {
+        m_link.m_halted = false;
+        return;
+    }
+    m_link.writeTo(m_handle, CommandFrame::haltAcquisition());
     Q_EMIT m_link.stop();
 }
 

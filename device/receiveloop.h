@@ -28,6 +28,7 @@ private:
     [[nodiscard]] qint64 framesWaiting() const;
 
     PortManager &m_link;
+    ftdi::FT_HANDLE m_handle = nullptr; ///< of the current pass
     BlockAssembler m_assembler;
     FrameBuffers m_buffers;
     bool m_heldBack = false; ///< a block request is due as soon as enough frames are through

@@ -1,0 +1,137 @@
+#include "device/acquisition.h"
+#include "device/blockassembler.h"
+#include "device/commandframes.h"
+#include "device/d2xxlibrary.h"
+#include "device/portmanager.h"
+#include "tests/support/logfile.h"
+
+#include <gtest/gtest.h>
+
+#include <QTest>
+#include <QtEndian>
+
+namespace {
+
+/// The link on the virtual detector, unpaced, through the shared library as the program loads it.
+class VirtualDetector : public testing::Test
+{
+protected:
+    VirtualDetector()
+    {
+        settings("");
+        PortManager::setDriver(D2xxLibrary::load(QStringLiteral("virtual")).driver);
+        PortManager::createInstance();
+        QObject::connect(&link(), &PortManager::read_ready, &m_context,
+                         [this](const QByteArray &frame) { take(frame); });
+        QObject::connect(&link(), &PortManager::stop, &m_context, [this] {
+            Acquisition::confirmHalt(link());
+            ++stops;
+        });
+    }
+    ~VirtualDetector() override { PortManager::destroyInstance(); }
+
+    static PortManager &link() { return *PortManager::instance(); }
+
+    void settings(const QByteArray &more) const
+    {
+        log.folder().write(QStringLiteral("virtual-detector.ini"), "[General]\nPacing=none\n" + more);
+    }
+
+    /// Starts the counter pattern: pixel i of frame k holds 4096 + (i + k * 4099) mod 2^20.
+    void startCounter()
+    {
+        frames = 0;
+        ASSERT_TRUE(Acquisition::selectTestPattern(link(), 5));
+        ASSERT_TRUE(Acquisition::isReady(link()));
+        ASSERT_TRUE(Acquisition::start(link()));
+        Acquisition::beginReceiving(link());
+    }
+
+    void take(const QByteArray &frame)
+    {
+        if (frame.size() != frameSize || !isCounterFrame(frame, frames))
+            ++wrongFrames;
+        ++frames;
+    }
+
+    static bool isCounterFrame(const QByteArray &frame, int number)
+    {
+        const auto *samples = reinterpret_cast<const uchar *>(frame.constData());
+        const quint32 first = quint32(number) * 4099;
+        for (quint32 pixel = 0; pixel < 1024 * 1024; ++pixel) {
+            if (qFromBigEndian<quint32>(samples + 4 * pixel) != 4096 + ((pixel + first) & 0xFFFFF))
+                return false;
+        }
+        return true;
+    }
+
+    bool waitForFrames(int count)
+    {
+        return QTest::qWaitFor([&] { return frames >= count; }, 120000);
+    }
+
+    LogFile log;
+    int frames = 0;
+    int wrongFrames = 0;
+    int stops = 0;
+
+private:
+    QObject m_context;
+};
+
+} // namespace
+
+TEST_F(VirtualDetector, a_thousand_counter_frames_arrive_whole_and_in_order_none_lost_or_doubled)
+{
+    ASSERT_TRUE(link().openDevice(QStringLiteral("QV1K")));
+    startCounter();
+    ASSERT_TRUE(waitForFrames(1000));
+    EXPECT_EQ(wrongFrames, 0);
+    link().requestStop();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return stops == 1; }, 10000));
+    EXPECT_TRUE(log.waitForMessage(QStringLiteral("下位机停止成功")));
+}
+
+TEST_F(VirtualDetector, five_start_and_stop_cycles_in_one_run_each_begin_with_a_first_frame)
+{
+    ASSERT_TRUE(link().openDevice(QStringLiteral("QV1K")));
+    for (int cycle = 1; cycle <= 5; ++cycle) {
+        startCounter();
+        ASSERT_TRUE(waitForFrames(3));
+        link().requestStop();
+        ASSERT_TRUE(QTest::qWaitFor([&] { return stops == cycle; }, 10000));
+    }
+    EXPECT_EQ(wrongFrames, 0);
+}
+
+TEST_F(VirtualDetector, closing_in_mid_stream_and_opening_again_begins_afresh)
+{
+    for (int round = 0; round < 3; ++round) {
+        ASSERT_TRUE(link().openDevice(QStringLiteral("QV1K")));
+        startCounter();
+        ASSERT_TRUE(waitForFrames(2));
+        link().closeDevice();
+        link().pauseReceive();
+        QCoreApplication::processEvents();
+    }
+    EXPECT_EQ(wrongFrames, 0);
+}
+
+TEST_F(VirtualDetector, a_torn_block_stalls_the_stream_instead_of_shifting_the_frame)
+{
+    settings("[Faults]\nTornBlockAt=40\n");
+    ASSERT_TRUE(link().openDevice(QStringLiteral("QV1K")));
+    startCounter();
+    ASSERT_TRUE(waitForFrames(1));
+    EXPECT_FALSE(QTest::qWaitFor([&] { return frames > 1; }, 500));
+    EXPECT_EQ(wrongFrames, 0);
+}
+
+TEST_F(VirtualDetector, a_doubled_block_shows_up_in_the_counter)
+{
+    settings("[Faults]\nDoubledBlockAt=3\n");
+    ASSERT_TRUE(link().openDevice(QStringLiteral("QV1K")));
+    startCounter();
+    ASSERT_TRUE(waitForFrames(1));
+    EXPECT_EQ(wrongFrames, 1);
+}

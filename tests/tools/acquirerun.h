@@ -1,0 +1,51 @@
+#pragma once
+
+#include "tests/support/workingfolder.h"
+
+#include <gtest/gtest.h>
+
+#include <QProcess>
+#include <QStringList>
+
+/// Runs qv1k-acquire in an empty working folder on the virtual detector.
+class Acquire : public testing::Test
+{
+protected:
+    /// Settings of the virtual detector, unpaced unless said otherwise.
+    void detector(const QByteArray &settings) const
+    {
+        folder.write(QStringLiteral("virtual-detector.ini"), "[General]\nPacing=none\n" + settings);
+    }
+
+    void run(const QStringList &arguments)
+    {
+        QProcess process;
+        process.start(QStringLiteral(QV1K_ACQUIRE), arguments);
+        ASSERT_TRUE(process.waitForFinished(120000)) << qPrintable(process.errorString());
+        ASSERT_EQ(process.exitStatus(), QProcess::NormalExit);
+        exitCode = process.exitCode();
+        output = QString::fromUtf8(process.readAllStandardOutput());
+        errors = QString::fromUtf8(process.readAllStandardError());
+    }
+
+    void runVirtual(const QStringList &arguments)
+    {
+        run(QStringList{QStringLiteral("--library"), QStringLiteral("virtual"), QStringLiteral("--output"),
+                        QStringLiteral("out"), QStringLiteral("--name"), QStringLiteral("T")} +
+            arguments);
+    }
+
+    /// The run failed with exactly one line on standard error, which holds this text.
+    void expectFailure(const QString &text) const
+    {
+        EXPECT_EQ(exitCode, 1);
+        EXPECT_EQ(errors.count(QLatin1Char('\n')), 1) << qPrintable(errors);
+        EXPECT_TRUE(errors.startsWith(QStringLiteral("qv1k-acquire: "))) << qPrintable(errors);
+        EXPECT_TRUE(errors.contains(text)) << qPrintable(errors);
+    }
+
+    WorkingFolder folder;
+    int exitCode = -1;
+    QString output;
+    QString errors;
+};

@@ -1,0 +1,93 @@
+#include "tests/support/workingfolder.h"
+#include "tools/recordingcheck.h"
+
+#include <gtest/gtest.h>
+
+#include <QImage>
+
+namespace {
+
+class Check : public testing::Test
+{
+protected:
+    Check() { QDir().mkdir(QStringLiteral("T")); }
+
+    static QByteArray csv(int lines, const QByteArray &value = "0.5")
+    {
+        QByteArray line;
+        for (int i = 0; i < 1024; ++i)
+            line += value + (i < 1023 ? "," : "\n");
+        return line.repeated(lines);
+    }
+
+    void writeData(const QByteArray &content) const
+    {
+        folder.write(QStringLiteral("T/T_data1.csv"), content);
+        folder.write(QStringLiteral("T/T_data_gray1.csv"), csv(1024, "7"));
+    }
+
+    [[nodiscard]] static QString check(bool data, bool picture, bool video)
+    {
+        return RecordingCheck::check({QStringLiteral("."), QStringLiteral("T"), 1, data, picture, video});
+    }
+
+    WorkingFolder folder;
+};
+
+} // namespace
+
+TEST_F(Check, whole_data_files_pass)
+{
+    writeData(csv(1024));
+    EXPECT_EQ(check(true, false, false), QString());
+}
+
+TEST_F(Check, a_missing_line_is_found)
+{
+    writeData(csv(1023));
+    EXPECT_TRUE(check(true, false, false).contains(QStringLiteral("it holds 1023 lines")));
+}
+
+TEST_F(Check, a_missing_value_is_found)
+{
+    QByteArray content = csv(1024);
+    content.replace(0, 4, "");
+    writeData(content);
+    EXPECT_TRUE(check(true, false, false).contains(QStringLiteral("line 1 holds 1023 values")));
+}
+
+TEST_F(Check, a_cut_last_line_is_found)
+{
+    writeData(csv(1024).chopped(1));
+    EXPECT_FALSE(check(true, false, false).isEmpty());
+}
+
+TEST_F(Check, what_is_no_number_is_found)
+{
+    QByteArray content = csv(1024);
+    content.replace(0, 3, "x.y");
+    writeData(content);
+    EXPECT_TRUE(check(true, false, false).contains(QStringLiteral("no number in line 1")));
+}
+
+TEST_F(Check, a_missing_grey_file_is_found)
+{
+    folder.write(QStringLiteral("T/T_data1.csv"), csv(1024));
+    EXPECT_TRUE(check(true, false, false).contains(QStringLiteral("T_data_gray1.csv is missing")));
+}
+
+TEST_F(Check, a_picture_must_be_readable_and_of_the_detectors_size)
+{
+    EXPECT_FALSE(check(false, true, false).isEmpty());
+    QImage(1024, 1023, QImage::Format_Grayscale8).save(QStringLiteral("T/T_pic1.png"));
+    EXPECT_FALSE(check(false, true, false).isEmpty());
+    QImage(1024, 1024, QImage::Format_Grayscale8).save(QStringLiteral("T/T_pic1.png"));
+    EXPECT_EQ(check(false, true, false), QString());
+}
+
+TEST_F(Check, a_missing_or_broken_video_is_found)
+{
+    EXPECT_TRUE(check(false, false, true).contains(QStringLiteral("missing or unreadable")));
+    folder.write(QStringLiteral("T/output_video.mp4"), "not a video");
+    EXPECT_TRUE(check(false, false, true).contains(QStringLiteral("missing or unreadable")));
+}
