@@ -1,0 +1,88 @@
+#pragma once
+
+#include "simulator/clock.h"
+
+#include <QDateTime>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace simulator {
+
+enum class Scene { Dark, Flat, Chart, Phantom, Replay };
+enum class Pacing { Timing, None };
+
+/// What goes wrong. Counts run down as the faults happen; reading the settings file again renews them.
+struct Faults
+{
+    std::optional<quint16> replyCommand; ///< class and code of the command whose replies suffer; none: all
+    std::optional<int> repliesLeft;      ///< how many replies still suffer; none: every one
+    Milliseconds replyDelay{0};
+    int replyBytesCut = 0;
+    int replyBytesAdded = 0;
+    bool corruptReply = false; ///< every byte inverted
+    bool missingReply = false;
+
+    int notReadyQueries = 0; ///< readiness queries still answered with "not ready"
+    int failOpens = 0;
+    quint32 openStatus = 3;
+    int failReads = 0;
+    int failWrites = 0;
+
+    std::optional<qint64> stallAfterBytes; ///< image bytes of an acquisition, after which no more are sent
+    std::optional<qint64> unplugAtByte;    ///< image bytes of an acquisition, after which the cable is pulled
+    std::optional<qint64> tornBlock;       ///< block of an acquisition that loses its last bytes
+    int tornBytes = 512;
+    std::optional<qint64> doubledBlock; ///< block of an acquisition that is sent twice in a row
+};
+
+/// What `virtual-detector.ini` tells.
+struct Settings
+{
+    QStringList serialNumbers{QStringLiteral("QV1K")};
+    bool attached = true;
+    int batteryLevel = 87; ///< percent
+    Scene scene = Scene::Phantom;
+    double light = 1.0; ///< 0 to 1
+    Pacing pacing = Pacing::Timing;
+    quint64 seed = 1;
+    QString replayFile;
+    Faults faults;
+};
+
+/// Reads the file; without one everything has its default. A value that makes no sense and a key that does
+/// not exist each leave a line on the debug output; such a value has its default.
+[[nodiscard]] Settings readSettings(const QString &path);
+
+/// Notices when the settings file was written. Not thread-safe.
+class SettingsFile
+{
+public:
+    static constexpr Milliseconds checkInterval{200};
+
+    /// A relative path is looked up in the current working directory each time.
+    explicit SettingsFile(QString path) : m_path(std::move(path)) {}
+
+    /// The settings, when the file was written, made or removed since the last look; the first look always
+    /// has them. Within `checkInterval` of the last look it does not look again.
+    [[nodiscard]] std::optional<Settings> changed(Nanoseconds now);
+    /// The same, however recent the last look.
+    [[nodiscard]] std::optional<Settings> changedNow(Nanoseconds now);
+
+private:
+    struct State
+    {
+        QString path;
+        QDateTime written;
+        qint64 size = -1;
+
+        friend bool operator==(const State &, const State &) = default;
+    };
+
+    QString m_path;
+    std::optional<State> m_state;
+    Nanoseconds m_nextCheck = Nanoseconds::min();
+};
+
+} // namespace simulator

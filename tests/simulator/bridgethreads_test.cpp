@@ -1,0 +1,88 @@
+#include "tests/simulator/bytes.h"
+#include "tests/support/workingfolder.h"
+
+#include "simulator/bridge.h"
+
+#include <atomic>
+#include <thread>
+
+using simulator::blockBytes;
+using simulator::Handle;
+using simulator::Status;
+
+TEST(BridgeThreads, a_read_that_waits_holds_up_no_write_and_is_woken_by_its_reply)
+{
+    WorkingFolder folder;
+    simulator::SteadyClock clock;
+    simulator::Bridge bridge(clock, folder.path());
+    Handle handle = 0;
+    ASSERT_EQ(bridge.openEx("QV1K", 1, &handle), 0U);
+    bridge.setTimeouts(handle, 20000, 10);
+    QByteArray reply(5, '\0');
+    quint32 count = 0;
+    std::thread reader([&] { bridge.read(handle, reply.data(), 5, &count); });
+    const QByteArray query = frame(2, 0xFA);
+    quint32 written = 0;
+    EXPECT_EQ(bridge.write(handle, query.constData(), 6, &written), Status::Ok);
+    reader.join();
+    EXPECT_EQ(count, 5U);
+    EXPECT_EQ(reply, hex("01 02 03 45 00"));
+}
+
+TEST(BridgeThreads, closing_ends_a_read_that_waits_without_limit)
+{
+    WorkingFolder folder;
+    simulator::SteadyClock clock;
+    simulator::Bridge bridge(clock, folder.path());
+    Handle handle = 0;
+    ASSERT_EQ(bridge.openEx("QV1K", 1, &handle), 0U);
+    std::atomic<Status> status{Status::Ok};
+    std::thread reader([&] {
+        char byte = 0;
+        quint32 count = 0;
+        status = bridge.read(handle, &byte, 1, &count);
+    });
+    EXPECT_EQ(bridge.close(handle), Status::Ok);
+    reader.join();
+    EXPECT_EQ(status, Status::InvalidHandle);
+}
+
+TEST(BridgeThreads, two_threads_may_read_write_and_look_at_once)
+{
+    WorkingFolder folder;
+    folder.write(QStringLiteral("virtual-detector.ini"), "Pacing=none\n");
+    simulator::SteadyClock clock;
+    simulator::Bridge bridge(clock, folder.path());
+    Handle handle = 0;
+    ASSERT_EQ(bridge.openEx("QV1K", 1, &handle), 0U);
+    bridge.setBitMode(handle, 0xFF, 0x40);
+    bridge.setTimeouts(handle, 100, 10);
+    const auto send = [&](const QByteArray &bytes) {
+        quint32 written = 0;
+        bridge.write(handle, bytes.constData(), static_cast<quint32>(bytes.size()), &written);
+    };
+    send(frame(3, 0xA0));
+    QByteArray buffer(blockBytes, '\0');
+    quint32 count = 0;
+    bridge.read(handle, buffer.data(), 6, &count);
+    ASSERT_EQ(count, 6U);
+    std::atomic<bool> done{false};
+    std::thread watcher([&] {
+        quint32 a = 0;
+        quint32 b = 0;
+        quint32 c = 0;
+        while (!done) {
+            bridge.getStatus(handle, &a, &b, &c);
+            send(frame(2, 0x10)); // not answered while it streams
+        }
+    });
+    qsizetype total = 0;
+    for (int block = 0; block < 64; ++block) {
+        send(frame(0, block % 32));
+        bridge.read(handle, buffer.data(), quint32{blockBytes}, &count);
+        total += count;
+    }
+    done = true;
+    watcher.join();
+    EXPECT_EQ(total, 64 * blockBytes);
+}
