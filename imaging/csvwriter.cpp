@@ -1,0 +1,69 @@
+#include "imaging/csvwriter.h"
+
+#include "imaging/csvnumber.h"
+#include "imaging/outputfile.h"
+#include "imaging/pixelkernel.h"
+
+#include <opencv2/core.hpp>
+
+#include <array>
+
+namespace {
+
+constexpr size_t lineValues = PixelKernel::imageSide;
+constexpr size_t lineRoom = lineValues * CsvNumber::maxChars;
+constexpr size_t stripeCount = 16;
+constexpr size_t maxLines = PixelKernel::imageSide;
+
+template <typename Number>
+char *appendLine(char *out, std::span<const Number> values)
+{
+    for (const Number value : values) {
+        out = CsvNumber::append(out, value);
+        *out++ = ',';
+    }
+    out[-1] = '\n';
+    return out;
+}
+
+} // namespace
+
+template <typename Number>
+QString CsvWriter::writeLines(const QString &path, std::span<const Number> values)
+{
+    if (!m_text)
+        m_text = std::make_unique_for_overwrite<char[]>(maxLines * lineRoom);
+
+    const size_t lines = std::min(values.size() / lineValues, maxLines);
+    const auto firstLine = [lines](size_t stripe) {
+        return lines * stripe / stripeCount;
+    };
+    const auto textOf = [this, firstLine](size_t stripe) {
+        return m_text.get() + firstLine(stripe) * lineRoom;
+    };
+    std::array<char *, stripeCount> ends{};
+
+    cv::parallel_for_(cv::Range(0, int(stripeCount)), [&](const cv::Range &range) {
+        for (auto stripe = size_t(range.start); stripe < size_t(range.end); ++stripe) {
+            char *out = textOf(stripe);
+            for (size_t line = firstLine(stripe); line < firstLine(stripe + 1); ++line)
+                out = appendLine(out, values.subspan(line * lineValues, lineValues));
+            ends[stripe] = out;
+        }
+    });
+
+    OutputFile file(path);
+    for (size_t stripe = 0; stripe < stripeCount; ++stripe)
+        file.write(QByteArrayView(textOf(stripe), ends[stripe]));
+    return file.finish();
+}
+
+QString CsvWriter::write(const QString &path, std::span<const double> values)
+{
+    return writeLines(path, values);
+}
+
+QString CsvWriter::write(const QString &path, std::span<const int> values)
+{
+    return writeLines(path, values);
+}

@@ -1,0 +1,100 @@
+#include "imaging/processimage.h"
+
+#include "device/portmanager.h"
+#include "imaging/csvwriter.h"
+#include "imaging/pixelkernel.h"
+
+#include <QDateTime>
+#include <QDir>
+
+#include <opencv2/videoio.hpp>
+
+using PixelKernel::imageSide;
+
+ProcessImage::ProcessImage(QObject *parent) : QObject(parent)
+{
+    logPath = QDir::currentPath() + QStringLiteral("/Logs");
+    calibPath = QDir::currentPath() + QStringLiteral("/Logs/calib/");
+    if (!QDir().exists(calibPath))
+        QDir().mkdir(calibPath);
+    timeStamp = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd_hhmmss"));
+    // Without a link frames are handed to onReadReady() directly.
+    if (PortManager *link = PortManager::instance())
+        connect(link, &PortManager::read_ready, this, &ProcessImage::onReadReady);
+
+    const auto pixels = size_t(pixelCount);
+    frameData.resize(pixels);
+    grayData.resize(pixels);
+    fullOffData.resize(pixels);
+    fullOnData.resize(pixels, 255.0);
+    dataCsv = std::make_unique<CsvWriter>();
+    grayCsv = std::make_unique<CsvWriter>();
+}
+
+ProcessImage::~ProcessImage()
+{
+    closeVideo();
+}
+
+void ProcessImage::setLogPath(const QString &path)
+{
+    if (!path.isEmpty())
+        logPath = path;
+}
+
+void ProcessImage::onReadReady(QByteArray m_data)
+{
+    const QImage image = processImage(m_data);
+    Q_EMIT sendImagetoMain(image);
+    saveFrame(image);
+}
+
+QImage ProcessImage::processImage(QByteArray &m_data)
+{
+    QImage image(imageSide, imageSide, QImage::Format_Grayscale8);
+    if (fullOnFlag || fullOffFlag) {
+        caliFrameIndex += 1;
+        Q_EMIT caliMessage(caliFrameIndex);
+    }
+    processPixels(m_data, image.bits());
+    if (caliFrameIndex == caliFrameCount)
+        finishCapture();
+
+    // The finished frame becomes the last one, and the buffer of the frame before takes the next.
+    frameData.swap(lastFrameData);
+    frameData.resize(size_t(pixelCount));
+    return image;
+}
+
+void ProcessImage::processPixels(const QByteArray &bytes, uchar *picture)
+{
+    PixelKernel::Frame frame;
+    frame.bytes = {reinterpret_cast<const uchar *>(bytes.constData()), size_t(bytes.size())};
+    frame.currents = frameData.data();
+    frame.grayLevels = grayData.data();
+    frame.picture = picture;
+    frame.dark = fullOffData.data();
+    frame.bright = fullOnData.data();
+
+    const bool first = caliFrameIndex == 1;
+    const int divisor = caliFrameIndex == caliFrameCount ? caliFrameCount : 0;
+    if (fullOffFlag)
+        frame.darkCapture = {fullOffData.data(), first, divisor};
+    if (fullOnFlag)
+        frame.brightCapture = {fullOnData.data(), first, divisor};
+
+    PixelKernel::process(frame, {.gainNumerator = gainNumerator,
+                                 .gainDenominator = gainDenominator,
+                                 .rangeMax = rangeMax,
+                                 .contrastRatio = contrastRatio,
+                                 .calibrated = caliEnabled});
+}
+
+QString ProcessImage::pixelValueText(int x, int y) const
+{
+    // In 32 bits with wrap-around; what comes out negative is beyond every frame.
+    const quint32 index = (static_cast<quint32>(x) << 10) + static_cast<quint32>(y);
+    if (index >= lastFrameData.size())
+        return QStringLiteral("0.0");
+    return QString::number(lastFrameData[index], 'f', 4);
+}

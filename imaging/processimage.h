@@ -1,0 +1,135 @@
+#pragma once
+
+#include <QByteArray>
+#include <QImage>
+#include <QObject>
+#include <QString>
+
+#include <memory>
+#include <vector>
+
+namespace cv {
+class VideoWriter;
+}
+class CsvWriter;
+
+/// Results that ProcessImage's declared but unused signals carry.
+struct result
+{
+};
+struct errormessage
+{
+};
+
+/// The image pipeline: turns each raw frame into photocurrents and a grey picture, takes the calibration
+/// references, and records.
+///
+/// Lives on the GUI thread and works there, frame after frame; the pixels of a frame are spread over
+/// OpenCV's workers. The link must exist before it is made, which connects the link's read_ready() to
+/// onReadReady(); without a link frames come by onReadReady() alone.
+class ProcessImage : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit ProcessImage(QObject *parent = nullptr);
+    ~ProcessImage() override;
+
+    /// Decodes and renders one raw frame (4 bytes a pixel, most significant first; missing pixels are 0,
+    /// further bytes are ignored) and takes it into a running calibration capture.
+    /// Returns a 1024 x 1024 picture of format Grayscale8.
+    QImage processImage(QByteArray &m_data);
+
+    /// Current of the pixel at index x * 1024 + y of the last finished frame in nanoamperes with four
+    /// decimals; "0.0" when there is no such element.
+    [[nodiscard]] QString pixelValueText(int x, int y) const;
+
+    void setContrastRatio(double ratio) { contrastRatio = ratio; }
+    void setSaveFrameTotal(int frames) { saveFrameTotal = frames; }
+    void setTimeStamp(const QString &name) { timeStamp = name; }
+    /// Root folder of recordings; an empty path is ignored.
+    void setLogPath(const QString &path);
+    /// Records the current range that the detector was set to, in nA. Read by what describes a recording;
+    /// decoding and rendering keep their constants.
+    void setCurrentRange(int nanoamperes) { currentRange = nanoamperes; }
+
+    [[nodiscard]] int getCaliFrameCount() const { return caliFrameCount; }
+    [[nodiscard]] int getSaveFrameTotal() const { return saveFrameTotal; }
+    [[nodiscard]] int getCurrentRange() const { return currentRange; }
+    [[nodiscard]] bool isSaving() const { return savingActive; }
+    /// Files of the recording that could not be opened or written whole, pictures not saved, videos that did
+    /// not open or closed unreadable.
+    [[nodiscard]] int failedFiles() const { return failedFileCount; }
+
+    /// Begins a recording of the next saveFrameTotal frames in the folder logPath/timeStamp/.
+    void startSaving(bool saveData, bool savePicture, bool saveVideo);
+    /// Stores the picture, and the data it was made from, if a recording is running. Blocks until the
+    /// frame's files are written.
+    void saveFrame(const QImage &image);
+    /// Ends a running recording early; false when none was running.
+    bool stopSaving();
+    /// Writes "SetParameterData.txt" into the recording's folder.
+    void writeParameterFile(const QString &text);
+
+    /// Frame of currents (nA), row-major, that was processed last; empty before the first.
+    [[nodiscard]] const std::vector<double> &lastFrame() const { return lastFrameData; }
+    [[nodiscard]] const std::vector<int> &grayLevels() const { return grayData; }
+
+    bool fullOnFlag = false;         ///< a bright reference is being captured
+    bool fullOffFlag = false;        ///< a dark reference is being captured
+    bool caliEnabled = false;        ///< the calibrated grey mapping is in force
+    std::vector<double> fullOffData; ///< dark reference, nA
+    std::vector<double> fullOnData;  ///< bright reference, nA
+
+public Q_SLOTS:
+    /// One frame: picture, then sendImagetoMain(), then the recording.
+    void onReadReady(QByteArray m_data);
+
+Q_SIGNALS:
+    void sendImagetoMain(QImage displayImage);
+    void saveMessage(int index);
+    void caliMessage(int index);
+    void dataProcessed(::result); // qualified: the meta-object code has a variable of that name
+    void errorOccurred(errormessage);
+    void disConnect();
+    void finished();
+    void setMaxSuccess();
+    void setMinSuccess();
+
+private:
+    void processPixels(const QByteArray &bytes, uchar *picture);
+    void finishCapture();
+    void writeReference(const QString &fileName, const std::vector<double> &reference);
+    [[nodiscard]] QString recordingFolder() const;
+    void storeFrame(const QImage &image);
+    void openVideo();
+    void closeVideo();
+    void countFailure(const QString &failure);
+
+    std::vector<double> frameData;
+    std::vector<int> grayData;
+    std::vector<double> lastFrameData;
+    int pixelCount = 1024 * 1024;
+    int caliFrameCount = 1;
+    int rangeMax = 150;
+    int gainNumerator = 25;
+    int gainDenominator = 166;
+    int caliFrameIndex = 0;
+    int savedFrames = 0;
+    int saveFrameTotal = 5;
+    int currentRange = 150;
+    int failedFileCount = 0;
+    QString logPath;
+    QString timeStamp;
+    QString calibPath;
+    bool savePictureFlag = false;
+    bool saveVideoFlag = false;
+    bool saveDataFlag = false;
+    bool savingActive = false;
+    double contrastRatio = 1048576.0;
+    std::unique_ptr<cv::VideoWriter> videoWriter;
+    QString videoPath;   ///< of the video that is open
+    int videoFrames = 0; ///< handed to it
+    std::unique_ptr<CsvWriter> dataCsv;
+    std::unique_ptr<CsvWriter> grayCsv;
+};

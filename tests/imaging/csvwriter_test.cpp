@@ -1,0 +1,127 @@
+#include "imaging/csvwriter.h"
+#include "tests/imaging/straightforward/straightforward.h"
+#include "tests/support/workingfolder.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QLocale>
+#include <QRandomGenerator>
+
+#include <limits>
+
+namespace {
+
+constexpr size_t pixels = Straightforward::pixels;
+
+std::vector<double> currentsOfAllKinds()
+{
+    QRandomGenerator random(1);
+    std::vector<double> values(pixels);
+    for (size_t i = 0; i < pixels; ++i)
+        values[i] = random.bounded(1 << (i % 31)) / 10000.0;
+    const double odd[] = {0,
+                          0.0001,
+                          12.3456,
+                          150.602,
+                          308433.7,
+                          1e6,
+                          1.5e300,
+                          -0.0,
+                          -3.25,
+                          1.0 / 3,
+                          std::numeric_limits<double>::infinity(),
+                          std::numeric_limits<double>::quiet_NaN()};
+    for (size_t i = 0; i < 5000; ++i)
+        values[size_t(random.bounded(int(pixels)))] = odd[i % std::size(odd)];
+    values[1023] = 308433.7;
+    values[pixels - 1] = -1.23457e-308;
+    return values;
+}
+
+std::vector<int> levelsOfAllKinds()
+{
+    QRandomGenerator random(2);
+    std::vector<int> values(pixels);
+    for (size_t i = 0; i < pixels; ++i)
+        values[i] = i % 50 == 0 ? int(random.generate()) : random.bounded(300);
+    return values;
+}
+
+} // namespace
+
+TEST(CsvWriter, a_data_file_is_the_one_of_a_text_stream_to_the_byte)
+{
+    const WorkingFolder folder;
+    const std::vector<double> values = currentsOfAllKinds();
+    Straightforward::writeCsv("expected.csv", values);
+    CsvWriter writer;
+    EXPECT_EQ(writer.write("ours.csv", values), QString());
+    EXPECT_TRUE(folder.read("ours.csv") == folder.read("expected.csv"));
+}
+
+TEST(CsvWriter, a_grey_level_file_is_the_one_of_a_text_stream_to_the_byte)
+{
+    const WorkingFolder folder;
+    const std::vector<int> values = levelsOfAllKinds();
+    Straightforward::writeCsv("expected.csv", values);
+    CsvWriter writer;
+    EXPECT_EQ(writer.write("ours.csv", values), QString());
+    EXPECT_TRUE(folder.read("ours.csv") == folder.read("expected.csv"));
+}
+
+TEST(CsvWriter, a_german_locale_changes_no_byte)
+{
+    const WorkingFolder folder;
+    const std::vector<double> values = currentsOfAllKinds();
+    CsvWriter writer;
+    EXPECT_EQ(writer.write("before.csv", values), QString());
+    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+    EXPECT_EQ(writer.write("german.csv", values), QString());
+    EXPECT_TRUE(folder.read("german.csv") == folder.read("before.csv"));
+}
+
+TEST(CsvWriter, a_file_has_1024_lines_of_1024_values)
+{
+    const WorkingFolder folder;
+    CsvWriter writer;
+    EXPECT_EQ(writer.write("zero.csv", std::vector<double>(pixels)), QString());
+    const QByteArray text = folder.read("zero.csv");
+    EXPECT_TRUE(text == (QByteArray("0,").repeated(1023) + "0\n").repeated(1024));
+}
+
+TEST(CsvWriter, a_writer_leaves_nothing_of_a_longer_file_before)
+{
+    const WorkingFolder folder;
+    CsvWriter writer;
+    EXPECT_EQ(writer.write("a.csv", std::vector<double>(pixels, -1.23457e-308)), QString());
+    EXPECT_EQ(writer.write("a.csv", std::vector<double>(pixels, 7)), QString());
+    EXPECT_TRUE(folder.read("a.csv") == (QByteArray("7,").repeated(1023) + "7\n").repeated(1024));
+}
+
+TEST(CsvWriter, a_file_that_cannot_be_opened_is_named_with_the_reason)
+{
+    const WorkingFolder folder;
+    CsvWriter writer;
+    const QString failure = writer.write("missing/a.csv", std::vector<double>(pixels));
+    EXPECT_TRUE(failure.contains("missing/a.csv"));
+    EXPECT_TRUE(failure.contains("No such file or directory"));
+}
+
+TEST(CsvWriter, a_file_that_a_full_disk_cuts_is_named_with_the_reason)
+{
+    const WorkingFolder folder;
+    ASSERT_TRUE(QFile::link("/dev/full", "a.csv"));
+    CsvWriter writer;
+    const QString failure = writer.write("a.csv", std::vector<int>(pixels));
+    EXPECT_TRUE(failure.contains("a.csv"));
+    EXPECT_TRUE(failure.contains("No space left on device"));
+    EXPECT_FALSE(failure.contains(u'\n'));
+}
+
+TEST(CsvWriter, a_path_with_percent_signs_is_reported_as_it_is)
+{
+    const WorkingFolder folder;
+    CsvWriter writer;
+    EXPECT_TRUE(writer.write("no/%1%2%3.csv", std::vector<int>(pixels)).contains("no/%1%2%3.csv"));
+}

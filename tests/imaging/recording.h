@@ -1,0 +1,43 @@
+#pragma once
+
+#include "imaging/processimage.h"
+#include "tests/imaging/frames.h"
+#include "tests/support/workingfolder.h"
+
+#include <QDir>
+#include <QSignalSpy>
+
+/// A pipeline that records into the folder "save" of an empty working folder, under the name "T".
+struct Recording
+{
+    WorkingFolder folder;
+    bool save = QDir(folder.path()).mkdir("save");
+    ProcessImage pipeline;
+    QSignalSpy messages{&pipeline, &ProcessImage::saveMessage};
+
+    explicit Recording(int frames = 1)
+    {
+        pipeline.setLogPath(folder.filePath("save"));
+        pipeline.setTimeStamp("T");
+        pipeline.setSaveFrameTotal(frames);
+    }
+
+    void feed(int frames)
+    {
+        for (int n = 1; n <= frames; ++n)
+            pipeline.onReadReady(Frames::useful(quint32(n)));
+    }
+
+    [[nodiscard]] QStringList files() const
+    {
+        return QDir(folder.filePath("save/T")).entryList(QDir::Files | QDir::System, QDir::Name);
+    }
+
+    [[nodiscard]] QList<int> progress() const
+    {
+        QList<int> values;
+        for (const QVariantList &arguments : messages)
+            values << arguments.first().toInt();
+        return values;
+    }
+};

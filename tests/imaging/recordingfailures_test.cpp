@@ -1,0 +1,187 @@
+#include "log/logmanager.h"
+#include "tests/imaging/recording.h"
+#include "tests/support/debugoutput.h"
+
+#include <gtest/gtest.h>
+
+#include <QDate>
+
+// Folders and files are made unusable in ways that hold for every user, the administrator included: a file
+// stands where a folder should be, a link leads to a device that is always full.
+
+namespace {
+
+void fillDisk(const Recording &recording, const QString &file)
+{
+    QDir(recording.folder.path()).mkdir("save/T");
+    ASSERT_TRUE(QFile::link("/dev/full", recording.folder.filePath("save/T/" + file)));
+}
+
+int linesWith(const DebugOutput &output, const QString &text)
+{
+    return int(output.messages().filter(text).size());
+}
+
+} // namespace
+
+TEST(RecordingFailures, a_missing_save_folder_loses_every_file_with_a_line_each_and_goes_on_counting)
+{
+    Recording recording(2);
+    recording.pipeline.setLogPath(recording.folder.filePath("missing"));
+    const DebugOutput output;
+    recording.pipeline.startSaving(true, true, true);
+    EXPECT_TRUE(recording.pipeline.isSaving());
+    recording.pipeline.writeParameterFile("text");
+    recording.feed(2);
+    EXPECT_FALSE(recording.pipeline.isSaving());
+    EXPECT_EQ(recording.progress(), (QList<int>{1, 2}));
+    EXPECT_EQ(recording.pipeline.failedFiles(), 2 * 3 + 1 + 1);
+    EXPECT_EQ(output.messages().size(), 2 * 3 + 1 + 1);
+    for (const char *name : {"T_data1.csv", "T_data_gray1.csv", "T_pic1.png", "T_data2.csv",
+                             "T_data_gray2.csv", "T_pic2.png", "output_video.mp4", "SetParameterData.txt"})
+        EXPECT_EQ(linesWith(output, recording.folder.filePath("missing/T/") + name), 1) << name;
+    EXPECT_EQ(linesWith(output, "No such file or directory"), 8);
+    EXPECT_FALSE(QDir(recording.folder.filePath("missing")).exists());
+}
+
+TEST(RecordingFailures, a_file_where_the_recording_folder_should_be_loses_every_file_with_a_line_each)
+{
+    Recording recording(1);
+    recording.folder.write("save/T", "a file");
+    const DebugOutput output;
+    recording.pipeline.startSaving(true, true, true);
+    recording.feed(1);
+    EXPECT_EQ(recording.progress(), QList<int>{1});
+    EXPECT_EQ(recording.pipeline.failedFiles(), 4);
+    EXPECT_EQ(output.messages().size(), 4);
+    EXPECT_EQ(linesWith(output, "Not a directory"), 4);
+    EXPECT_EQ(recording.folder.read("save/T"), "a file");
+}
+
+TEST(RecordingFailures, a_folder_where_a_file_should_be_loses_that_file_alone)
+{
+    Recording recording(2);
+    QDir(recording.folder.path()).mkpath("save/T/T_data_gray1.csv");
+    const DebugOutput output;
+    recording.pipeline.startSaving(true, true, true);
+    recording.feed(2);
+    EXPECT_EQ(recording.pipeline.failedFiles(), 1);
+    ASSERT_EQ(output.messages().size(), 1);
+    EXPECT_TRUE(output.contains("save/T/T_data_gray1.csv"));
+    EXPECT_TRUE(output.contains("Is a directory"));
+    EXPECT_EQ(recording.files().size(), 2 * 3 + 1 - 1);
+}
+
+TEST(RecordingFailures, a_full_disk_under_any_file_leaves_one_line_with_the_reason)
+{
+    for (const char *file : {"T_data1.csv", "T_data_gray1.csv", "T_pic1.png"}) {
+        SCOPED_TRACE(file);
+        Recording recording(1);
+        fillDisk(recording, file);
+        const DebugOutput output;
+        recording.pipeline.startSaving(true, true, false);
+        recording.feed(1);
+        EXPECT_EQ(recording.progress(), QList<int>{1});
+        EXPECT_EQ(recording.pipeline.failedFiles(), 1);
+        ASSERT_EQ(output.messages().size(), 1);
+        EXPECT_TRUE(output.contains(file));
+        EXPECT_TRUE(output.contains("No space left on device"));
+    }
+}
+
+TEST(RecordingFailures, a_full_disk_under_the_parameter_file_leaves_one_line)
+{
+    Recording recording(1);
+    fillDisk(recording, "SetParameterData.txt");
+    const DebugOutput output;
+    recording.pipeline.startSaving(true, false, false);
+    recording.pipeline.writeParameterFile("Vss: 1 V\n");
+    EXPECT_EQ(recording.pipeline.failedFiles(), 1);
+    ASSERT_EQ(output.messages().size(), 1);
+    EXPECT_TRUE(output.contains("SetParameterData.txt"));
+    EXPECT_TRUE(output.contains("No space left on device"));
+}
+
+TEST(RecordingFailures, a_full_disk_under_the_video_leaves_one_line_however_many_frames)
+{
+    Recording recording(3);
+    fillDisk(recording, "output_video.mp4");
+    const DebugOutput output;
+    recording.pipeline.startSaving(false, false, true);
+    recording.feed(3);
+    EXPECT_EQ(recording.progress(), (QList<int>{1, 2, 3}));
+    EXPECT_EQ(recording.pipeline.failedFiles(), 1);
+    ASSERT_EQ(output.messages().size(), 1);
+    EXPECT_TRUE(output.contains("output_video.mp4"));
+}
+
+TEST(RecordingFailures, a_video_that_did_not_open_is_told_at_once_and_only_once)
+{
+    Recording recording(3);
+    QDir(recording.folder.path()).mkpath("save/T/output_video.mp4");
+    const DebugOutput output;
+    recording.pipeline.startSaving(false, true, true);
+    ASSERT_EQ(output.messages().size(), 1);
+    EXPECT_TRUE(output.contains("save/T/output_video.mp4"));
+    EXPECT_TRUE(output.contains("Is a directory"));
+    recording.feed(3);
+    EXPECT_EQ(output.messages().size(), 1);
+    EXPECT_EQ(recording.pipeline.failedFiles(), 1);
+    EXPECT_EQ(recording.files().size(), 3);
+}
+
+TEST(RecordingFailures, a_video_torn_while_it_was_written_is_found_when_it_closes)
+{
+    Recording recording(2);
+    const DebugOutput output;
+    recording.pipeline.startSaving(false, false, true);
+    recording.feed(1);
+    ASSERT_TRUE(QFile::remove(recording.folder.filePath("save/T/output_video.mp4")));
+    recording.feed(1);
+    EXPECT_EQ(recording.pipeline.failedFiles(), 1);
+    ASSERT_EQ(output.messages().size(), 1);
+    EXPECT_TRUE(output.contains("save/T/output_video.mp4"));
+}
+
+TEST(RecordingFailures, a_frame_that_the_video_does_not_take_is_found_when_it_closes)
+{
+    Recording recording(2);
+    const DebugOutput output;
+    recording.pipeline.startSaving(false, false, true);
+    recording.feed(1);
+    recording.pipeline.saveFrame(QImage());
+    EXPECT_EQ(recording.progress(), (QList<int>{1, 2}));
+    EXPECT_EQ(recording.pipeline.failedFiles(), 1);
+    EXPECT_EQ(output.messages().size(), 1);
+}
+
+TEST(RecordingFailures, the_count_starts_anew_with_each_recording)
+{
+    Recording recording(1);
+    const DebugOutput output;
+    recording.pipeline.setTimeStamp("no/such");
+    recording.pipeline.startSaving(false, true, false);
+    recording.feed(1);
+    EXPECT_EQ(recording.pipeline.failedFiles(), 1);
+    recording.pipeline.setTimeStamp("T");
+    recording.pipeline.startSaving(false, true, false);
+    EXPECT_EQ(recording.pipeline.failedFiles(), 0);
+    recording.feed(1);
+    EXPECT_EQ(recording.pipeline.failedFiles(), 0);
+}
+
+TEST(RecordingFailures, with_a_log_the_line_stands_there_once_and_is_repeated_once_on_the_debug_output)
+{
+    Recording recording(1);
+    const DebugOutput output;
+    LogManager::createInstance();
+    recording.pipeline.setTimeStamp("no/such");
+    recording.pipeline.startSaving(true, false, false);
+    recording.feed(1);
+    LogManager::destroyInstance(); // after the lines are written
+    const QString log = QString::fromUtf8(
+        recording.folder.read("Logs/Log" + QDate::currentDate().toString("yyyyMMdd") + ".txt"));
+    EXPECT_EQ(log.count("no/such_data1.csv"), 1);
+    EXPECT_EQ(log.count("no/such_data_gray1.csv"), 1);
+    EXPECT_EQ(log.count("No such file or directory"), 2);
+}
