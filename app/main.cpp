@@ -1,0 +1,36 @@
+#include "ui/framelesshelper.h"
+#include "ui/lightpalette.h"
+#include "ui/mainwindow.h"
+#include "ui/stylesheets.h"
+
+#include <QApplication>
+
+int main(int argc, char **argv)
+{
+    // The interface's colours assume a light palette, whatever the desktop's theme.
+#ifdef Q_OS_WIN
+    qputenv("QT_QPA_PLATFORM", "windows:darkmode=0");
+#endif
+    QApplication application(argc, argv);
+#ifndef Q_OS_WIN
+    LightPalette::apply(application);
+#endif
+
+    mainwindow window;
+    application.installNativeEventFilter(&window);
+    auto *helper = new FramelessHelper(&window);
+    application.setStyleSheet(QString::fromLatin1(StyleSheets::application));
+
+    helper->attachWindow(&window);
+    helper->setTitleBarHeight(40);
+    helper->setEdgeWidth(3);
+    helper->setDragEnabled(true);
+    helper->setResizeEnabled(true);
+    helper->setRubberBandForDrag(false);
+    helper->setRubberBandForResize(false);
+
+    window.setAttribute(Qt::WA_TranslucentBackground);
+    window.setWindowFlags(window.windowFlags() | Qt::FramelessWindowHint);
+    window.show();
+    return QApplication::exec();
+}

@@ -1,0 +1,154 @@
+#include "mainwindowtest.h"
+
+#include "tests/support/debugoutput.h"
+#include "ui/stylesheets.h"
+
+#include <QDir>
+
+class MainWindowHotPlug : public MainWindowTest
+{
+protected:
+    void plugIn()
+    {
+        const auto before = lists();
+        ForwardLibrary::reportDeviceEvent(true);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return lists() > before; }));
+    }
+
+    void pullOut(const QStringList &left = {})
+    {
+        detector.link.serialNumbers = left;
+        const auto before = lists();
+        ForwardLibrary::reportDeviceEvent(false);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return lists() > before; }));
+    }
+
+    [[nodiscard]] qsizetype lists() const { return detector.link.calls().count("CreateDeviceInfoList"); }
+
+    [[nodiscard]] QStringList ports() const
+    {
+        QStringList texts;
+        const auto *box = find<QComboBox>("comboBox_port");
+        for (int i = 0; i < box->count(); ++i)
+            texts << box->itemText(i);
+        return texts;
+    }
+};
+
+TEST_F(MainWindowHotPlug, plugging_in_replaces_the_port_list_by_the_detectors_fixed_name)
+{
+    detector.link.serialNumbers.clear();
+    open();
+    EXPECT_EQ(ports(), QStringList());
+    detector.link.serialNumbers = {"SOMETHING", "ELSE"};
+    plugIn();
+    EXPECT_EQ(ports(), QStringList("QV1K"));
+}
+
+TEST_F(MainWindowHotPlug, pulling_out_one_of_several_detectors_lists_the_others_and_goes_on)
+{
+    detector.link.serialNumbers = {"A", "B", "C"};
+    const DebugOutput output;
+    openSampling();
+    pullOut({"C", "A"});
+    EXPECT_EQ(ports(), QStringList({"C", "A"}));
+    EXPECT_TRUE(output.contains("device remove"));
+    EXPECT_TRUE(detector.link.isOpen());
+    EXPECT_TRUE(looksRunning());
+    EXPECT_EQ(button("pushButton_Connect")->text(), "Disconnect");
+}
+
+TEST_F(MainWindowHotPlug, pulling_out_the_last_detector_while_idle_returns_to_disconnected)
+{
+    openConnected();
+    pullOut();
+    EXPECT_EQ(ports(), QStringList());
+    EXPECT_FALSE(detector.link.isOpen());
+    EXPECT_EQ(button("pushButton_Connect")->text(), "Connect");
+    EXPECT_FALSE(statusTimer().isActive());
+    EXPECT_TRUE(looksIdle());
+    EXPECT_EQ(button("pushButton_sample")->styleSheet(), StyleSheets::playIdle);
+    EXPECT_TRUE(boxes->isEmpty());
+}
+
+TEST_F(MainWindowHotPlug, pulling_out_while_nothing_is_connected_changes_only_the_list)
+{
+    open();
+    pullOut();
+    EXPECT_EQ(ports(), QStringList());
+    EXPECT_EQ(button("pushButton_Connect")->text(), "Connect");
+    EXPECT_TRUE(looksIdle());
+}
+
+TEST_F(MainWindowHotPlug, pulling_out_while_sampling_returns_to_disconnected_at_once)
+{
+    openSampling();
+    showFrames(1);
+    find<QLineEdit>("lineEdit_savename")->setText("cut");
+    find<QComboBox>("comboBox_saveframes")->setEditText("500");
+    click("checkBox_picture");
+    click("pushButton_save");
+    showFrames(1);
+    ASSERT_TRUE(pipeline().isSaving());
+
+    pullOut();
+    EXPECT_EQ(button("pushButton_Connect")->text(), "Connect");
+    EXPECT_FALSE(detector.link.isOpen());
+    EXPECT_FALSE(statusTimer().isActive());
+    EXPECT_TRUE(looksIdle());
+    EXPECT_EQ(button("pushButton_sample")->styleSheet(), StyleSheets::playRemoved);
+    EXPECT_TRUE(button("pushButton_set")->isEnabled());
+    EXPECT_FALSE(pipeline().isSaving());
+    EXPECT_EQ(text("label_savestate"), "Save Stop");
+    EXPECT_TRUE(boxes->isEmpty());
+}
+
+TEST_F(MainWindowHotPlug, a_stop_that_arrives_after_the_removal_changes_nothing_and_does_not_block)
+{
+    openSampling();
+    showFrames(1);
+    click("pushButton_sample");
+    EXPECT_TRUE(looksStopping());
+    EXPECT_FALSE(button("pushButton_sample")->isEnabled());
+    pullOut();
+    EXPECT_TRUE(looksIdle());
+    detector.link.clearWritten();
+
+    QElapsedTimer blocked;
+    blocked.start();
+    window->handleStop();
+    EXPECT_LT(blocked.elapsed(), 400);
+    EXPECT_TRUE(detector.link.written().isEmpty());
+    EXPECT_FALSE(statusTimer().isActive());
+    EXPECT_TRUE(looksIdle());
+    EXPECT_EQ(button("pushButton_Connect")->text(), "Connect");
+}
+
+TEST_F(MainWindowHotPlug, after_a_removal_while_sampling_the_detector_can_be_used_again)
+{
+    openSampling();
+    showFrames(1);
+    pullOut();
+    detector.link.serialNumbers = {"QV1K"};
+    plugIn();
+    click("pushButton_Connect");
+    EXPECT_EQ(button("pushButton_Connect")->text(), "Disconnect");
+    EXPECT_TRUE(statusTimer().isActive());
+    click("pushButton_sample");
+    EXPECT_TRUE(looksRunning());
+    showFrames(2);
+    stop();
+    EXPECT_TRUE(looksIdle());
+    EXPECT_TRUE(statusTimer().isActive());
+}
+
+TEST_F(MainWindowHotPlug, native_messages_are_passed_on)
+{
+    open();
+    qintptr result = 0;
+    // No message of this system is one that the window ends.
+#ifndef Q_OS_WIN
+    EXPECT_FALSE(window->nativeEventFilter("xcb_generic_event_t", nullptr, &result));
+#endif
+    EXPECT_EQ(ports(), QStringList("QV1K"));
+}

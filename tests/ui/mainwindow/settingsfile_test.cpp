@@ -1,0 +1,110 @@
+#include "mainwindowtest.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+class MainWindowSettingsFile : public MainWindowTest
+{
+protected:
+    [[nodiscard]] QStringList hiddenDebugControls() const
+    {
+        QStringList hidden;
+        for (const char *name :
+             {"pushButton_develop", "testImage1", "testImage2", "testImage3", "testImage4", "testImage5"}) {
+            if (find<QWidget>(name)->isHidden())
+                hidden << QString::fromLatin1(name);
+        }
+        return hidden;
+    }
+};
+
+TEST_F(MainWindowSettingsFile, debug_mode_shows_the_developer_button_and_the_test_images)
+{
+    open("DebugMode=true\n");
+    EXPECT_EQ(hiddenDebugControls(), QStringList());
+    for (const char *name : {"pushButton_full_on", "pushButton_full_off"})
+        EXPECT_TRUE(button(name)->isHidden()) << "calibration shows it: " << name;
+}
+
+TEST_F(MainWindowSettingsFile, debug_mode_that_is_false_hides_them)
+{
+    open("DebugMode=false\n");
+    EXPECT_EQ(hiddenDebugControls().size(), 6);
+}
+
+TEST_F(MainWindowSettingsFile, debug_mode_that_is_no_boolean_hides_them)
+{
+    open("DebugMode=ture\n");
+    EXPECT_EQ(hiddenDebugControls().size(), 6);
+}
+
+TEST_F(MainWindowSettingsFile, a_misspelt_debug_key_hides_them)
+{
+    open("DebugMod=true\n");
+    EXPECT_EQ(hiddenDebugControls().size(), 6);
+}
+
+TEST_F(MainWindowSettingsFile, debug_mode_is_read_once)
+{
+    open();
+    folder.write("config.ini", "[General]\nDebugMode=true\n");
+    click("pushButton_set"); // reads other keys again
+    EXPECT_EQ(hiddenDebugControls().size(), 6);
+}
+
+TEST_F(MainWindowSettingsFile, a_missing_file_gives_the_defaults_and_is_made_by_the_first_write)
+{
+    window = std::make_unique<mainwindow>();
+    window->show();
+    EXPECT_EQ(find<QLineEdit>("lineEdit_savepath")->text(), "");
+    EXPECT_EQ(hiddenDebugControls().size(), 6);
+    EXPECT_FALSE(QFileInfo::exists(folder.filePath("config.ini")));
+    click("pushButton_set");
+    window.reset();
+    EXPECT_EQ(stored("lineEdit_32").toString(), "16600");
+}
+
+TEST_F(MainWindowSettingsFile, a_file_that_is_no_ini_file_gives_the_defaults)
+{
+    folder.write("config.ini", QByteArray(3000, '\xF7'));
+    window = std::make_unique<mainwindow>();
+    EXPECT_EQ(find<QLineEdit>("lineEdit_savepath")->text(), "");
+    EXPECT_EQ(hiddenDebugControls().size(), 6);
+}
+
+TEST_F(MainWindowSettingsFile, a_folder_in_its_place_gives_the_defaults)
+{
+    ASSERT_TRUE(QDir(folder.path()).mkdir("config.ini"));
+    window = std::make_unique<mainwindow>();
+    EXPECT_EQ(find<QLineEdit>("lineEdit_savepath")->text(), "");
+}
+
+TEST_F(MainWindowSettingsFile, the_file_of_the_working_folder_is_used_also_when_that_changes_later)
+{
+    open("SavePath=/data/one\n");
+    EXPECT_EQ(find<QLineEdit>("lineEdit_savepath")->text(), "/data/one");
+    const WorkingFolder elsewhere;
+    click("pushButton_set");
+    window.reset();
+    EXPECT_EQ(stored("lineEdit_34").toString(), "21700");
+    EXPECT_FALSE(QFileInfo::exists(elsewhere.filePath("config.ini")));
+}
+
+TEST_F(MainWindowSettingsFile, the_save_path_is_the_root_of_recordings_from_the_start)
+{
+    open("SavePath=" + folder.filePath("recordings").toUtf8() + "\n");
+    ASSERT_TRUE(QDir(folder.path()).mkdir("recordings"));
+    find<QLineEdit>("lineEdit_savename")->setText("run1");
+    click("checkBox_picture");
+    click("pushButton_save");
+    EXPECT_TRUE(QFileInfo(folder.filePath("recordings/run1")).isDir());
+}
+
+TEST_F(MainWindowSettingsFile, without_a_save_path_recordings_lie_beside_the_log)
+{
+    open();
+    find<QLineEdit>("lineEdit_savename")->setText("run1");
+    click("checkBox_picture");
+    click("pushButton_save");
+    EXPECT_TRUE(QFileInfo(folder.filePath("Logs/run1")).isDir());
+}

@@ -1,0 +1,243 @@
+#include "ui/mainwindow.h"
+
+#include "device/d2xxlibrary.h"
+#include "device/devicewatcher.h"
+#include "device/portmanager.h"
+#include "log/logmanager.h"
+#include "ui/developwindow.h"
+#include "ui/mainwindow_rules.h"
+#include "ui/voltagedetails.h"
+#include "ui_mainwindow.h"
+
+#include <QEvent>
+#include <QIntValidator>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QScreen>
+
+#ifdef Q_OS_WIN
+#include <qt_windows.h>
+#endif
+
+#include <array>
+
+namespace {
+
+constexpr qsizetype navigationRows = 5;
+
+struct NavigationItem
+{
+    const char *text;
+    const char *idleIcon;
+    const char *selectedIcon;
+};
+
+constexpr std::array<NavigationItem, navigationRows> navigation{{
+    {"System", ":/image/image_resource/control_1.png", ":/image/image_resource/control_2.png"},
+    {"Settings", ":/image/image_resource/current_1.png", ":/image/image_resource/current_2.png"},
+    {"Display", ":/image/image_resource/calibration_1.png", ":/image/image_resource/calibration_2.png"},
+    {"Save", ":/image/image_resource/save_table.png", ":/image/image_resource/save_table_1.png"},
+    {"About", ":/image/image_resource/about_1.png", ":/image/image_resource/about_2.png"},
+}};
+
+/// The same picture for a selected item too: the toolkit would tint it otherwise.
+QIcon navigationIcon(const char *fileName)
+{
+    QIcon icon;
+    icon.addFile(QString::fromLatin1(fileName), QSize(), QIcon::Normal);
+    icon.addFile(QString::fromLatin1(fileName), QSize(), QIcon::Selected);
+    return icon;
+}
+
+} // namespace
+
+mainwindow::mainwindow(QWidget *parent) : QMainWindow(parent), ui(std::make_unique<Ui::mainwindow>())
+{
+    // The images lie in a static library: without this the linker leaves them out.
+    Q_INIT_RESOURCE(images);
+    ui->setupUi(this);
+    resize(size().boundedTo(screen()->availableSize()));
+
+    ui->label_window_icon->setPixmap(QPixmap(QStringLiteral(":/image/image_resource/logo.ico")));
+    ui->frame_orvane->setRatio(847, 209);
+    buildNavigation();
+    createServices();
+    connectPipeline();
+    m_fpsTimer.start();
+    buildFrameCountBox();
+    applySettings();
+    fillPortList(PortManager::instance()->listDevices());
+}
+
+mainwindow::~mainwindow()
+{
+    // The pipeline and the link write to the log: the log goes last.
+    m_deviceWatcher.reset();
+    ui.reset();
+    m_process.reset();
+    PortManager::destroyInstance();
+    LogManager::destroyInstance();
+}
+
+QVariant mainwindow::value(const QString &key, const QVariant &defaultValue)
+{
+    m_settings.sync();
+    return m_settings.value(key, defaultValue);
+}
+
+void mainwindow::setValue(const QString &key, const QVariant &newValue)
+{
+    m_settings.setValue(key, newValue);
+}
+
+void mainwindow::buildNavigation()
+{
+    for (const NavigationItem &entry : navigation) {
+        auto *item = new QListWidgetItem(navigationIcon(entry.idleIcon), entry.text, ui->listWidget);
+        QFont font = item->font();
+        font.setWeight(QFont::Bold);
+        item->setFont(font);
+    }
+    ui->listWidget->setCurrentRow(0);
+    updateNavigationIcons();
+    connect(ui->listWidget, &QListWidget::currentRowChanged, ui->stackedWidget,
+            &QStackedWidget::setCurrentIndex);
+    connect(ui->listWidget, &QListWidget::itemSelectionChanged, this, &mainwindow::updateNavigationIcons);
+}
+
+void mainwindow::updateNavigationIcons()
+{
+    for (qsizetype row = 0; row < navigationRows; ++row) {
+        const NavigationItem &entry = navigation[static_cast<std::size_t>(row)];
+        QListWidgetItem *item = ui->listWidget->item(static_cast<int>(row));
+        item->setIcon(navigationIcon(item->isSelected() ? entry.selectedIcon : entry.idleIcon));
+    }
+}
+
+void mainwindow::createServices()
+{
+    LogManager::createInstance();
+    const D2xxLibrary library = D2xxLibrary::load(value(QStringLiteral("D2xxLibrary"), QString()).toString());
+    ui->textEdit->setPlainText(library.description());
+    PortManager::setDriver(library.driver);
+    PortManager::createInstance();
+    m_deviceWatcher = std::make_unique<DeviceWatcher>(library.driver);
+    connect(m_deviceWatcher.get(), &DeviceWatcher::arrived, this, &mainwindow::deviceArrived);
+    connect(m_deviceWatcher.get(), &DeviceWatcher::removed, this, &mainwindow::deviceRemoved);
+}
+
+void mainwindow::connectPipeline()
+{
+    m_process = std::make_unique<ProcessImage>();
+    connect(m_process.get(), &ProcessImage::sendImagetoMain, this, &mainwindow::receive_displayImage);
+    connect(m_process.get(), &ProcessImage::errorOccurred, this, &mainwindow::receive_errorOccurred);
+    connect(m_process.get(), &ProcessImage::saveMessage, this, &mainwindow::handleSaveMessage);
+    connect(m_process.get(), &ProcessImage::caliMessage, this, &mainwindow::handleCaliMessage);
+    connect(m_process.get(), &ProcessImage::setMaxSuccess, this, &mainwindow::handleSetMaxSuccess);
+    connect(m_process.get(), &ProcessImage::setMinSuccess, this, &mainwindow::handleSetMinSuccess);
+    connect(&m_statusTimer, &QTimer::timeout, this, &mainwindow::check_lower_computer_status);
+    connect(ui->frame, &KeepRatioWidget::click_coor, this, &mainwindow::handleLabelClick);
+    connect(PortManager::instance(), &PortManager::stop, this, &mainwindow::handleStop);
+}
+
+void mainwindow::buildFrameCountBox()
+{
+    auto *box = ui->comboBox_saveframes;
+    box->addItems({QStringLiteral("1"), QStringLiteral("5"), QStringLiteral("30"), QStringLiteral("50"),
+                   QStringLiteral("100"), QStringLiteral("500"), QStringLiteral("1000")});
+    box->setCurrentIndex(0);
+    box->setEditable(true);
+    // The count is what was typed: not "100" completed from "10", and nothing is added to the list.
+    box->setCompleter(nullptr);
+    box->setInsertPolicy(QComboBox::NoInsert);
+    box->lineEdit()->setPlaceholderText(box->placeholderText());
+    box->setValidator(new QIntValidator(1, 1000, box));
+    connect(box, &QComboBox::editTextChanged, this, [box](const QString &text) {
+        const QString clamped = MainWindowRules::clampedFrameCount(text);
+        if (clamped != text)
+            box->setEditText(clamped);
+    });
+}
+
+void mainwindow::applySettings()
+{
+    const QString savePath = value(QStringLiteral("SavePath"), QString()).toString();
+    ui->lineEdit_savepath->setText(savePath);
+    m_process->setLogPath(savePath);
+
+    ui->radioButton_optional_gear->hide();
+    ui->widget_range->hide();
+    ui->ImageProcess->hide();
+    const bool debugMode = MainWindowRules::isSwitchedOn(value(QStringLiteral("DebugMode"), false));
+    for (QPushButton *button : {ui->pushButton_develop, ui->testImage1, ui->testImage2, ui->testImage3,
+                                ui->testImage4, ui->testImage5}) {
+        if (!debugMode)
+            button->hide();
+    }
+    ui->pushButton_full_on->hide();
+    ui->pushButton_full_off->hide();
+}
+
+void mainwindow::on_pushButton_close_clicked()
+{
+    const auto answer = QMessageBox::question(this, tr("Warning"), tr("Are you sure you want to exit？"),
+                                              QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
+    if (answer == QMessageBox::Yes)
+        close();
+}
+
+void mainwindow::on_pushButton_maxsize_clicked()
+{
+    if (isMaximized())
+        showNormal();
+    else
+        showMaximized();
+}
+
+void mainwindow::on_pushButton_minimize_clicked()
+{
+    showMinimized();
+}
+
+void mainwindow::changeEvent(QEvent *event)
+{
+    // The title strip's double click and the desktop maximise too: the icon follows the window, not the
+    // button.
+    if (event->type() == QEvent::WindowStateChange && ui) {
+        ui->pushButton_maxsize->setIcon(QIcon(isMaximized()
+                                                  ? QStringLiteral(":/image/image_resource/Maximize-3.png")
+                                                  : QStringLiteral(":/image/image_resource/Maximize-1.png")));
+    }
+    QMainWindow::changeEvent(event);
+}
+
+void mainwindow::on_pushButton_develop_clicked()
+{
+    developwindow dialog(&m_settings, this);
+    dialog.exec();
+}
+
+void mainwindow::on_pushButton_voltinfo_clicked()
+{
+    VoltageDetails dialog(this);
+    dialog.exec();
+}
+
+bool mainwindow::nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result)
+{
+#ifdef Q_OS_WIN
+    const auto *windowsMessage = static_cast<const MSG *>(message);
+    switch (MainWindowRules::deviceChange(windowsMessage->message, windowsMessage->wParam)) {
+    case MainWindowRules::DeviceChange::Arrival:
+        deviceArrived();
+        break;
+    case MainWindowRules::DeviceChange::Removal:
+        deviceRemoved();
+        break;
+    case MainWindowRules::DeviceChange::None:
+        break;
+    }
+#endif
+    return nativeEvent(eventType, message, result);
+}

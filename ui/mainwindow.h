@@ -1,0 +1,153 @@
+#pragma once
+
+#include "imaging/processimage.h"
+
+#include <QAbstractNativeEventFilter>
+#include <QElapsedTimer>
+#include <QMainWindow>
+#include <QSettings>
+#include <QTimer>
+
+#include <memory>
+
+class DeviceWatcher;
+class QPushButton;
+
+namespace CurrentRange {
+struct Gear;
+}
+
+namespace Ui {
+class mainwindow;
+}
+
+/// The program's window and its controller: connects to the detector, starts and stops the acquisition,
+/// shows every picture with its frame rate, downloads the settings, calibrates and records.
+///
+/// Owns the settings file "./config.ini" and the image pipeline, and makes and ends the log and the link.
+/// Everything runs on the GUI thread. An exchange with the detector blocks it for its time-out at most,
+/// with one exception: a press on play waits, without answering, until the detector says that it is ready.
+/// To be installed as the application's native event filter.
+class mainwindow : public QMainWindow, public QAbstractNativeEventFilter
+{
+    Q_OBJECT
+
+public:
+    explicit mainwindow(QWidget *parent = nullptr);
+    /// Ends the receive thread and the log; waits for both, about a second.
+    ~mainwindow() override;
+    Q_DISABLE_COPY_MOVE(mainwindow)
+
+    /// Sees the device-change messages of Windows; handles no message for good.
+    bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
+
+public Q_SLOTS:
+    void on_pushButton_close_clicked();
+    void on_pushButton_maxsize_clicked();
+    void on_pushButton_minimize_clicked();
+    void on_pushButton_Connect_clicked();
+    void on_pushButton_savepath_clicked();
+    void on_pushButton_develop_clicked();
+    void on_pushButton_save_clicked();
+    /// Downloads timing, ADC and voltages; blocks for up to 2 s a packet.
+    void on_pushButton_set_clicked();
+    /// Shows a finished picture, its frame rate and the current of the pixel clicked last.
+    void receive_displayImage(QImage displayImage);
+    void handleSetMaxSuccess();
+    /// `index` frames of the recording are stored.
+    void handleSaveMessage(int index);
+    /// `index` frames of the calibration capture are taken.
+    void handleCaliMessage(int index);
+    /// Takes a click at image coordinates 0 to 1023.
+    void handleLabelClick(int x, int y);
+    void handleSetMinSuccess();
+    /// The detector was told to halt; blocks for up to 4 s for its answers. Nothing when nothing runs any
+    /// more.
+    void handleStop();
+    void receive_errorOccurred(errormessage error);
+    void on_pushButton_mirrorHorizontal_clicked();
+    void on_pushButton_mirrorVertical_clicked();
+    void on_pushButton_rotate_clicked();
+    void on_pushButton_full_off_clicked();
+    void on_pushButton_full_on_clicked();
+    void on_pushButton_cali_clicked();
+    /// Asks for the battery charge, 500 ms at most, and shows it; without an answer nothing changes.
+    void check_lower_computer_status();
+    void on_pushButton_voltinfo_clicked();
+    /// Starts the acquisition, or asks for its stop. Blocks until the detector is ready.
+    void on_pushButton_sample_clicked();
+
+protected:
+    void changeEvent(QEvent *event) override;
+
+private:
+    friend class MainWindowInspector; // what the tests look at
+
+    // Settings: the only way to them. A hand edit of the file is seen at the next read.
+    [[nodiscard]] QVariant value(const QString &key, const QVariant &defaultValue);
+    void setValue(const QString &key, const QVariant &newValue);
+
+    // Construction
+    void buildNavigation();
+    void updateNavigationIcons();
+    void createServices();
+    void connectPipeline();
+    void buildFrameCountBox();
+    void applySettings();
+
+    // Link
+    [[nodiscard]] bool isConnected() const;
+    void connectDevice();
+    void disconnectDevice();
+    void startStatusTimer();
+    void fillPortList(const QList<QString> &serialNumbers);
+    void deviceArrived();
+    void deviceRemoved();
+    void returnToDisconnected();
+    /// Sends a frame and returns what was answered, as PortManager::wait_for_read() does.
+    [[nodiscard]] QByteArray exchange(const QByteArray &frame, int timeoutMs);
+
+    // Acquisition
+    void requestStop();
+    [[nodiscard]] bool requestTestPattern();
+    void waitUntilReady();
+    [[nodiscard]] bool startDetector();
+    void enterSampling();
+    void leaveSampling(const char *playStyle);
+    void endSamplePress();
+    void endRecording();
+    void setPlayLook(const QString &icon, const char *style);
+    void updateCurrentReadout();
+
+    // Settings page
+    /// The range of the checked button; null when none is.
+    [[nodiscard]] const CurrentRange::Gear *chosenGear() const;
+    /// False after a message, when the detector did not acknowledge the packet.
+    [[nodiscard]] bool download(const QByteArray &packet, const QString &failure);
+    /// Keeps the timing sequence where the developer window shows it, unscaled; returns its packet.
+    [[nodiscard]] QByteArray storeTiming(int integrationTime);
+    [[nodiscard]] QByteArray adcPacket();
+    [[nodiscard]] QByteArray voltagePacket();
+
+    // Display and save pages
+    /// One button's press starts or abandons its capture; `other` says that the opposite one runs.
+    void switchCapture(QPushButton *button, bool &flag, bool other, std::vector<double> &reference,
+                       double fill);
+    [[nodiscard]] QString parameterSummary() const;
+    void showFailedFiles();
+
+    qint32 m_isSampling = 0; ///< 1 while the acquisition runs
+    double m_rotation = 0.0; ///< degrees, of every picture shown
+    bool m_mirrorH = false;
+    bool m_mirrorV = false;
+    qint32 m_clickX = 0; ///< image coordinates clicked last
+    qint32 m_clickY = 0;
+    std::unique_ptr<ProcessImage> m_process;
+    QTimer m_statusTimer;     ///< asks for the battery charge while connected and idle
+    QElapsedTimer m_fpsTimer; ///< since the picture before
+    qint64 m_frameCount = 0;  ///< pictures shown since the acquisition started
+    qint64 m_elapsedMs = 0;   ///< time over those pictures
+    QSettings m_settings{QStringLiteral("./config.ini"), QSettings::IniFormat};
+    std::unique_ptr<Ui::mainwindow> ui;
+    std::unique_ptr<DeviceWatcher> m_deviceWatcher;
+};

@@ -1,0 +1,80 @@
+#include "ui/mainwindow.h"
+
+#include "device/currentrange.h"
+#include "ui/mainwindow_rules.h"
+#include "ui_mainwindow.h"
+
+#include <QFileDialog>
+#include <QMessageBox>
+
+namespace {
+
+const QString savePathKey = QStringLiteral("SavePath");
+
+} // namespace
+
+void mainwindow::on_pushButton_savepath_clicked()
+{
+    const QString before = value(savePathKey, QString()).toString();
+    const QString chosen =
+        QFileDialog::getExistingDirectory(this, tr("Select Directory"), before, QFileDialog::ShowDirsOnly);
+    if (chosen.isEmpty()) {
+        QMessageBox::information(this, tr("Error"), tr("Please select a valid path"));
+        return;
+    }
+    ui->lineEdit_savepath->setText(chosen);
+    m_process->setLogPath(chosen);
+    setValue(savePathKey, chosen);
+}
+
+void mainwindow::on_pushButton_save_clicked()
+{
+    if (m_process->isSaving())
+        return;
+    m_process->setTimeStamp(
+        MainWindowRules::recordingName(ui->lineEdit_savename->text(), QDateTime::currentDateTime()));
+
+    const int frames = ui->comboBox_saveframes->currentText().toInt();
+    ui->progressBar->setMaximum(frames);
+    ui->progressBar->setValue(0);
+    m_process->setSaveFrameTotal(frames);
+
+    const bool saveData = ui->checkBox_data->isChecked();
+    m_process->startSaving(saveData, ui->checkBox_picture->isChecked(), ui->checkBox_video->isChecked());
+    ui->label_savestate->clear();
+    if (saveData)
+        m_process->writeParameterFile(parameterSummary());
+    showFailedFiles();
+}
+
+QString mainwindow::parameterSummary() const
+{
+    MainWindowRules::AcquisitionSettings settings;
+    if (const CurrentRange::Gear *gear = chosenGear())
+        settings.currentRange = QStringLiteral("%1nA").arg(gear->nanoamperes);
+    settings.vss = ui->doubleSpinBox_vss->value();
+    settings.vcom = ui->doubleSpinBox_vcom->value();
+    settings.von = ui->doubleSpinBox_von->value();
+    settings.voff = ui->doubleSpinBox_voff->value();
+    settings.contrast = ui->doubleSpinBox_contrast->value();
+    return MainWindowRules::parameterSummary(settings);
+}
+
+void mainwindow::handleSaveMessage(int index)
+{
+    ui->progressBar->setValue(index);
+    ui->label_savestate->setText(QStringLiteral("Frame %1").arg(index));
+    if (index == m_process->getSaveFrameTotal())
+        ui->label_savestate->setText(QStringLiteral("Save Success"));
+    showFailedFiles();
+}
+
+void mainwindow::showFailedFiles()
+{
+    const int failed = m_process->failedFiles();
+    QString toolTip;
+    if (failed > 0)
+        toolTip =
+            failed == 1 ? tr("1 file could not be written") : tr("%1 files could not be written").arg(failed);
+    ui->label_savestate->setToolTip(toolTip);
+}
