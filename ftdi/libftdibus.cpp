@@ -1,0 +1,143 @@
+#include "ftdi/libftdibus.h"
+
+#include "ftdi/libftdiport.h"
+
+#include <libusb.h>
+
+#include <algorithm>
+#include <array>
+#include <fstream>
+
+namespace d2xx {
+
+namespace {
+
+constexpr std::uint16_t vendor = 0x0403;
+constexpr std::size_t longestSerialNumber = sizeof(DeviceRecord::serialNumber) - 1;
+
+/// A bridge family: its product id, its type in the D2XX interface and its channels.
+struct Product
+{
+    std::uint16_t id;
+    std::uint32_t type;
+    int channels;
+};
+constexpr std::array<Product, 4> products{{{0x6010, 6, 2}, {0x6011, 7, 4}, {0x6014, 8, 1}, {0x6015, 9, 1}}};
+
+/// A channel of a bridge that is plugged in.
+struct Found
+{
+    BridgeInfo info;
+    libusb_device *device;
+    ftdi_interface channel;
+};
+
+/// The devices on the USB, as long as this lives.
+class DeviceList
+{
+public:
+    explicit DeviceList(libusb_context *context) : m_count(libusb_get_device_list(context, &m_devices)) {}
+    DeviceList(const DeviceList &) = delete;
+    DeviceList &operator=(const DeviceList &) = delete;
+    ~DeviceList()
+    {
+        if (isValid())
+            libusb_free_device_list(m_devices, 1);
+    }
+
+    [[nodiscard]] bool isValid() const { return m_count >= 0; }
+    [[nodiscard]] std::span<libusb_device *const> devices() const
+    {
+        return {m_devices, isValid() ? static_cast<std::size_t>(m_count) : 0};
+    }
+
+private:
+    libusb_device **m_devices = nullptr;
+    ssize_t m_count;
+};
+
+/// What the system noted about a device: /sys/bus/usb/devices/<bus>-<port>.<port>/<attribute>.
+std::string noted(libusb_device *device, const char *attribute)
+{
+    std::array<std::uint8_t, 7> ports{};
+    const int depth = libusb_get_port_numbers(device, ports.data(), static_cast<int>(ports.size()));
+    std::string path = "/sys/bus/usb/devices/" + std::to_string(libusb_get_bus_number(device));
+    for (int i = 0; i < depth; ++i)
+        path += (i == 0 ? '-' : '.') + std::to_string(ports[static_cast<std::size_t>(i)]);
+    std::ifstream file(path + '/' + attribute);
+    std::string text;
+    std::getline(file, text);
+    return text;
+}
+
+void addChannels(std::vector<Found> &found, libusb_device *device, const Product &product)
+{
+    BridgeInfo info;
+    info.type = product.type;
+    info.id = std::uint32_t{vendor} << 16U | product.id;
+    info.isHighSpeed = libusb_get_device_speed(device) == LIBUSB_SPEED_HIGH;
+    info.locationId = std::uint32_t{libusb_get_bus_number(device)} << 16U |
+                      std::uint32_t{libusb_get_device_address(device)} << 8U;
+    const std::string serialNumber = noted(device, "serial");
+    const std::string description = noted(device, "product");
+    for (int i = 0; i < product.channels; ++i) {
+        const std::string letter = product.channels > 1 ? std::string(1, static_cast<char>('A' + i)) : "";
+        info.serialNumber = serialNumber.substr(0, longestSerialNumber - letter.size()) + letter;
+        info.description = letter.empty() ? description : description + ' ' + letter;
+        ++info.locationId;
+        found.push_back({info, device, static_cast<ftdi_interface>(INTERFACE_A + i)});
+    }
+}
+
+std::vector<Found> findBridges(const DeviceList &list)
+{
+    std::vector<Found> found;
+    for (libusb_device *device : list.devices()) {
+        libusb_device_descriptor descriptor{};
+        if (libusb_get_device_descriptor(device, &descriptor) != LIBUSB_SUCCESS ||
+            descriptor.idVendor != vendor)
+            continue;
+        const auto product = std::find_if(products.begin(), products.end(),
+                                          [&](const Product &p) { return p.id == descriptor.idProduct; });
+        if (product != products.end())
+            addChannels(found, device, *product);
+    }
+    return found;
+}
+
+} // namespace
+
+std::optional<std::vector<BridgeInfo>> LibFtdiBus::list()
+{
+    const FtdiContext context(ftdi_new());
+    if (!context)
+        return {};
+    const DeviceList list(context->usb_ctx);
+    if (!list.isValid())
+        return {};
+    std::vector<BridgeInfo> infos;
+    for (const Found &bridge : findBridges(list))
+        infos.push_back(bridge.info);
+    return infos;
+}
+
+Status LibFtdiBus::open(const std::string &serialNumber, std::unique_ptr<UsbPort> &port)
+{
+    FtdiContext context(ftdi_new());
+    if (!context)
+        return Status::OtherError;
+    const DeviceList list(context->usb_ctx);
+    for (const Found &bridge : findBridges(list)) {
+        if (bridge.info.serialNumber != serialNumber)
+            continue;
+        context->module_detach_mode = AUTO_DETACH_REATACH_SIO_MODULE;
+        if (ftdi_set_interface(context.get(), bridge.channel) != 0 ||
+            ftdi_usb_open_dev(context.get(), bridge.device) != 0)
+            return Status::DeviceNotOpened;
+        port = std::make_unique<LibFtdiPort>(std::move(context));
+        return Status::Ok;
+    }
+    return Status::DeviceNotFound;
+}
+
+} // namespace d2xx

@@ -1,0 +1,96 @@
+#include "ftdi/libftdiport.h"
+
+#include <libusb.h>
+
+#include <algorithm>
+
+namespace d2xx {
+
+namespace {
+
+// What D2XX begins with.
+constexpr std::size_t usualTransferSize = 4096;
+constexpr int requestTimeoutMs = 500;
+
+/// libftdi1 names the endpoints from the chip's side: what the chip sends out is read here.
+BulkReader::Source readingSide(const ftdi_context &context)
+{
+    return {context.usb_ctx, context.usb_dev, static_cast<std::uint8_t>(context.out_ep),
+            context.max_packet_size};
+}
+
+} // namespace
+
+LibFtdiPort::LibFtdiPort(FtdiContext context)
+    : m_context(std::move(context)), m_reader(readingSide(*m_context)), m_inSize(usualTransferSize),
+      m_outSize(usualTransferSize)
+{
+    m_context->usb_read_timeout = requestTimeoutMs;
+    m_context->usb_write_timeout = requestTimeoutMs;
+}
+
+LibFtdiPort::~LibFtdiPort()
+{
+    m_reader.stop();
+    ftdi_usb_close(m_context.get()); // gives the bridge back to the system's driver; freeing does not
+}
+
+bool LibFtdiPort::reset()
+{
+    return ftdi_usb_reset(m_context.get()) == 0;
+}
+
+bool LibFtdiPort::setBitMode(std::uint8_t mask, std::uint8_t mode)
+{
+    return ftdi_set_bitmode(m_context.get(), mask, mode) == 0;
+}
+
+bool LibFtdiPort::setLatencyTimer(std::uint8_t milliseconds)
+{
+    return ftdi_set_latency_timer(m_context.get(), milliseconds) == 0;
+}
+
+bool LibFtdiPort::setFlowControl(std::uint16_t flow, std::uint8_t xOn, std::uint8_t xOff)
+{
+    if (flow == SIO_XON_XOFF_HS)
+        return ftdi_setflowctrl_xonxoff(m_context.get(), xOn, xOff) == 0;
+    return ftdi_setflowctrl(m_context.get(), flow) == 0;
+}
+
+bool LibFtdiPort::purge(bool received, bool sent)
+{
+    return (!received || ftdi_tciflush(m_context.get()) == 0) &&
+           (!sent || ftdi_tcoflush(m_context.get()) == 0);
+}
+
+void LibFtdiPort::setTransferSizes(std::size_t in, std::size_t out)
+{
+    m_inSize = in;
+    m_outSize = out;
+}
+
+std::optional<std::span<const std::uint8_t>> LibFtdiPort::read(std::chrono::milliseconds patience)
+{
+    m_reader.setTransferSize(m_inSize);
+    return m_reader.read(patience);
+}
+
+void LibFtdiPort::stopReading()
+{
+    m_reader.stop();
+}
+
+std::optional<std::size_t> LibFtdiPort::write(std::span<const std::uint8_t> bytes,
+                                              std::chrono::milliseconds patience)
+{
+    int sent = 0;
+    const int result = libusb_bulk_transfer(
+        m_context->usb_dev, static_cast<std::uint8_t>(m_context->in_ep),
+        const_cast<std::uint8_t *>(bytes.data()), // only read by an outward transfer
+        static_cast<int>(std::min(bytes.size(), m_outSize)), &sent, static_cast<unsigned>(patience.count()));
+    if (result != LIBUSB_SUCCESS && result != LIBUSB_ERROR_TIMEOUT)
+        return {};
+    return static_cast<std::size_t>(sent);
+}
+
+} // namespace d2xx

@@ -1,0 +1,97 @@
+#include "ftdi/receivequeue.h"
+
+#include <algorithm>
+
+namespace d2xx {
+
+ReceiveQueue::ReceiveQueue(std::size_t capacity)
+    : m_capacity(capacity), m_ring(std::make_unique_for_overwrite<std::uint8_t[]>(capacity))
+{
+}
+
+void ReceiveQueue::append(std::span<const std::uint8_t> bytes, const std::stop_token &stop)
+{
+    std::unique_lock lock(m_mutex);
+    const auto mayGoOn = [this] {
+        return m_size < m_capacity || m_status != Status::Ok;
+    };
+    while (!bytes.empty()) {
+        if (!m_roomMade.wait(lock, stop, mayGoOn) || m_status != Status::Ok)
+            return;
+        const auto fitting = bytes.first(std::min(bytes.size(), m_capacity - m_size));
+        put(fitting);
+        bytes = bytes.subspan(fitting.size());
+        m_bytesArrived.notify_all();
+    }
+}
+
+Status ReceiveQueue::take(std::span<std::uint8_t> out, Deadline deadline, std::size_t &taken)
+{
+    taken = 0;
+    std::unique_lock lock(m_mutex);
+    const auto mayGoOn = [this] {
+        return m_size > 0 || m_status != Status::Ok;
+    };
+    while (m_status == Status::Ok) {
+        taken += get(out.subspan(taken));
+        if (taken == out.size() || !m_bytesArrived.wait_until(lock, deadline, mayGoOn))
+            return Status::Ok;
+    }
+    return m_status;
+}
+
+void ReceiveQueue::put(std::span<const std::uint8_t> bytes)
+{
+    // An empty ring is filled from its beginning again: a reader that keeps up touches little memory.
+    if (m_size == 0)
+        m_first = 0;
+    const std::size_t begin = (m_first + m_size) % m_capacity;
+    const std::size_t upToEnd = std::min(bytes.size(), m_capacity - begin);
+    std::copy_n(bytes.begin(), upToEnd, &m_ring[begin]);
+    std::copy(bytes.begin() + static_cast<std::ptrdiff_t>(upToEnd), bytes.end(), m_ring.get());
+    m_size += bytes.size();
+}
+
+std::size_t ReceiveQueue::get(std::span<std::uint8_t> out)
+{
+    const std::size_t length = std::min(out.size(), m_size);
+    if (length == 0)
+        return 0;
+    const std::size_t upToEnd = std::min(length, m_capacity - m_first);
+    std::copy_n(&m_ring[m_first], upToEnd, out.begin());
+    std::copy_n(m_ring.get(), length - upToEnd, out.begin() + static_cast<std::ptrdiff_t>(upToEnd));
+    m_first = (m_first + length) % m_capacity;
+    m_size -= length;
+    m_roomMade.notify_all();
+    return length;
+}
+
+std::size_t ReceiveQueue::size() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_size;
+}
+
+void ReceiveQueue::clear()
+{
+    const std::lock_guard lock(m_mutex);
+    m_size = 0;
+    m_roomMade.notify_all();
+}
+
+void ReceiveQueue::end(Status why)
+{
+    const std::lock_guard lock(m_mutex);
+    if (m_status != Status::InvalidHandle)
+        m_status = why;
+    m_bytesArrived.notify_all();
+    m_roomMade.notify_all();
+}
+
+Status ReceiveQueue::status() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_status;
+}
+
+} // namespace d2xx

@@ -1,0 +1,115 @@
+#include "ftdi/registry.h"
+
+#include <algorithm>
+
+namespace d2xx {
+
+namespace {
+
+constexpr std::uint32_t openBySerialNumber = 1;
+constexpr std::uint32_t flagOpened = 1;
+constexpr std::uint32_t flagHighSpeed = 2;
+
+template <std::size_t size>
+void copyText(char (&target)[size], const std::string &text)
+{
+    std::copy_n(text.begin(), std::min(text.size(), size - 1), target);
+}
+
+} // namespace
+
+Status Registry::createDeviceInfoList(std::uint32_t *count)
+{
+    if (count == nullptr)
+        return Status::InvalidParameter;
+    const std::lock_guard busLock(m_busMutex);
+    const auto bridges = m_bus->list();
+    if (!bridges)
+        return Status::OtherError;
+
+    const std::lock_guard lock(m_mutex);
+    m_records.clear();
+    for (const BridgeInfo &info : *bridges)
+        m_records.push_back(recordOf(info));
+    *count = static_cast<std::uint32_t>(m_records.size());
+    return Status::Ok;
+}
+
+DeviceRecord Registry::recordOf(const BridgeInfo &info)
+{
+    DeviceRecord record{};
+    record.handle = handleOf(info.serialNumber);
+    record.flags = (info.isHighSpeed ? flagHighSpeed : 0) | (record.handle != 0 ? flagOpened : 0);
+    record.type = info.type;
+    record.id = info.id;
+    record.locationId = info.locationId;
+    copyText(record.serialNumber, info.serialNumber);
+    copyText(record.description, info.description);
+    return record;
+}
+
+Status Registry::getDeviceInfoList(DeviceRecord *records, std::uint32_t *count)
+{
+    if (records == nullptr || count == nullptr)
+        return Status::InvalidParameter;
+    const std::lock_guard lock(m_mutex);
+    std::copy(m_records.begin(), m_records.end(), records);
+    *count = static_cast<std::uint32_t>(m_records.size());
+    return Status::Ok;
+}
+
+/// The handle under which a bridge is open; 0 when it is not, or was unplugged since.
+Handle Registry::handleOf(const std::string &serialNumber)
+{
+    const auto found = std::find_if(m_connections.begin(), m_connections.end(), [&](const auto &entry) {
+        const Connection &connection = entry.second;
+        return connection.serialNumber == serialNumber && connection.device->status() == Status::Ok;
+    });
+    return found != m_connections.end() ? found->first : 0;
+}
+
+Status Registry::open(const void *serialNumber, std::uint32_t flags, Handle *handle)
+{
+    if (serialNumber == nullptr || handle == nullptr || flags != openBySerialNumber)
+        return Status::InvalidParameter;
+    const std::string number(static_cast<const char *>(serialNumber));
+    const std::lock_guard busLock(m_busMutex);
+    {
+        const std::lock_guard lock(m_mutex);
+        if (handleOf(number) != 0)
+            return Status::DeviceNotOpened;
+    }
+    std::unique_ptr<UsbPort> port;
+    if (const Status status = m_bus->open(number, port); status != Status::Ok)
+        return status;
+    auto device = std::make_shared<OpenDevice>(std::move(port));
+
+    const std::lock_guard lock(m_mutex);
+    *handle = ++m_lastHandle;
+    m_connections[*handle] = {number, std::move(device)};
+    return Status::Ok;
+}
+
+Status Registry::close(Handle handle)
+{
+    std::shared_ptr<OpenDevice> device;
+    {
+        const std::lock_guard lock(m_mutex);
+        const auto found = m_connections.find(handle);
+        if (found == m_connections.end())
+            return Status::InvalidHandle;
+        device = std::move(found->second.device);
+        m_connections.erase(found);
+    }
+    device->close();
+    return Status::Ok;
+}
+
+std::shared_ptr<OpenDevice> Registry::find(Handle handle)
+{
+    const std::lock_guard lock(m_mutex);
+    const auto found = m_connections.find(handle);
+    return found != m_connections.end() ? found->second.device : nullptr;
+}
+
+} // namespace d2xx

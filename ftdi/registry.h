@@ -1,0 +1,54 @@
+#pragma once
+
+#include "ftdi/opendevice.h"
+
+#include <map>
+#include <mutex>
+
+namespace d2xx {
+
+/// The bridges of this computer and those that are open here, by handle. All members may be called from any
+/// thread; a call on a handle that is not open returns InvalidHandle.
+class Registry
+{
+public:
+    explicit Registry(std::unique_ptr<UsbBus> bus) : m_bus(std::move(bus)) {}
+
+    /// Makes the list of the bridges that are plugged in, which getDeviceInfoList() tells.
+    Status createDeviceInfoList(std::uint32_t *count);
+    /// `records` has room for as many as createDeviceInfoList() counted.
+    Status getDeviceInfoList(DeviceRecord *records, std::uint32_t *count);
+
+    /// Only by serial number (`flags` 1). DeviceNotOpened when it is open already, here or elsewhere.
+    Status open(const void *serialNumber, std::uint32_t flags, Handle *handle);
+    Status close(Handle handle);
+
+    /// `call(OpenDevice &)` on the open bridge; it outlives the call even when it is closed meanwhile.
+    template <typename Call>
+    Status onOpen(Handle handle, Call call)
+    {
+        const std::shared_ptr<OpenDevice> device = find(handle);
+        return device ? call(*device) : Status::InvalidHandle;
+    }
+
+private:
+    struct Connection
+    {
+        std::string serialNumber;
+        std::shared_ptr<OpenDevice> device;
+    };
+
+    [[nodiscard]] std::shared_ptr<OpenDevice> find(Handle handle);
+    [[nodiscard]] Handle handleOf(const std::string &serialNumber);
+    [[nodiscard]] DeviceRecord recordOf(const BridgeInfo &info);
+
+    std::mutex m_busMutex; // looking for bridges and opening them takes a while
+    const std::unique_ptr<UsbBus> m_bus;
+
+    std::mutex m_mutex; // guards what follows; taken after the other
+    std::map<Handle, Connection> m_connections;
+    std::vector<DeviceRecord> m_records;
+    Handle m_lastHandle = 0x46540000;
+};
+
+} // namespace d2xx

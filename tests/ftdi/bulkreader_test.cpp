@@ -1,0 +1,216 @@
+#include "ftdi/bulkreader.h"
+
+#include "tests/ftdi/fakelibusb.h"
+
+#include <gmock/gmock.h>
+
+#include <numeric>
+
+using d2xx::BulkReader;
+using d2xx::withoutStatusBytes;
+using testing::Each;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+using namespace std::chrono_literals;
+
+constexpr std::size_t packetSize = 512;
+constexpr std::size_t transferCount = 16;
+
+Bytes stripped(Bytes transfer)
+{
+    const auto kept = withoutStatusBytes(transfer, packetSize);
+    return {kept.begin(), kept.end()};
+}
+
+/// A transfer as the bridge makes it: two status bytes before every 510 bytes.
+Bytes packed(std::span<const std::uint8_t> payload)
+{
+    Bytes transfer;
+    do {
+        const auto part = payload.first(std::min(payload.size(), packetSize - 2));
+        payload = payload.subspan(part.size());
+        transfer.insert(transfer.end(), {0x32, 0x60});
+        transfer.insert(transfer.end(), part.begin(), part.end());
+    } while (!payload.empty());
+    return transfer;
+}
+
+Bytes numbered(std::size_t count, std::uint8_t first = 0)
+{
+    Bytes bytes(count);
+    std::iota(bytes.begin(), bytes.end(), first);
+    return bytes;
+}
+
+class BulkReading : public testing::Test
+{
+protected:
+    ~BulkReading() override { usb.handlingResult = LIBUSB_SUCCESS; }
+    /// The bytes of the next transfer; fails when the bridge is gone.
+    Bytes next()
+    {
+        const auto bytes = reader.read(10ms);
+        EXPECT_TRUE(bytes);
+        return bytes ? Bytes(bytes->begin(), bytes->end()) : Bytes();
+    }
+
+    FakeLibusb &usb = FakeLibusb::instance() = {};
+    BulkReader reader{{nullptr, nullptr, 0x81, packetSize}};
+};
+
+} // namespace
+
+TEST(StatusBytes, are_taken_out_of_every_packet)
+{
+    for (const std::size_t length : {1U, 2U, 509U, 510U, 511U, 1020U, 1021U, 65280U}) {
+        const Bytes payload = numbered(length, 17);
+        EXPECT_EQ(stripped(packed(payload)), payload) << length;
+    }
+}
+
+TEST(StatusBytes, alone_are_no_data)
+{
+    EXPECT_THAT(stripped({}), IsEmpty());
+    EXPECT_THAT(stripped({0x32}), IsEmpty());
+    EXPECT_THAT(stripped({0x32, 0x60}), IsEmpty());
+}
+
+TEST(StatusBytes, alone_behind_a_full_packet_add_nothing)
+{
+    Bytes transfer = packed(numbered(510));
+    transfer.insert(transfer.end(), {0x32, 0x60});
+    EXPECT_EQ(stripped(transfer), numbered(510));
+}
+
+TEST_F(BulkReading, begins_with_many_transfers_under_way_and_keeps_as_many)
+{
+    EXPECT_THAT(next(), IsEmpty());
+    EXPECT_EQ(usb.underWay.size(), transferCount);
+    for (std::uint8_t i = 0; i < 50; ++i) {
+        usb.deliver(packed(numbered(100, i)));
+        EXPECT_EQ(next(), numbered(100, i));
+        EXPECT_EQ(usb.underWay.size(), transferCount - 1); // the bytes of the last are being looked at
+    }
+    EXPECT_THAT(next(), IsEmpty());
+    EXPECT_EQ(usb.underWay.size(), transferCount);
+}
+
+TEST_F(BulkReading, returns_transfers_in_their_order_also_when_several_ended_at_once)
+{
+    EXPECT_THAT(next(), IsEmpty());
+    for (std::uint8_t i = 0; i < 10; ++i) {
+        usb.deliver(packed(numbered(3, i)));
+        libusb_handle_events_timeout_completed(nullptr, nullptr, nullptr);
+    }
+    for (std::uint8_t i = 0; i < 10; ++i)
+        EXPECT_EQ(next(), numbered(3, i));
+    EXPECT_THAT(next(), IsEmpty());
+}
+
+TEST_F(BulkReading, an_interrupted_wait_is_no_fault)
+{
+    usb.handlingResult = LIBUSB_ERROR_INTERRUPTED;
+    EXPECT_THAT(next(), IsEmpty());
+}
+
+TEST_F(BulkReading, asks_for_whole_packets)
+{
+    reader.setTransferSize(65536);
+    EXPECT_THAT(next(), IsEmpty());
+    EXPECT_THAT(usb.lengths, Each(65536));
+    usb.lengths.clear();
+    reader.setTransferSize(1088);
+    usb.deliver({0x32, 0x60});
+    EXPECT_THAT(next(), IsEmpty());
+    EXPECT_THAT(next(), IsEmpty());
+    EXPECT_THAT(usb.lengths, ElementsAre(1024));
+    usb.lengths.clear();
+    reader.stop();
+    reader.setTransferSize(64);
+    EXPECT_THAT(next(), IsEmpty());
+    EXPECT_THAT(usb.lengths, Each(512));
+}
+
+TEST_F(BulkReading, ends_when_the_bridge_is_gone)
+{
+    for (const auto status : {LIBUSB_TRANSFER_NO_DEVICE, LIBUSB_TRANSFER_ERROR, LIBUSB_TRANSFER_STALL,
+                              LIBUSB_TRANSFER_OVERFLOW}) {
+        usb.endings.push_back({status, {}});
+        EXPECT_FALSE(reader.read(10ms)) << status;
+        reader.stop();
+    }
+}
+
+TEST_F(BulkReading, ends_when_no_transfer_can_be_begun)
+{
+    usb.submitsLeft = 5;
+    EXPECT_FALSE(reader.read(10ms));
+    reader.stop();
+    EXPECT_THAT(usb.underWay, IsEmpty());
+}
+
+TEST_F(BulkReading, ends_when_a_transfer_cannot_be_begun_again)
+{
+    EXPECT_THAT(next(), IsEmpty());
+    usb.submitsLeft = 0;
+    usb.deliver(packed(numbered(4)));
+    EXPECT_EQ(next(), numbered(4));
+    EXPECT_FALSE(reader.read(10ms));
+}
+
+TEST_F(BulkReading, ends_when_events_cannot_be_handled)
+{
+    usb.handlingResult = LIBUSB_ERROR_IO;
+    EXPECT_FALSE(reader.read(10ms));
+}
+
+TEST_F(BulkReading, a_stop_drops_what_ended_and_waits_for_the_rest)
+{
+    EXPECT_THAT(next(), IsEmpty());
+    usb.deliver(packed(numbered(4)));
+    libusb_handle_events_timeout_completed(nullptr, nullptr, nullptr);
+    reader.stop();
+    EXPECT_THAT(usb.underWay, IsEmpty());
+    EXPECT_THAT(next(), IsEmpty());
+    usb.deliver(packed(numbered(6)));
+    EXPECT_EQ(next(), numbered(6));
+}
+
+TEST_F(BulkReading, a_stop_before_the_first_read_is_harmless)
+{
+    reader.stop();
+    EXPECT_THAT(usb.lengths, IsEmpty());
+}
+
+TEST_F(BulkReading, a_stop_does_not_wait_for_ever_and_what_is_given_back_later_is_freed_then)
+{
+    EXPECT_THAT(next(), IsEmpty());
+    usb.keepsCancelled = true;
+    reader.stop();
+    EXPECT_EQ(usb.underWay.size(), transferCount);
+    EXPECT_EQ(usb.allocated, 2 * static_cast<int>(transferCount)) << "the system may still write to the old";
+
+    usb.keepsCancelled = false;
+    EXPECT_THAT(next(), IsEmpty());
+    while (!usb.cancelled.empty())
+        libusb_handle_events_timeout_completed(nullptr, nullptr, nullptr);
+    EXPECT_EQ(usb.allocated, static_cast<int>(transferCount));
+    usb.deliver(packed(numbered(6)));
+    EXPECT_EQ(next(), numbered(6));
+}
+
+TEST(BulkReadingAtTheEnd, all_transfers_are_given_back_and_freed)
+{
+    FakeLibusb &usb = FakeLibusb::instance() = {};
+    {
+        BulkReader reader({nullptr, nullptr, 0x81, packetSize});
+        EXPECT_TRUE(reader.read(10ms));
+        EXPECT_EQ(usb.underWay.size(), transferCount);
+    }
+    EXPECT_THAT(usb.underWay, IsEmpty());
+    EXPECT_EQ(usb.allocated, 0);
+}

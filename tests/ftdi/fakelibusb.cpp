@@ -1,0 +1,73 @@
+#include "tests/ftdi/fakelibusb.h"
+
+#include <algorithm>
+
+FakeLibusb &FakeLibusb::instance()
+{
+    static FakeLibusb usb;
+    return usb;
+}
+
+namespace {
+
+void end(libusb_transfer *transfer, const FakeLibusb::Ending &ending)
+{
+    std::copy(ending.bytes.begin(), ending.bytes.end(), transfer->buffer);
+    transfer->actual_length = static_cast<int>(ending.bytes.size());
+    transfer->status = ending.status;
+    transfer->callback(transfer);
+}
+
+} // namespace
+
+extern "C" {
+
+libusb_transfer *LIBUSB_CALL libusb_alloc_transfer(int /*isoPackets*/)
+{
+    ++FakeLibusb::instance().allocated;
+    return new libusb_transfer{};
+}
+
+void LIBUSB_CALL libusb_free_transfer(libusb_transfer *transfer)
+{
+    --FakeLibusb::instance().allocated;
+    delete transfer;
+}
+
+int LIBUSB_CALL libusb_submit_transfer(libusb_transfer *transfer)
+{
+    FakeLibusb &usb = FakeLibusb::instance();
+    if (usb.submitsLeft-- <= 0)
+        return LIBUSB_ERROR_NO_DEVICE;
+    usb.underWay.push_back(transfer);
+    usb.lengths.push_back(transfer->length);
+    return LIBUSB_SUCCESS;
+}
+
+int LIBUSB_CALL libusb_cancel_transfer(libusb_transfer *transfer)
+{
+    FakeLibusb::instance().cancelled.push_back(transfer);
+    return LIBUSB_SUCCESS;
+}
+
+int LIBUSB_CALL libusb_handle_events_timeout_completed(libusb_context * /*context*/, timeval * /*wait*/,
+                                                       int * /*completed*/)
+{
+    FakeLibusb &usb = FakeLibusb::instance();
+    if (usb.handlingResult != LIBUSB_SUCCESS)
+        return usb.handlingResult;
+    if (!usb.cancelled.empty() && !usb.keepsCancelled) {
+        libusb_transfer *transfer = usb.cancelled.front();
+        usb.cancelled.erase(usb.cancelled.begin());
+        std::erase(usb.underWay, transfer);
+        end(transfer, {LIBUSB_TRANSFER_CANCELLED, {}});
+    } else if (!usb.endings.empty() && !usb.underWay.empty()) {
+        const auto ending = usb.endings.front();
+        usb.endings.pop_front();
+        libusb_transfer *transfer = usb.underWay.front();
+        usb.underWay.pop_front();
+        end(transfer, ending);
+    }
+    return LIBUSB_SUCCESS;
+}
+}

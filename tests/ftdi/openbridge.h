@@ -1,0 +1,61 @@
+#pragma once
+
+#include "ftdi/opendevice.h"
+
+#include "tests/ftdi/fakeusb.h"
+
+#include <gmock/gmock.h>
+
+#include <QTest>
+
+#include <numeric>
+
+inline constexpr int patienceMs = 10'000;
+
+/// Bytes that count upwards.
+inline FakeChip::Bytes numbered(std::size_t count, std::uint8_t first = 0)
+{
+    FakeChip::Bytes bytes(count);
+    std::iota(bytes.begin(), bytes.end(), first);
+    return bytes;
+}
+
+/// An open bridge with a small queue, and the chip that the test drives by hand.
+class OpenBridge : public testing::Test
+{
+protected:
+    [[nodiscard]] std::uint32_t queued() const
+    {
+        std::uint32_t rx = 0;
+        std::uint32_t tx = 0;
+        std::uint32_t events = 0;
+        EXPECT_EQ(device.queued(&rx, &tx, &events), d2xx::Status::Ok);
+        return rx;
+    }
+    [[nodiscard]] bool waitForQueued(std::uint32_t bytes) const
+    {
+        return QTest::qWaitFor([&] { return queued() == bytes; }, patienceMs);
+    }
+    [[nodiscard]] bool waitForStatus(d2xx::Status status) const
+    {
+        return QTest::qWaitFor([&] { return device.status() == status; }, patienceMs);
+    }
+    d2xx::Status read(std::uint32_t length)
+    {
+        received.assign(length, 0);
+        std::uint32_t count = 0;
+        const d2xx::Status status = device.read(received.data(), length, &count);
+        received.resize(count);
+        return status;
+    }
+    d2xx::Status write(const FakeChip::Bytes &bytes)
+    {
+        return device.write(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &written);
+    }
+
+    static constexpr std::size_t queueSize = 1000;
+    std::shared_ptr<FakeChip> chip = std::make_shared<FakeChip>();
+    d2xx::OpenDevice device{std::make_unique<FakePort>(chip), queueSize};
+    FakeChip::Bytes received;
+    std::uint32_t written = 0;
+};

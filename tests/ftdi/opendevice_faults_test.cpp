@@ -1,0 +1,114 @@
+#include "tests/ftdi/openbridge.h"
+
+#include <future>
+
+using d2xx::Status;
+TEST_F(OpenBridge, after_the_cable_was_pulled_every_call_is_an_io_error)
+{
+    chip->deliver({1, 2, 3});
+    ASSERT_TRUE(waitForQueued(3));
+    chip->unplug();
+    ASSERT_TRUE(waitForStatus(Status::IoError));
+
+    std::uint32_t rx = 99;
+    std::uint32_t other = 0;
+    EXPECT_EQ(device.queued(&rx, &other, &other), Status::IoError);
+    EXPECT_EQ(rx, 0U);
+    EXPECT_EQ(read(1), Status::IoError);
+    EXPECT_EQ(write({1}), Status::IoError);
+    EXPECT_EQ(device.reset(), Status::IoError);
+    EXPECT_EQ(device.setBitMode(0xFF, 0x40), Status::IoError);
+    EXPECT_EQ(device.setLatencyTimer(2), Status::IoError);
+    EXPECT_EQ(device.setTransferSizes(64, 64), Status::IoError);
+    EXPECT_EQ(device.setFlowControl(0, 0, 0), Status::IoError);
+    EXPECT_EQ(device.purge(3), Status::IoError);
+    EXPECT_EQ(device.setTimeouts(1, 1), Status::IoError);
+}
+
+TEST_F(OpenBridge, pulling_the_cable_ends_a_read_that_waits_without_limit)
+{
+    auto reading = std::async(std::launch::async, [this] { return read(100); });
+    chip->deliver({1, 2});
+    ASSERT_TRUE(QTest::qWaitFor([this] { return chip->undelivered() == 0; }, patienceMs));
+    chip->unplug();
+    EXPECT_EQ(reading.get(), Status::IoError);
+}
+
+TEST_F(OpenBridge, pulling_the_cable_ends_a_write_that_waits_without_limit)
+{
+    chip->takeAtMost(0);
+    auto writing = std::async(std::launch::async, [this] { return write({1}); });
+    ASSERT_TRUE(QTest::qWaitFor([this] { return chip->writesBegun() > 0; }, patienceMs));
+    chip->unplug();
+    EXPECT_EQ(writing.get(), Status::IoError);
+}
+
+TEST_F(OpenBridge, closing_ends_a_read_that_waits_without_limit)
+{
+    auto reading = std::async(std::launch::async, [this] { return read(100); });
+    chip->deliver({1});
+    ASSERT_TRUE(QTest::qWaitFor([this] { return chip->undelivered() == 0; }, patienceMs));
+    device.close();
+    EXPECT_EQ(reading.get(), Status::InvalidHandle);
+}
+
+TEST_F(OpenBridge, closing_ends_a_write_that_waits_without_limit)
+{
+    chip->takeAtMost(0);
+    auto writing = std::async(std::launch::async, [this] { return write({1, 2, 3}); });
+    ASSERT_TRUE(QTest::qWaitFor([this] { return chip->writesBegun() > 0; }, patienceMs));
+    device.close();
+    EXPECT_EQ(writing.get(), Status::InvalidHandle);
+    EXPECT_EQ(written, 0U);
+}
+
+TEST_F(OpenBridge, closing_does_not_wait_for_room_in_a_full_queue)
+{
+    for (int i = 0; i < 20; ++i)
+        chip->deliver(numbered(100));
+    ASSERT_TRUE(waitForQueued(queueSize));
+    device.close();
+    EXPECT_FALSE(chip->isOpen());
+    EXPECT_EQ(device.status(), Status::InvalidHandle);
+}
+
+TEST_F(OpenBridge, closing_lets_go_of_a_bridge_whose_cable_was_pulled)
+{
+    chip->unplug();
+    ASSERT_TRUE(waitForStatus(Status::IoError));
+    device.close();
+    EXPECT_FALSE(chip->isOpen());
+    EXPECT_EQ(read(1), Status::InvalidHandle);
+    EXPECT_EQ(write({1}), Status::InvalidHandle);
+}
+
+TEST_F(OpenBridge, closing_twice_is_harmless)
+{
+    device.close();
+    device.close();
+    EXPECT_FALSE(chip->isOpen());
+}
+
+TEST_F(OpenBridge, many_threads_may_use_it_while_it_is_closed)
+{
+    ASSERT_EQ(device.setTimeouts(1, 1), Status::Ok);
+    std::atomic<int> rounds{0};
+    const auto use = [&] {
+        std::uint8_t byte = 0;
+        std::uint32_t count = 0;
+        while (device.status() == Status::Ok) {
+            chip->deliver({1, 2, 3});
+            static_cast<void>(device.read(&byte, 1, &count));
+            static_cast<void>(device.write(&byte, 1, &count));
+            static_cast<void>(device.purge(3));
+            ++rounds;
+        }
+        return device.read(&byte, 1, &count);
+    };
+    auto one = std::async(std::launch::async, use);
+    auto other = std::async(std::launch::async, use);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return rounds > 20; }, patienceMs));
+    device.close();
+    EXPECT_EQ(one.get(), Status::InvalidHandle);
+    EXPECT_EQ(other.get(), Status::InvalidHandle);
+}
