@@ -4,7 +4,7 @@ build_packages=(
     g++ cmake ninja-build pkg-config
     qt6-base-dev
     libopencv-core-dev libopencv-imgcodecs-dev libopencv-videoio-dev
-    libudev-dev
+    libudev-dev libftdi1-dev libusb-1.0-0-dev
     fonts-noto-cjk fonts-liberation # Chinese log lines and captions; Latin text
 )
 test_packages=(

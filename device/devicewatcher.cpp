@@ -32,8 +32,8 @@ struct DeviceWatcher::System
 {
     struct Release
     {
-        void operator()(udev *context) const { udev_unref(context); }
-        void operator()(udev_monitor *monitor) const { udev_monitor_unref(monitor); }
+        void operator()(udev *library) const { udev_unref(library); }
+        void operator()(udev_monitor *source) const { udev_monitor_unref(source); }
         void operator()(udev_device *device) const { udev_device_unref(device); }
     };
 

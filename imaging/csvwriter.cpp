@@ -7,6 +7,7 @@
 #include <opencv2/core.hpp>
 
 #include <array>
+#include <cstring>
 
 namespace {
 
@@ -52,9 +53,15 @@ QString CsvWriter::writeLines(const QString &path, std::span<const Number> value
         }
     });
 
+    // Moved together, so that the file is written in one piece.
+    char *end = m_text.get();
+    for (size_t stripe = 0; stripe < stripeCount; ++stripe) {
+        const auto length = size_t(ends[stripe] - textOf(stripe));
+        std::memmove(end, textOf(stripe), length);
+        end += length;
+    }
     OutputFile file(path);
-    for (size_t stripe = 0; stripe < stripeCount; ++stripe)
-        file.write(QByteArrayView(textOf(stripe), ends[stripe]));
+    file.write(QByteArrayView(m_text.get(), end));
     return file.finish();
 }
 

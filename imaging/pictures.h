@@ -14,7 +14,7 @@ class VideoWriter;
 /// that says which file failed and why.
 namespace Pictures {
 
-/// Saves a PNG file, in bytes the one that QImage::save() makes.
+/// Saves a PNG file of 8-bit grey samples; read back it is the picture, as from QImage::save().
 [[nodiscard]] QString savePng(const QString &path, const QImage &image);
 
 /// Opens a video of 1024 x 1024 colour frames, 0.5 a second. When that fails the writer is not open.

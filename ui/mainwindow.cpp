@@ -54,8 +54,6 @@ QIcon navigationIcon(const char *fileName)
 
 mainwindow::mainwindow(QWidget *parent) : QMainWindow(parent), ui(std::make_unique<Ui::mainwindow>())
 {
-    // The images lie in a static library: without this the linker leaves them out.
-    Q_INIT_RESOURCE(images);
     ui->setupUi(this);
     resize(size().boundedTo(screen()->availableSize()));
 

@@ -1,8 +1,7 @@
 #include "ui/mainwindow.h"
 
-#include "device/commandframes.h"
+#include "device/acquisition.h"
 #include "device/portmanager.h"
-#include "log/logmanager.h"
 #include "ui/mainwindow_rules.h"
 #include "ui/stylesheets.h"
 #include "ui_mainwindow.h"
@@ -16,8 +15,6 @@
 
 namespace {
 
-constexpr int commandTimeoutMs = 5000;
-constexpr int haltTimeoutMs = 3500;
 constexpr unsigned long readinessIntervalMs = 1000;
 
 const QString playIcon = QStringLiteral(":/image/image_resource/play.png");
@@ -70,8 +67,8 @@ bool mainwindow::requestTestPattern()
         std::find_if(patterns.begin(), patterns.end(), [](auto *b) { return b->isChecked(); });
     if (chosen == patterns.end())
         return true;
-    const QByteArray command = CommandFrame::testPattern(1 + static_cast<int>(chosen - patterns.begin()));
-    if (AckFrame::echoes(exchange(command, commandTimeoutMs), command))
+    const int pattern = 1 + static_cast<int>(chosen - patterns.begin());
+    if (Acquisition::selectTestPattern(*PortManager::instance(), pattern))
         return true;
     QMessageBox::critical(this, tr("Error"), tr("test failed"));
     return false;
@@ -79,14 +76,13 @@ bool mainwindow::requestTestPattern()
 
 void mainwindow::waitUntilReady()
 {
-    while (!AckFrame::isReady(exchange(CommandFrame::readinessQuery(), commandTimeoutMs)))
+    while (!Acquisition::isReady(*PortManager::instance()))
         QThread::msleep(readinessIntervalMs);
 }
 
 bool mainwindow::startDetector()
 {
-    const QByteArray command = CommandFrame::startAcquisition();
-    if (AckFrame::echoes(exchange(command, commandTimeoutMs), command))
+    if (Acquisition::start(*PortManager::instance()))
         return true;
     QMessageBox::critical(this, tr("Error"), tr("Play failed"));
     return false;
@@ -96,8 +92,7 @@ void mainwindow::enterSampling()
 {
     m_statusTimer.stop();
     setPlayLook(stopIcon, StyleSheets::playRunning);
-    PortManager::instance()->startReceive();
-    PortManager::instance()->write(CommandFrame::blockRequest(0));
+    Acquisition::beginReceiving(*PortManager::instance());
     m_isSampling = 1;
     ui->pushButton_set->setEnabled(false);
     ui->label_fps->setText(QStringLiteral("FPS: N/A"));
@@ -121,10 +116,7 @@ void mainwindow::handleStop()
     // The detector was pulled out while its stop was on the way: that ended the acquisition already.
     if (m_isSampling != 1)
         return;
-    PortManager::instance()->pauseReceive();
-    const QByteArray reply = PortManager::instance()->wait_for_read(haltTimeoutMs, AckFrame::commandBytes);
-    if (AckFrame::echoes(reply, CommandFrame::haltAcquisition()))
-        LogManager::instance()->writeLog(QStringLiteral("下位机停止成功"));
+    Acquisition::confirmHalt(*PortManager::instance());
     check_lower_computer_status();
     startStatusTimer();
     endRecording();
