@@ -1,0 +1,67 @@
+#include "bench/benchstream.h"
+#include "device/blockassembler.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QElapsedTimer>
+#include <QTimer>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int counterPattern = 5;
+
+/// As fast as it goes. The rate is that of the wall clock: three threads work on a frame.
+void unpaced(benchmark::State &state)
+{
+    BenchStream stream("Pacing=none\n", counterPattern);
+    if (!stream.isRunning()) {
+        state.SkipWithError("no virtual detector");
+        return;
+    }
+    constexpr int framesPerRound = 20;
+    stream.showFrames(framesPerRound);
+    QElapsedTimer timer;
+    timer.start();
+    for (auto _ : state)
+        stream.showFrames(framesPerRound);
+    const double seconds = double(timer.nsecsElapsed()) * 1e-9;
+    state.counters["bytes_per_second"] =
+        benchmark::Counter(double(state.iterations()) * framesPerRound * double(frameSize) / seconds,
+                           benchmark::Counter::kDefaults, benchmark::Counter::kIs1000);
+}
+
+/// How long the window would not have answered while everything is recorded at the detector's own pace: the
+/// longest time between two ticks of a timer that is due every millisecond.
+void longestStall(benchmark::State &state)
+{
+    BenchStream stream("Pacing=timing\n", 0);
+    if (!stream.isRunning()) {
+        state.SkipWithError("no virtual detector");
+        return;
+    }
+    constexpr int frames = 30;
+    stream.showFrames(2);
+    stream.pipeline().setSaveFrameTotal(frames);
+    stream.pipeline().setTimeStamp(QStringLiteral("T"));
+    stream.pipeline().startSaving(true, true, true);
+
+    QElapsedTimer sinceTick;
+    qint64 longest = 0;
+    QTimer tick;
+    QObject::connect(&tick, &QTimer::timeout, &tick,
+                     [&] { longest = std::max(longest, sinceTick.restart()); });
+    sinceTick.start();
+    tick.start(1);
+    for (auto _ : state)
+        stream.showFrames(frames);
+    state.counters["longest_stall_ms"] = double(longest);
+    if (stream.pipeline().failedFiles() != 0)
+        state.SkipWithError("files not written");
+}
+
+BENCHMARK(unpaced)->Name("stream/qv1k")->Unit(benchmark::kMillisecond);
+BENCHMARK(longestStall)->Name("stall/recording")->Iterations(1)->Unit(benchmark::kMillisecond);
+
+} // namespace
