@@ -17,6 +17,8 @@ QByteArray BlockAssembler::takeFrame(QByteArray next)
 
 void BlockAssembler::restart()
 {
-    m_bytes.truncate(m_kept = 0);
+    m_kept = 0;
     m_counter = 1;
+    m_bytes.truncate(0);
+    m_bytes.reserve(frameSize + blockSize); // once: blocks are appended without moving what is there
 }

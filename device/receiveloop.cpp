@@ -17,6 +17,12 @@ constexpr qint64 waitingFramesResume = waitingFramesLimit / 2;
 
 } // namespace
 
+ReceiveLoop::ReceiveLoop(PortManager &link) : m_link(link)
+{
+    for (std::size_t counter = 0; counter < m_blockRequests.size(); ++counter)
+        m_blockRequests[counter] = CommandFrame::blockRequest(int(counter));
+}
+
 void ReceiveLoop::run()
 {
     LogManager::instance()->writeLog(QStringLiteral("串口接收线程开启"));
@@ -93,7 +99,7 @@ void ReceiveLoop::requestNextBlock()
     if (m_link.m_stopRequested)
         halt();
     else
-        m_link.writeTo(m_handle, CommandFrame::blockRequest(m_assembler.nextRequest()));
+        m_link.writeTo(m_handle, m_blockRequests[std::size_t(m_assembler.nextRequest())]);
 }
 
 void ReceiveLoop::halt()

@@ -4,6 +4,8 @@
 #include "device/d2xx.h"
 #include "device/framebuffers.h"
 
+#include <array>
+
 class PortManager;
 
 /// The work of the receive thread: reads what waits, acknowledges each block, hands on each frame, halts the
@@ -14,7 +16,7 @@ class PortManager;
 class ReceiveLoop
 {
 public:
-    explicit ReceiveLoop(PortManager &link) : m_link(link) {}
+    explicit ReceiveLoop(PortManager &link);
 
     void run();
 
@@ -31,5 +33,6 @@ private:
     ftdi::FT_HANDLE m_handle = nullptr; ///< of the current pass
     BlockAssembler m_assembler;
     FrameBuffers m_buffers;
+    std::array<QByteArray, blocksPerFrame> m_blockRequests; ///< by counter; made once, not per block
     bool m_heldBack = false; ///< a block request is due as soon as enough frames are through
 };
