@@ -85,7 +85,7 @@ QByteArray parameters(char code, const QByteArray &payload)
 QByteArray hexBytes(int value, int width)
 {
     return QByteArray::fromHex(
-        QString::number(value, 16).rightJustified(2 * width, QLatin1Char('0')).toUtf8());
+        QString::number(value, 16).rightJustified(2 * qsizetype(width), QLatin1Char('0')).toUtf8());
 }
 
 char checksum(const QByteArray &payload)

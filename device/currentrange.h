@@ -18,7 +18,8 @@ struct Gear
 inline constexpr std::array<Gear, 4> gears{
     {{150, 0, 16600}, {50, 0, 50000}, {10, 3, 130000}, {1, 6, 400000}}};
 
-/// The eighteen timing values t0 to t17 (fields 17 to 34) for the base time `integrationTime`, unscaled.
+/// The eighteen timing values t0 to t17 (fields 17 to 34) for the base time `integrationTime`, unscaled. Sums
+/// wrap at 32 bits, which those of the gears do not reach.
 [[nodiscard]] QList<int> timingSequence(int integrationTime);
 
 /// The same values as they go over the wire: the two integration times at 80 %.

@@ -33,7 +33,7 @@ QString providerFileName(const QString &name)
 QString findProvider(const QString &name)
 {
     for (const QString &folder : providerFolders()) {
-        const QString path = folder + QLatin1Char('/') + providerFileName(name);
+        QString path = folder + QLatin1Char('/') + providerFileName(name);
         if (QFileInfo::exists(path))
             return path;
     }

@@ -26,6 +26,24 @@ cv::Mat samples(const QImage &image)
             size_t(image.bytesPerLine())};
 }
 
+/// Why the disk takes no more of a file; empty when it does. What is written to find out is taken back.
+QString writingProblem(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::Append | QIODevice::ExistingOnly | QIODevice::Unbuffered))
+        return file.errorString();
+    const qint64 size = file.size();
+    QByteArray rest(65536, '\0'); // more than what may be left of the last block
+    qint64 written = 1;
+    while (written > 0 && !rest.isEmpty()) {
+        written = file.write(rest);
+        rest.remove(0, qMax(written, qint64(0)));
+    }
+    const QString reason = rest.isEmpty() ? QString() : file.errorString();
+    file.resize(size);
+    return reason;
+}
+
 } // namespace
 
 QString Pictures::savePng(const QString &path, const QImage &image)
@@ -66,10 +84,11 @@ void Pictures::appendToVideo(cv::VideoWriter &video, const QImage &image)
 
 QString Pictures::videoNotOpened(const QString &path)
 {
-    // The video library gives no reason; opening the file the plain way does, when the file is the trouble.
+    // The video library gives no reason; writing the plain way does, when the file is the trouble.
     QFile file(path);
-    const QString reason =
-        file.open(QIODevice::Append) ? QStringLiteral("no usable video encoder") : file.errorString();
+    QString reason = file.open(QIODevice::Append) ? writingProblem(path) : file.errorString();
+    if (reason.isEmpty())
+        reason = QStringLiteral("no usable video encoder");
     return problem(QStringLiteral("视频打开失败"), path, reason);
 }
 
@@ -79,6 +98,9 @@ QString Pictures::checkVideo(const QString &path, int frames)
     const int found = video.isOpened() ? int(video.get(cv::CAP_PROP_FRAME_COUNT)) : 0;
     if (found == frames)
         return {};
+    // Here too the library gives no reason, but a full disk does.
+    const QString reason = writingProblem(path);
+    const QString frameCount = QStringLiteral("%1 / %2 frames").arg(found).arg(frames);
     return problem(QStringLiteral("视频不完整"), path,
-                   QStringLiteral("%1 / %2 frames").arg(found).arg(frames));
+                   reason.isEmpty() ? frameCount : frameCount + QStringLiteral(", ") + reason);
 }

@@ -30,7 +30,8 @@ void appendToVideo(cv::VideoWriter &video, const QImage &image);
 /// Why a video at that path did not open.
 [[nodiscard]] QString videoNotOpened(const QString &path);
 
-/// Reads back what a finished video says about itself: it must open and hold that many frames.
+/// Reads back what a finished video says about itself: it must open and hold that many frames. When it does
+/// not, tries whether the disk takes more of the file, for the reason.
 [[nodiscard]] QString checkVideo(const QString &path, int frames);
 
 } // namespace Pictures

@@ -49,8 +49,8 @@ public:
     void setTimeStamp(const QString &name) { timeStamp = name; }
     /// Root folder of recordings; an empty path is ignored.
     void setLogPath(const QString &path);
-    /// Records the current range that the detector was set to, in nA. Read by what describes a recording;
-    /// decoding and rendering keep their constants.
+    /// Keeps the current range that the detector was set to, in nA. Decoding and rendering go by their
+    /// constants in every range.
     void setCurrentRange(int nanoamperes) { currentRange = nanoamperes; }
 
     [[nodiscard]] int getCaliFrameCount() const { return caliFrameCount; }

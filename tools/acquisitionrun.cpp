@@ -31,13 +31,19 @@ QString checkWritable(const QString &folder)
     return {};
 }
 
+/// The number format does not depend on the locale, which std::printf() follows.
+void printLine(const QString &line)
+{
+    std::puts(qPrintable(line));
+    std::fflush(stdout);
+}
+
 void printFrame(int number, double seconds, const std::vector<double> &currents)
 {
     const auto [lowest, highest] = std::minmax_element(currents.begin(), currents.end());
     const double mean = std::accumulate(currents.begin(), currents.end(), 0.0) / double(currents.size());
-    std::printf("frame %4d  %8.3f s  min %10.4f nA  mean %10.4f nA  max %10.4f nA\n", number, seconds,
-                *lowest, mean, *highest);
-    std::fflush(stdout);
+    printLine(QString::asprintf("frame %4d  %8.3f s  min %10.4f nA  mean %10.4f nA  max %10.4f nA", number,
+                                seconds, *lowest, mean, *highest));
 }
 
 } // namespace
@@ -47,10 +53,10 @@ QString AcquisitionRun::run(const AcquireOptions &options)
     const D2xxLibrary library = D2xxLibrary::load(options.library);
     if (!library.driver->isUsable())
         return QStringLiteral("no driver library: %1").arg(library.problem);
-    if (const QString problem = checkWritable(options.output); !problem.isEmpty())
+    if (QString problem = checkWritable(options.output); !problem.isEmpty())
         return problem;
     if (library.isVirtual)
-        std::puts("Virtual detector: what follows is simulated, not measured.");
+        printLine(QStringLiteral("Virtual detector: what follows is simulated, not measured."));
 
     LogManager::createInstance();
     PortManager::setDriver(library.driver);
@@ -84,7 +90,7 @@ QString AcquisitionRun::acquire()
 {
     for (const auto step : {&AcquisitionRun::openFirstDetector, &AcquisitionRun::waitUntilReady,
                             &AcquisitionRun::startDetector, &AcquisitionRun::receiveFrames}) {
-        if (const QString problem = (this->*step)(); !problem.isEmpty())
+        if (QString problem = (this->*step)(); !problem.isEmpty())
             return problem;
     }
     return RecordingCheck::check({m_options.output, m_options.name, m_options.frames, m_options.data,
@@ -146,11 +152,13 @@ QString AcquisitionRun::receiveFrames()
             .arg(m_options.frames);
     }
     const double seconds = double(m_clock.elapsed()) / 1000.0;
-    std::printf("%d frames in %.3f s: %.2f frames per second\n", m_frames, seconds, m_frames / seconds);
-    std::printf("Recorded in %s\n", qPrintable(QDir(m_options.output).absoluteFilePath(m_options.name)));
-    if (m_pipeline.failedFiles() > 0)
-        return QStringLiteral("%1 files could not be written; the log tells which")
-            .arg(m_pipeline.failedFiles());
+    printLine(QString::asprintf("%d frames in %.3f s: %.2f frames per second", m_frames, seconds,
+                                m_frames / seconds));
+    printLine(QStringLiteral("Recorded in ") + QDir(m_options.output).absoluteFilePath(m_options.name));
+    if (const int failed = m_pipeline.failedFiles(); failed > 0)
+        return QStringLiteral("%1 %2 could not be written; the log tells which")
+            .arg(failed)
+            .arg(failed == 1 ? QStringLiteral("file") : QStringLiteral("files"));
     return {};
 }
 

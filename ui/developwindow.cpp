@@ -2,6 +2,7 @@
 
 #include "device/parameterpackets.h"
 #include "device/timingcalculator.h"
+#include "ui/parameterkeys.h"
 
 #include "ui_developwindow.h"
 
@@ -13,14 +14,18 @@ namespace {
 
 constexpr int lastField = ParameterPacket::firstEepromField + ParameterPacket::eepromCount - 1;
 
-QString fieldKey(int number)
+struct StoredList
 {
-    return QStringLiteral("lineEdit_%1").arg(number);
-}
+    QString key;
+    QComboBox *list;
+};
 
-std::array<QComboBox *, 4> listsOf(const Ui::developwindow &ui)
+std::array<StoredList, 4> listsOf(const Ui::developwindow &ui)
 {
-    return {ui.comboBox_ope, ui.comboBox_data, ui.comboBox_mode, ui.comboBox_pcrange};
+    return {{{ParameterKeys::operation, ui.comboBox_ope},
+             {ParameterKeys::dataFormat, ui.comboBox_data},
+             {ParameterKeys::testMode, ui.comboBox_mode},
+             {ParameterKeys::pcRange, ui.comboBox_pcrange}}};
 }
 
 } // namespace
@@ -39,6 +44,16 @@ developwindow::~developwindow()
     save();
 }
 
+void developwindow::disableExchanges()
+{
+    for (QPushButton *button : findChildren<QPushButton *>()) {
+        if (button == ui->pushButton_cal_time)
+            continue;
+        button->setEnabled(false);
+        button->setToolTip(tr("Stop the acquisition first"));
+    }
+}
+
 void developwindow::fillLists()
 {
     ui->comboBox_ope->addItems(
@@ -52,32 +67,33 @@ void developwindow::fillLists()
 
 void developwindow::load()
 {
-    for (QComboBox *list : listsOf(*ui)) {
-        if (m_store->contains(list->objectName()))
-            list->setCurrentIndex(m_store->value(list->objectName()).toInt());
+    m_store->sync(); // or closing would write over a hand edit of the file that was never shown
+    for (const auto &[key, list] : listsOf(*ui)) {
+        if (m_store->contains(key))
+            list->setCurrentIndex(m_store->value(key).toInt());
     }
-    if (m_store->contains(QStringLiteral("mode"))) {
-        const bool is1k = m_store->value(QStringLiteral("mode")).toBool();
+    if (m_store->contains(ParameterKeys::mode)) {
+        const bool is1k = m_store->value(ParameterKeys::mode).toBool();
         (is1k ? ui->radioButton_1k : ui->radioButton_256)->setChecked(true);
     }
     for (int number = ParameterPacket::firstVoltageField; number <= lastField; ++number) {
-        if (m_store->contains(fieldKey(number)))
-            setFieldText(number, m_store->value(fieldKey(number)).toString());
+        if (m_store->contains(ParameterKeys::field(number)))
+            setFieldText(number, m_store->value(ParameterKeys::field(number)).toString());
     }
 }
 
 void developwindow::save() const
 {
-    for (const QComboBox *list : listsOf(*ui))
-        m_store->setValue(list->objectName(), list->currentIndex());
-    m_store->setValue(QStringLiteral("mode"), ui->radioButton_1k->isChecked());
+    for (const auto &[key, list] : listsOf(*ui))
+        m_store->setValue(key, list->currentIndex());
+    m_store->setValue(ParameterKeys::mode, ui->radioButton_1k->isChecked());
     for (int number = ParameterPacket::firstVoltageField; number <= lastField; ++number)
-        m_store->setValue(fieldKey(number), fieldText(number));
+        m_store->setValue(ParameterKeys::field(number), fieldText(number));
 }
 
 QLineEdit *developwindow::field(int number) const
 {
-    return findChild<QLineEdit *>(fieldKey(number));
+    return findChild<QLineEdit *>(ParameterKeys::field(number));
 }
 
 QString developwindow::fieldText(int number) const

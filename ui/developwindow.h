@@ -2,7 +2,6 @@
 
 #include "device/readback.h"
 
-#include <QByteArray>
 #include <QDialog>
 #include <QList>
 #include <QString>
@@ -21,7 +20,8 @@ class developwindow;
 /// destroyed, under the names of the widgets. Nothing that goes wrong is shown: it goes to the debug output.
 ///
 /// GUI thread only. Every button but the timing calculator's blocks until the reply has arrived, 2 s at most,
-/// or 5 s for a read-back. The link must exist, and must not be receiving.
+/// or 5 s for a read-back; only the read-backs judge their reply. The link must exist, and must not be
+/// receiving: see disableExchanges().
 class developwindow : public QDialog
 {
     Q_OBJECT
@@ -30,6 +30,10 @@ public:
     /// `store` must outlive the dialog.
     developwindow(QSettings *store, QWidget *parent);
     ~developwindow() override;
+
+    /// Leaves the fields and the calculator only: while images stream in, waiting for a reply would take
+    /// bytes out of a frame, and the stream would stand still.
+    void disableExchanges();
 
 private Q_SLOTS:
     void set_adc();
@@ -78,11 +82,6 @@ private:
     void showModeAndAdc(const Readback::Parameters &parameters);
     void showVoltages(const QList<int> &codes);
     void showTiming(const QList<int> &words);
-
-    /// Sends a frame and takes its reply off the link without judging it.
-    void send(const QByteArray &frame);
-    /// Sends a frame and returns the reply as hexadecimal text, whatever of `bytes` bytes arrived in 5 s.
-    [[nodiscard]] QByteArray readBack(const QByteArray &frame, int bytes);
 
     const std::unique_ptr<Ui::developwindow> ui;
     QSettings *const m_store;

@@ -3,9 +3,8 @@
 #include "ui/developwindow.h"
 
 #include "device/commandframes.h"
-#include "device/portmanager.h"
 #include "device/readback.h"
-#include "ui/waitcursor.h"
+#include "ui/parameterexchange.h"
 
 #include "ui_developwindow.h"
 
@@ -13,7 +12,6 @@
 
 namespace {
 
-constexpr int readBackTimeoutMs = 5000;
 constexpr int voltageDecimals = 3;
 
 void trace(const char *name, int value)
@@ -33,17 +31,10 @@ void traceReply(const QByteArray &reply)
 
 } // namespace
 
-QByteArray developwindow::readBack(const QByteArray &frame, int bytes)
-{
-    const WaitCursor cursor;
-    PortManager *link = PortManager::instance();
-    link->write(frame);
-    return link->wait_for_read(readBackTimeoutMs, bytes);
-}
-
 void developwindow::ver_readback()
 {
-    const QByteArray reply = readBack(CommandFrame::versionReadback(), Readback::versionBytes);
+    const QByteArray reply =
+        ParameterExchange::readBack(CommandFrame::versionReadback(), Readback::versionBytes);
     traceReply(reply);
     if (const auto version = Readback::version(reply))
         ui->label_version->setText(*version);
@@ -53,7 +44,8 @@ void developwindow::ver_readback()
 
 void developwindow::parm_readback()
 {
-    const QByteArray reply = readBack(CommandFrame::parameterReadback(), Readback::parameterBytes);
+    const QByteArray reply =
+        ParameterExchange::readBack(CommandFrame::parameterReadback(), Readback::parameterBytes);
     const auto parameters = Readback::parameters(reply);
     if (!parameters) {
         qWarning().nospace() << "接收到的数据长度不足 256 字节，实际长度为:" << reply.size();
@@ -102,7 +94,8 @@ void developwindow::showTiming(const QList<int> &words)
 
 void developwindow::eep_readback()
 {
-    const QByteArray reply = readBack(CommandFrame::eepromReadback(), Readback::eepromBytes);
+    const QByteArray reply =
+        ParameterExchange::readBack(CommandFrame::eepromReadback(), Readback::eepromBytes);
     traceReply(reply);
     const auto words = Readback::eeprom(reply);
     if (!words) {

@@ -4,18 +4,11 @@
 
 #include "device/commandframes.h"
 #include "device/parameterpackets.h"
-#include "device/portmanager.h"
-#include "ui/waitcursor.h"
+#include "ui/parameterexchange.h"
 
 #include "ui_developwindow.h"
 
 #include <QDebug>
-
-namespace {
-
-constexpr int acknowledgeTimeoutMs = 2000;
-
-} // namespace
 
 template <typename Value, typename Parse>
 QList<Value> developwindow::gather(int first, int count, Parse parse) const
@@ -35,37 +28,29 @@ QList<Value> developwindow::gather(int first, int count, Parse parse) const
     return values;
 }
 
-void developwindow::send(const QByteArray &frame)
-{
-    const WaitCursor cursor;
-    PortManager *link = PortManager::instance();
-    link->write(frame);
-    link->wait_for_read(acknowledgeTimeoutMs, AckFrame::commandBytes);
-}
-
 void developwindow::set_adc()
 {
-    send(ParameterPacket::setAdc({.operation = ui->comboBox_ope->currentIndex(),
-                                  .dataFormat = ui->comboBox_data->currentIndex(),
-                                  .testMode = ui->comboBox_mode->currentIndex(),
-                                  .pcRange = ui->comboBox_pcrange->currentIndex()}));
+    ParameterExchange::command(ParameterPacket::setAdc({.operation = ui->comboBox_ope->currentIndex(),
+                                                        .dataFormat = ui->comboBox_data->currentIndex(),
+                                                        .testMode = ui->comboBox_mode->currentIndex(),
+                                                        .pcRange = ui->comboBox_pcrange->currentIndex()}));
 }
 
 void developwindow::set_mode()
 {
-    send(ParameterPacket::setMode(ui->radioButton_1k->isChecked()));
+    ParameterExchange::command(ParameterPacket::setMode(ui->radioButton_1k->isChecked()));
 }
 
 void developwindow::set_voltage()
 {
-    send(ParameterPacket::setVoltages(gather<int>(
+    ParameterExchange::command(ParameterPacket::setVoltages(gather<int>(
         ParameterPacket::firstVoltageField, ParameterPacket::voltageCount,
         [](int, const QString &text, bool *ok) { return ParameterPacket::voltageCode(text.toDouble(ok)); })));
 }
 
 void developwindow::set_time()
 {
-    send(ParameterPacket::setTiming(
+    ParameterExchange::command(ParameterPacket::setTiming(
         gather<int>(ParameterPacket::firstTimingField, ParameterPacket::timingCount,
                     [](int number, const QString &text, bool *ok) {
                         return ParameterPacket::timingToWire(number, text.toInt(ok));
@@ -74,22 +59,22 @@ void developwindow::set_time()
 
 void developwindow::send_eep()
 {
-    send(ParameterPacket::sendEeprom(
+    ParameterExchange::command(ParameterPacket::sendEeprom(
         gather<quint32>(ParameterPacket::firstEepromField, ParameterPacket::eepromCount,
                         [](int, const QString &text, bool *ok) { return text.toUInt(ok); })));
 }
 
 void developwindow::write_eep()
 {
-    send(CommandFrame::eepromWrite());
+    ParameterExchange::command(CommandFrame::eepromWrite());
 }
 
 void developwindow::read_eep()
 {
-    send(CommandFrame::eepromRead());
+    ParameterExchange::command(CommandFrame::eepromRead());
 }
 
 void developwindow::init_eep()
 {
-    send(CommandFrame::eepromInit());
+    ParameterExchange::command(CommandFrame::eepromInit());
 }

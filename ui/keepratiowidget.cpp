@@ -66,34 +66,47 @@ void KeepRatioWidget::setRatio(int width, int height)
 
 void KeepRatioWidget::setImage(QImage &image)
 {
+    m_picture = image;
+    image = showPicture();
+}
+
+QImage KeepRatioWidget::showPicture()
+{
     const QSize size = m_label->size();
-    if (image.isNull() || size.isEmpty()) {
-        image = QImage();
+    if (m_picture.isNull() || size.isEmpty()) {
         m_label->setPixmap(QPixmap());
-    } else if (isLargeAndGrey(image)) {
+        return {};
+    }
+    if (isLargeAndGrey(m_picture)) {
         // Scaling and showing both work on 32-bit pixels. Staying there until the end, instead of going back
         // to grey in between, saves about half of the time and gives the same pixels.
-        const QImage rgb = scaledTo(image.convertToFormat(QImage::Format_RGB32), size);
-        image = greyChannel(rgb);
+        const QImage rgb = scaledTo(m_picture.convertToFormat(QImage::Format_RGB32), size);
         m_label->setPixmap(QPixmap::fromImage(rgb));
-    } else {
-        image = scaledTo(image, size);
-        m_label->setPixmap(QPixmap::fromImage(image));
+        return greyChannel(rgb);
     }
+    QImage scaled = scaledTo(m_picture, size);
+    m_label->setPixmap(QPixmap::fromImage(scaled));
+    return scaled;
 }
 
 bool KeepRatioWidget::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == m_label && event->type() == QEvent::MouseButtonPress) {
-        const auto &press = static_cast<const QMouseEvent &>(*event);
-        const QSizeF size = m_label->size();
-        if (press.button() == Qt::LeftButton && !size.isEmpty()) {
-            const QPointF position = press.position();
-            Q_EMIT click_coor(static_cast<int>(std::floor(position.x() / size.width() * coordinateRange)),
-                              static_cast<int>(std::floor(position.y() / size.height() * coordinateRange)));
-        }
-    }
+    if (watched == m_label && event->type() == QEvent::MouseButtonPress)
+        reportClick(static_cast<const QMouseEvent &>(*event));
+    // Clicks are mapped by the label's size: the picture goes on filling it.
+    if (watched == m_label && event->type() == QEvent::Resize)
+        showPicture();
     return QFrame::eventFilter(watched, event);
+}
+
+void KeepRatioWidget::reportClick(const QMouseEvent &press)
+{
+    const QSizeF size = m_label->size();
+    if (press.button() != Qt::LeftButton || size.isEmpty())
+        return;
+    const QPointF position = press.position();
+    Q_EMIT click_coor(static_cast<int>(std::floor(position.x() / size.width() * coordinateRange)),
+                      static_cast<int>(std::floor(position.y() / size.height() * coordinateRange)));
 }
 
 void KeepRatioWidget::resizeEvent(QResizeEvent *event)

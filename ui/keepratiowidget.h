@@ -1,10 +1,11 @@
 #pragma once
 
 #include <QFrame>
+#include <QImage>
 
 class QHBoxLayout;
-class QImage;
 class QLabel;
+class QMouseEvent;
 
 /// Shows one picture at a fixed aspect ratio, centred, whatever size the frame itself has, and reports left
 /// clicks on it. GUI thread only.
@@ -20,7 +21,8 @@ public:
     void setRatio(int width, int height);
 
     /// Scales `image` smoothly to the label, keeping its own ratio, and shows it. The caller's image is left
-    /// scaled; it is null, and nothing is shown, when it was null or the label has no area.
+    /// scaled; it is null, and nothing is shown, when it was null or the label has no area. The picture is
+    /// scaled anew whenever the view changes its size.
     void setImage(QImage &image);
 
 Q_SIGNALS:
@@ -32,9 +34,14 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
+    /// Scales the picture to the label and shows it; returns it scaled.
+    QImage showPicture();
+    void reportClick(const QMouseEvent &press);
+
     int m_ratioWidth = 1;
     int m_ratioHeight = 1;
     QWidget *m_content;
     QHBoxLayout *m_layout;
     QLabel *m_label;
+    QImage m_picture; ///< as it was given, unscaled
 };

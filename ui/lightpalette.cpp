@@ -1,7 +1,9 @@
 #include "ui/lightpalette.h"
 
 #include <QApplication>
+#include <QFrame>
 #include <QPalette>
+#include <QProxyStyle>
 #include <QToolTip>
 
 namespace LightPalette {
@@ -12,6 +14,28 @@ const QColor window(240, 243, 246);
 const QColor text(0x33, 0x33, 0x33);
 const QColor dimmed(0x99, 0x99, 0x99);
 const QColor accent(0x89, 0x68, 0x27);
+
+/// Fusion with plain buttons in message boxes, without the icons of the desktop, and with lists that drop
+/// down instead of covering their box.
+class LightStyle : public QProxyStyle
+{
+public:
+    LightStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
+
+    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                  QStyleHintReturn *returnData) const override
+    {
+        switch (hint) {
+        case SH_DialogButtonBox_ButtonsHaveIcons:
+        case SH_ComboBox_Popup:
+            return 0;
+        case SH_ComboBox_PopupFrameStyle:
+            return QFrame::NoFrame;
+        default:
+            return QProxyStyle::styleHint(hint, option, widget, returnData);
+        }
+    }
+};
 
 } // namespace
 
@@ -38,7 +62,7 @@ QPalette palette()
 void apply(QApplication &application)
 {
     application.setAttribute(Qt::AA_DontUseNativeDialogs);
-    QApplication::setStyle(QStringLiteral("Fusion"));
+    QApplication::setStyle(new LightStyle);
     QApplication::setPalette(palette());
     QToolTip::setPalette(palette());
 }

@@ -106,6 +106,11 @@ void mainwindow::buildNavigation()
 
 void mainwindow::updateNavigationIcons()
 {
+    // A press beside the items takes the selection away, but the page stays, and so does its mark.
+    if (ui->listWidget->selectedItems().isEmpty()) {
+        ui->listWidget->currentItem()->setSelected(true);
+        return;
+    }
     for (qsizetype row = 0; row < navigationRows; ++row) {
         const NavigationItem &entry = navigation[static_cast<std::size_t>(row)];
         QListWidgetItem *item = ui->listWidget->item(static_cast<int>(row));
@@ -175,6 +180,11 @@ void mainwindow::applySettings()
     }
     ui->pushButton_full_on->hide();
     ui->pushButton_full_off->hide();
+
+    // White, it can be read on the filled part only.
+    ui->progressBar_cali->setTextVisible(false);
+    connect(ui->progressBar_cali, &QProgressBar::valueChanged, ui->progressBar_cali,
+            [bar = ui->progressBar_cali](int value) { bar->setTextVisible(value > 0); });
 }
 
 void mainwindow::on_pushButton_close_clicked()
@@ -206,13 +216,26 @@ void mainwindow::changeEvent(QEvent *event)
         ui->pushButton_maxsize->setIcon(QIcon(isMaximized()
                                                   ? QStringLiteral(":/image/image_resource/Maximize-3.png")
                                                   : QStringLiteral(":/image/image_resource/Maximize-1.png")));
+        squareCorners(isMaximized());
     }
     QMainWindow::changeEvent(event);
+}
+
+void mainwindow::squareCorners(bool square)
+{
+    constexpr char property[] = "squareCorners";
+    if (ui->centralwidget->property(property).toBool() == square)
+        return;
+    ui->centralwidget->setProperty(property, square);
+    // Style sheets look at properties only when they are set.
+    ui->centralwidget->setStyleSheet(ui->centralwidget->styleSheet());
 }
 
 void mainwindow::on_pushButton_develop_clicked()
 {
     developwindow dialog(&m_settings, this);
+    if (m_isSampling == 1)
+        dialog.disableExchanges();
     dialog.exec();
 }
 

@@ -90,6 +90,8 @@ private:
     // Construction
     void buildNavigation();
     void updateNavigationIcons();
+    /// A maximised window has square corners: behind round ones the desktop would show.
+    void squareCorners(bool square);
     void createServices();
     void connectPipeline();
     void buildFrameCountBox();

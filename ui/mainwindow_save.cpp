@@ -64,9 +64,12 @@ void mainwindow::handleSaveMessage(int index)
 {
     ui->progressBar->setValue(index);
     ui->label_savestate->setText(QStringLiteral("Frame %1").arg(index));
-    if (index == m_process->getSaveFrameTotal())
-        ui->label_savestate->setText(QStringLiteral("Save Success"));
     showFailedFiles();
+    if (index != m_process->getSaveFrameTotal())
+        return;
+    ui->label_savestate->setText(QStringLiteral("Save Success"));
+    // Whether the video is whole turns out when the pipeline closes it, right after this.
+    QMetaObject::invokeMethod(this, &mainwindow::showFailedFiles, Qt::QueuedConnection);
 }
 
 void mainwindow::showFailedFiles()

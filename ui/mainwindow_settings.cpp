@@ -3,6 +3,8 @@
 #include "device/commandframes.h"
 #include "device/currentrange.h"
 #include "device/parameterpackets.h"
+#include "ui/parameterexchange.h"
+#include "ui/parameterkeys.h"
 #include "ui_mainwindow.h"
 
 #include <QMessageBox>
@@ -11,20 +13,11 @@
 
 namespace {
 
-constexpr int downloadTimeoutMs = 2000;
-
 // Voltages that this page sets; the others are kept for the developer window.
 constexpr int gateOnField = 7;
 constexpr int gateOffField = 8;
 constexpr int cathodeField = 15;
 constexpr int commonField = 16;
-
-const QString pcRangeKey = QStringLiteral("comboBox_pcrange");
-
-QString fieldKey(int number)
-{
-    return QStringLiteral("lineEdit_%1").arg(number);
-}
 
 } // namespace
 
@@ -33,7 +26,7 @@ void mainwindow::on_pushButton_set_clicked()
     const CurrentRange::Gear *gear = chosenGear();
     if (gear == nullptr)
         return;
-    setValue(pcRangeKey, gear->pcRangeIndex);
+    setValue(ParameterKeys::pcRange, gear->pcRangeIndex);
     m_process->setCurrentRange(gear->nanoamperes);
 
     if (!download(storeTiming(gear->integrationTime), tr("set time sequence fail")))
@@ -58,7 +51,7 @@ const CurrentRange::Gear *mainwindow::chosenGear() const
 
 bool mainwindow::download(const QByteArray &packet, const QString &failure)
 {
-    if (AckFrame::acknowledgesParameters(exchange(packet, downloadTimeoutMs)))
+    if (AckFrame::acknowledgesParameters(ParameterExchange::command(packet)))
         return true;
     QMessageBox::critical(this, tr("Error"), failure);
     return false;
@@ -69,17 +62,17 @@ QByteArray mainwindow::storeTiming(int integrationTime)
     const QList<int> sequence = CurrentRange::timingSequence(integrationTime);
     int field = ParameterPacket::firstTimingField;
     for (const int value : sequence)
-        setValue(fieldKey(field++), QString::number(value));
+        setValue(ParameterKeys::field(field++), QString::number(value));
     return ParameterPacket::setTiming(CurrentRange::toWire(sequence));
 }
 
 QByteArray mainwindow::adcPacket()
 {
     ParameterPacket::AdcSelection selection;
-    selection.operation = value(QStringLiteral("comboBox_ope"), 0).toInt();
-    selection.dataFormat = value(QStringLiteral("comboBox_data"), 0).toInt();
-    selection.testMode = value(QStringLiteral("comboBox_mode"), 0).toInt();
-    selection.pcRange = value(pcRangeKey, 0).toInt();
+    selection.operation = value(ParameterKeys::operation, 0).toInt();
+    selection.dataFormat = value(ParameterKeys::dataFormat, 0).toInt();
+    selection.testMode = value(ParameterKeys::testMode, 0).toInt();
+    selection.pcRange = value(ParameterKeys::pcRange, 0).toInt();
     return ParameterPacket::setAdc(selection);
 }
 
@@ -102,7 +95,7 @@ QByteArray mainwindow::voltagePacket()
             volts = ui->doubleSpinBox_vcom->value();
             break;
         default:
-            volts = value(fieldKey(field), 0.0).toDouble();
+            volts = value(ParameterKeys::field(field), 0.0).toDouble();
         }
         codes.append(ParameterPacket::voltageCode(volts));
     }

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QRandomGenerator>
+
 TEST(CurrentRange, the_four_gears_have_their_range_code_and_base_time)
 {
     const int expected[4][3] = {{150, 0, 16600}, {50, 0, 50000}, {10, 3, 130000}, {1, 6, 400000}};
@@ -34,6 +36,23 @@ TEST(CurrentRange, the_timing_of_the_other_gears_follows_the_same_formulas)
         EXPECT_EQ(sequence[7], b);
         EXPECT_EQ(sequence[11], a);
         EXPECT_EQ(sequence[15], t);
+    }
+}
+
+TEST(CurrentRange, sums_beyond_32_bits_wrap)
+{
+    QRandomGenerator random(1);
+    for (int i = 0; i < 10'000; ++i) {
+        const auto t = static_cast<qint32>(random.generate());
+        const qint64 a = qint64{t} + 15700;
+        const qint64 b = 4 * a + 20000;
+        const qint64 c = 4 * b + 16000;
+        const QList<int> sequence = CurrentRange::timingSequence(t);
+        ASSERT_EQ(sequence[0], static_cast<qint32>(258 * c + 2000)) << t;
+        ASSERT_EQ(sequence[3], static_cast<qint32>(c)) << t;
+        ASSERT_EQ(sequence[4], static_cast<qint32>(c) / 2) << t;
+        ASSERT_EQ(sequence[7], static_cast<qint32>(b)) << t;
+        ASSERT_EQ(sequence[11], static_cast<qint32>(a)) << t;
     }
 }
 

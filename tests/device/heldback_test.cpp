@@ -4,6 +4,8 @@
 
 #include <QTest>
 
+#include <functional>
+
 namespace {
 
 /// A detector that answers each block request with a block at once, and a GUI thread that does not get to its
@@ -18,7 +20,11 @@ protected:
             if (command.startsWith(QByteArray("\xFF\xAA\x00", 3)))
                 fake.push(QByteArray(blockSize, 'x'));
         });
-        QObject::connect(&link(), &PortManager::read_ready, &m_context, [this] { ++received; });
+        QObject::connect(&link(), &PortManager::read_ready, &m_context, [this] {
+            ++received;
+            if (onReceived)
+                onReceived();
+        });
         QObject::connect(&link(), &PortManager::stop, &m_context, [this] { ++stops; });
         link().startReceive();
         link().write(CommandFrame::blockRequest(0));
@@ -44,6 +50,7 @@ protected:
 
     int received = 0;
     int stops = 0;
+    std::function<void()> onReceived; ///< while the frame is at work
 
 private:
     QObject m_context;
@@ -65,6 +72,22 @@ TEST_F(HeldBack, when_64_frames_wait_the_next_first_block_is_not_requested_until
     EXPECT_GE(received, 32);
     EXPECT_EQ(fake.written().at(requestsFor64Frames), CommandFrame::blockRequest(0));
     EXPECT_EQ(fake.written().at(requestsFor64Frames - 1), CommandFrame::blockRequest(31));
+}
+
+TEST_F(HeldBack, nothing_is_requested_while_more_than_half_still_wait)
+{
+    ASSERT_TRUE(waitBlocked([&] { return fake.written().size() == requestsFor64Frames; }));
+    ASSERT_TRUE(waitBlocked([&] { return fake.waiting() == 0; }));
+    pass();
+    qsizetype requestsThen = 0;
+    onReceived = [&] {
+        if (received != 32) // 31 are through, 33 wait
+            return;
+        pass();
+        requestsThen = fake.written().size();
+    };
+    ASSERT_TRUE(QTest::qWaitFor([&] { return received >= 64; }, 10000));
+    EXPECT_EQ(requestsThen, requestsFor64Frames);
 }
 
 TEST_F(HeldBack, a_stop_request_is_honoured_while_held_back)

@@ -106,13 +106,33 @@ TEST(Voltages, plus_20_V_makes_three_bytes_and_below_minus_20_V_the_sign_is_drop
     EXPECT_EQ(hex(setVoltages({voltageCode(-21.0)})), "FF AA 01 02 0D EB 06 66 6C");
 }
 
-TEST(Voltages, every_code_read_back_and_shown_with_three_decimals_is_the_same_code_again)
+TEST(Voltages, every_code_comes_back_and_shown_with_three_decimals_it_is_at_most_one_code_less)
 {
     for (int raw = 0; raw < 65536; ++raw) {
         const double volts = voltageValue(raw);
         ASSERT_EQ(voltageCode(volts), raw);
-        ASSERT_LE(std::abs(QString::number(volts, 'f', 3).toDouble() - volts), 0.0005 + 1e-9);
+        const int again = voltageCode(QString::number(volts, 'f', 3).toDouble());
+        ASSERT_TRUE(again == raw || again == raw - 1) << raw;
     }
+}
+
+TEST(Voltages, every_voltage_of_a_tenth_of_a_millivolt_comes_back_within_one_code)
+{
+    for (int step = -200'000; step < 200'000; ++step) {
+        const double volts = step / 10'000.0;
+        const double back = voltageValue(voltageCode(volts));
+        ASSERT_LE(back, volts + 1e-9);
+        ASSERT_GT(back, volts - 40.0 / 65536);
+    }
+}
+
+TEST(Voltages, the_limits_of_the_scale_and_of_the_page_are_these_bytes)
+{
+    EXPECT_EQ(hex(setVoltages({voltageCode(-20.0)})), "FF AA 01 02 0D EB 00 00 00");
+    EXPECT_EQ(hex(setVoltages({voltageCode(15.0)})), "FF AA 01 02 0D EB E0 00 E0");
+    EXPECT_EQ(hex(setVoltages({voltageCode(-15.0)})), "FF AA 01 02 0D EB 20 00 20");
+    EXPECT_EQ(hex(setVoltages({voltageCode(19.9999)})), "FF AA 01 02 0D EB FF FF FE");
+    EXPECT_EQ(hex(setVoltages({voltageCode(-20.001)})), "FF AA 01 02 0D EB 00 01 01");
 }
 
 TEST(Timing, the_two_integration_times_are_scaled_and_no_other)
@@ -148,6 +168,26 @@ TEST(Timing, four_bytes_a_value_and_the_magnitude_of_negative_ones)
     EXPECT_EQ(hex(setTiming({13280, 1})), "FF AA 01 10 0D EB 00 00 33 E0 00 00 00 01 14");
     EXPECT_EQ(hex(setTiming({-1000})), "FF AA 01 10 0D EB 00 00 03 E8 EB");
     EXPECT_EQ(hex(setTiming({0x7FFFFFFF})), "FF AA 01 10 0D EB 7F FF FF FF 7C");
+}
+
+TEST(Timing, the_largest_and_smallest_values_are_these_bytes)
+{
+    constexpr int lowest = std::numeric_limits<int>::min();
+    EXPECT_EQ(hex(setTiming({lowest})), "FF AA 01 10 0D EB 80 00 00 00 80");
+    EXPECT_EQ(hex(setTiming({-1})), "FF AA 01 10 0D EB 00 00 00 01 01");
+    EXPECT_EQ(hex(setTiming({timingToWire(32, 0x7FFFFFFF)})), "FF AA 01 10 0D EB 66 66 66 65 97");
+    EXPECT_EQ(hex(setTiming({timingToWire(34, lowest)})), "FF AA 01 10 0D EB 66 66 66 66 98");
+}
+
+TEST(Timing, a_scaled_value_comes_back_by_no_more_than_two_less)
+{
+    QRandomGenerator random(4);
+    for (int i = 0; i < 100'000; ++i) {
+        const int value = int(random.generate() & 0x7FFFFFFF);
+        const int back = timingFromWire(32, timingToWire(32, value));
+        ASSERT_LE(back, value);
+        ASSERT_GE(back, value - 2);
+    }
 }
 
 TEST(EepromWords, are_formatted_as_signed_numbers_so_that_the_upper_half_is_sent_as_its_magnitude)

@@ -97,6 +97,22 @@ TEST(EepromReadback, words_come_in_order_most_significant_byte_first)
         EXPECT_EQ(words->at(i), i * 1000001);
 }
 
+TEST(EepromReadback, what_was_sent_is_what_is_read_for_random_words_and_the_magnitude_for_the_upper_half)
+{
+    QRandomGenerator random(2);
+    for (int round = 0; round < 200; ++round) {
+        QList<quint32> words;
+        QList<int> expected;
+        for (int i = 0; i < eepromCount; ++i) {
+            const quint32 word = random.generate();
+            words << word;
+            expected << int(word > 0x80000000U ? 0U - word : word % 0x80000000U);
+        }
+        const QByteArray reply = (payload(sendEeprom(words)) + '\0').toHex().toUpper();
+        ASSERT_EQ(Readback::eeprom(reply), expected);
+    }
+}
+
 TEST(EepromReadback, words_of_80000000_and_above_read_as_0)
 {
     QByteArray bytes = QByteArray::fromHex("7FFFFFFF80000000FFFFFFFF") + QByteArray(117, '\0');

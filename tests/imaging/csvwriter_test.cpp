@@ -1,4 +1,5 @@
 #include "imaging/csvwriter.h"
+#include "imaging/pixelmath.h"
 #include "tests/imaging/straightforward/straightforward.h"
 #include "tests/support/workingfolder.h"
 
@@ -8,6 +9,8 @@
 #include <QLocale>
 #include <QRandomGenerator>
 
+#include <charconv>
+#include <cmath>
 #include <limits>
 
 namespace {
@@ -117,6 +120,29 @@ TEST(CsvWriter, a_file_that_a_full_disk_cuts_is_named_with_the_reason)
     EXPECT_TRUE(failure.contains("a.csv"));
     EXPECT_TRUE(failure.contains("No space left on device"));
     EXPECT_FALSE(failure.contains(u'\n'));
+}
+
+TEST(CsvWriter, a_plain_parser_reads_the_values_back_to_six_digits)
+{
+    const WorkingFolder folder;
+    QRandomGenerator random(3);
+    std::vector<double> values(pixels);
+    for (double &value : values)
+        value = PixelMath::current(qint32(random.generate() >> (1 + random.bounded(31))), 25, 166);
+    CsvWriter writer;
+    ASSERT_EQ(writer.write("a.csv", values), QString());
+    const QByteArray text = folder.read("a.csv");
+    const char *at = text.constData();
+    const char *const end = at + text.size();
+    for (size_t i = 0; i < pixels; ++i) {
+        double value = -1;
+        const auto [after, error] = std::from_chars(at, end, value);
+        ASSERT_EQ(error, std::errc());
+        ASSERT_EQ(*after, i % 1024 == 1023 ? '\n' : ',');
+        ASSERT_LE(std::abs(value - values[i]), 5.0001e-6 * values[i]) << i;
+        at = after + 1;
+    }
+    EXPECT_EQ(at, end);
 }
 
 TEST(CsvWriter, a_path_with_percent_signs_is_reported_as_it_is)

@@ -115,9 +115,13 @@ TEST(ProcessImage, the_current_range_of_the_detector_changes_no_pixel)
     ProcessImage pipeline;
     QByteArray frame = Frames::useful(6);
     const QImage before = pipeline.processImage(frame);
-    pipeline.setCurrentRange(1);
-    EXPECT_EQ(pipeline.getCurrentRange(), 1);
-    EXPECT_EQ(pipeline.processImage(frame), before);
+    const std::vector<double> currents = pipeline.lastFrame();
+    for (const int range : {1, 10, 50, 150}) {
+        pipeline.setCurrentRange(range);
+        EXPECT_EQ(pipeline.getCurrentRange(), range);
+        EXPECT_EQ(pipeline.processImage(frame), before) << range;
+        EXPECT_EQ(pipeline.lastFrame(), currents) << range;
+    }
 }
 
 TEST(ProcessImage, pictures_given_out_before_stay_as_they_are)

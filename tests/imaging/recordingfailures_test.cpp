@@ -1,13 +1,15 @@
 #include "log/logmanager.h"
 #include "tests/imaging/recording.h"
 #include "tests/support/debugoutput.h"
+#include "tests/support/limitedwriting.h"
 
 #include <gtest/gtest.h>
 
 #include <QDate>
 
 // Folders and files are made unusable in ways that hold for every user, the administrator included: a file
-// stands where a folder should be, a link leads to a device that is always full.
+// stands where a folder should be, a link leads to a device that is always full, the administrator's rights
+// are given up for a while.
 
 namespace {
 
@@ -105,14 +107,63 @@ TEST(RecordingFailures, a_full_disk_under_the_parameter_file_leaves_one_line)
 TEST(RecordingFailures, a_full_disk_under_the_video_leaves_one_line_however_many_frames)
 {
     Recording recording(3);
-    fillDisk(recording, "output_video.mp4");
+    const FileSizeLimit limit(0);
     const DebugOutput output;
     recording.pipeline.startSaving(false, false, true);
     recording.feed(3);
     EXPECT_EQ(recording.progress(), (QList<int>{1, 2, 3}));
     EXPECT_EQ(recording.pipeline.failedFiles(), 1);
     ASSERT_EQ(output.messages().size(), 1);
-    EXPECT_TRUE(output.contains("output_video.mp4"));
+    EXPECT_TRUE(output.contains("save/T/output_video.mp4"));
+    EXPECT_TRUE(output.contains("File too large"));
+}
+
+TEST(RecordingFailures, a_disk_that_fills_up_cuts_the_large_files_with_a_line_each)
+{
+    Recording recording(2);
+    recording.pipeline.setContrastRatio(1.0); // pictures with detail, which take some room
+    const DebugOutput output;
+    recording.pipeline.startSaving(true, true, true);
+    {
+        const FileSizeLimit limit(200'000);
+        recording.pipeline.writeParameterFile("Vss: 1 V\n");
+        recording.feed(2);
+    }
+    EXPECT_EQ(recording.progress(), (QList<int>{1, 2}));
+    EXPECT_EQ(recording.pipeline.failedFiles(), 2 * 3 + 1);
+    EXPECT_EQ(output.messages().size(), 2 * 3 + 1);
+    EXPECT_EQ(linesWith(output, "File too large"), 2 * 3 + 1);
+    EXPECT_EQ(linesWith(output, "output_video.mp4"), 1);
+    EXPECT_EQ(recording.folder.read("save/T/T_data1.csv").size(), 200'000);
+    EXPECT_EQ(recording.folder.read("save/T/SetParameterData.txt"), "Vss: 1 V\n");
+}
+
+TEST(RecordingFailures, a_read_only_folder_loses_every_file_with_a_line_each)
+{
+    Recording recording(1);
+    QDir(recording.folder.path()).mkdir("save/T");
+    const ReadOnlyFolder readOnly(recording.folder.filePath("save/T"));
+    const DebugOutput output;
+    recording.pipeline.startSaving(true, true, true);
+    recording.pipeline.writeParameterFile("text");
+    recording.feed(1);
+    EXPECT_EQ(recording.progress(), QList<int>{1});
+    EXPECT_EQ(recording.pipeline.failedFiles(), 5);
+    EXPECT_EQ(output.messages().size(), 5);
+    EXPECT_EQ(linesWith(output, "Permission denied"), 5);
+    EXPECT_TRUE(recording.files().isEmpty());
+}
+
+TEST(RecordingFailures, a_read_only_save_path_loses_every_file_with_a_line_each)
+{
+    Recording recording(1);
+    const ReadOnlyFolder readOnly(recording.folder.filePath("save"));
+    const DebugOutput output;
+    recording.pipeline.startSaving(true, true, false);
+    recording.feed(1);
+    EXPECT_EQ(recording.pipeline.failedFiles(), 3);
+    EXPECT_EQ(linesWith(output, "No such file or directory"), 3);
+    EXPECT_FALSE(QDir(recording.folder.filePath("save/T")).exists());
 }
 
 TEST(RecordingFailures, a_video_that_did_not_open_is_told_at_once_and_only_once)
@@ -141,6 +192,7 @@ TEST(RecordingFailures, a_video_torn_while_it_was_written_is_found_when_it_close
     EXPECT_EQ(recording.pipeline.failedFiles(), 1);
     ASSERT_EQ(output.messages().size(), 1);
     EXPECT_TRUE(output.contains("save/T/output_video.mp4"));
+    EXPECT_TRUE(output.contains("No such file or directory"));
 }
 
 TEST(RecordingFailures, a_frame_that_the_video_does_not_take_is_found_when_it_closes)

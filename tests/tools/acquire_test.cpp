@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QImage>
+#include <QMap>
 #include <QRegularExpression>
 
 TEST_F(Acquire, five_frames_are_printed_and_stored_as_pictures)
@@ -40,6 +41,30 @@ TEST_F(Acquire, all_three_forms_are_stored_whole_when_asked_for)
                            QStringLiteral("T_data_gray1.csv"), QStringLiteral("T_data_gray2.csv"),
                            QStringLiteral("T_pic1.png"), QStringLiteral("T_pic2.png"),
                            QStringLiteral("output_video.mp4")}));
+}
+
+TEST_F(Acquire, a_german_locale_changes_no_byte_of_any_file_nor_what_is_printed)
+{
+    detector("");
+    // Where the system can make the locale, the C library's numbers change too, otherwise Qt's alone.
+    QProcess::execute(QStringLiteral("localedef"),
+                      {QStringLiteral("-i"), QStringLiteral("de_DE"), QStringLiteral("-f"),
+                       QStringLiteral("UTF-8"), folder.filePath(QStringLiteral("de_DE.UTF-8"))});
+    QList<QMap<QString, QByteArray>> files;
+    for (const char *locale : {"C", "de_DE.UTF-8"}) {
+        environment.insert(QStringLiteral("LC_ALL"), QString::fromLatin1(locale));
+        environment.insert(QStringLiteral("LOCPATH"), folder.path());
+        runVirtual({QStringLiteral("--data"), QStringLiteral("--picture"), QStringLiteral("--video"),
+                    QStringLiteral("--test-pattern"), QStringLiteral("5")});
+        EXPECT_EQ(exitCode, 0) << qPrintable(errors);
+        EXPECT_TRUE(output.contains(QStringLiteral("min     0.0000 nA"))) << qPrintable(output);
+        files.emplace_back();
+        for (const QString &name : QDir(QStringLiteral("out/T")).entryList(QDir::Files))
+            files.last().insert(name, folder.read(QStringLiteral("out/T/") + name));
+        EXPECT_TRUE(QDir(QStringLiteral("out")).removeRecursively());
+    }
+    EXPECT_EQ(files[0].size(), 4);
+    EXPECT_TRUE(files[0] == files[1]);
 }
 
 TEST_F(Acquire, without_a_name_the_recording_is_named_by_the_time)

@@ -1,3 +1,4 @@
+#include "tests/support/limitedwriting.h"
 #include "tests/tools/acquirerun.h"
 
 #include <QDir>
@@ -73,6 +74,23 @@ TEST_F(Acquire, a_file_that_cannot_be_written_ends_the_run_with_an_error_after_a
     detector("");
     QDir().mkpath(QStringLiteral("out/T/T_pic2.png"));
     runVirtual({QStringLiteral("--frames"), QStringLiteral("3")});
-    expectFailure(QStringLiteral("1 files could not be written"));
+    expectFailure(QStringLiteral("1 file could not be written; the log tells which"));
     EXPECT_TRUE(output.contains(QStringLiteral("frame    3")));
+}
+
+TEST_F(Acquire, a_disk_that_fills_up_is_an_error_after_all_frames_and_the_log_names_each_file)
+{
+    detector("");
+    {
+        const FileSizeLimit limit(20'000); // the process that is started has it too
+        runVirtual({QStringLiteral("--frames"), QStringLiteral("2"), QStringLiteral("--data"),
+                    QStringLiteral("--picture")});
+    }
+    expectFailure(QStringLiteral("6 files could not be written; the log tells which"));
+    EXPECT_TRUE(output.contains(QStringLiteral("frame    2")));
+    const QStringList logs = QDir(QStringLiteral("Logs")).entryList(QDir::Files);
+    ASSERT_EQ(logs.size(), 1);
+    const QByteArray log = folder.read(QStringLiteral("Logs/") + logs[0]);
+    EXPECT_EQ(log.count("File too large"), 6);
+    EXPECT_EQ(log.count("out/T/"), 6);
 }

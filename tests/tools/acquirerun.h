@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <QProcess>
+#include <QProcessEnvironment>
 #include <QStringList>
 
 /// Runs qv1k-acquire in an empty working folder on the virtual detector.
@@ -20,6 +21,7 @@ protected:
     void run(const QStringList &arguments)
     {
         QProcess process;
+        process.setProcessEnvironment(environment);
         process.start(QStringLiteral(QV1K_ACQUIRE), arguments);
         ASSERT_TRUE(process.waitForFinished(120000)) << qPrintable(process.errorString());
         ASSERT_EQ(process.exitStatus(), QProcess::NormalExit);
@@ -45,6 +47,7 @@ protected:
     }
 
     WorkingFolder folder;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     int exitCode = -1;
     QString output;
     QString errors;

@@ -176,3 +176,30 @@ TEST(SetImage, a_large_picture_does_not_keep_the_view_from_shrinking)
     EXPECT_EQ(view.size(), QSize(204, 204));
     EXPECT_EQ(view.label()->size(), QSize(200, 200));
 }
+
+TEST(SetImage, a_view_that_changes_its_size_scales_the_picture_that_it_was_given)
+{
+    const QImage picture = noise({1024, 1024}, QImage::Format_Grayscale8);
+    View view({400, 400});
+    QImage image = picture;
+    view.setImage(image);
+    for (const int side : {700, 300, 1024, 400}) {
+        view.resize(side + 4, side + 4);
+        ASSERT_EQ(view.label()->size(), QSize(side, side));
+        const QImage shown = view.label()->pixmap(Qt::ReturnByValue).toImage();
+        const QImage expected = smoothlyScaled(picture, {side, side});
+        EXPECT_TRUE(shown == QPixmap::fromImage(expected).toImage()) << side;
+    }
+    EXPECT_EQ(image.size(), QSize(400, 400)) << "the caller's stays";
+}
+
+TEST(SetImage, a_cleared_view_stays_empty_when_it_changes_its_size)
+{
+    View view({400, 400});
+    QImage image = noise({64, 64}, QImage::Format_Grayscale8);
+    view.setImage(image);
+    image = {};
+    view.setImage(image);
+    view.resize(500, 500);
+    EXPECT_TRUE(view.label()->pixmap(Qt::ReturnByValue).isNull());
+}

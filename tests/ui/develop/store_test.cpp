@@ -122,6 +122,19 @@ TEST_F(DevelopStore, what_was_stored_is_overwritten_and_other_keys_are_left_alon
     EXPECT_EQ(dialog.settings.value(QStringLiteral("SavePath")).toString(), QStringLiteral("/data"));
 }
 
+TEST_F(DevelopStore, a_hand_edit_of_the_file_is_shown_and_not_written_over)
+{
+    dialog.settings.setValue(key(1), QStringLiteral("1"));
+    dialog.settings.sync();
+    dialog.folder.write(QStringLiteral("config.ini"), "[General]\nlineEdit_1=2.5\ncomboBox_ope=2\n");
+    dialog.open();
+    EXPECT_EQ(dialog.text(1), QStringLiteral("2.5"));
+    dialog.close();
+    dialog.settings.sync();
+    EXPECT_TRUE(dialog.folder.read(QStringLiteral("config.ini")).contains("lineEdit_1=2.5\n"));
+    EXPECT_EQ(dialog.settings.value(QStringLiteral("comboBox_ope")).toInt(), 2);
+}
+
 TEST_F(DevelopStore, the_mode_key_checks_the_matching_button)
 {
     dialog.settings.setValue(QStringLiteral("mode"), false);

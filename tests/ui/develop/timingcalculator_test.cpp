@@ -151,6 +151,8 @@ TEST(TimingCalculator, it_agrees_with_the_timing_sequence_of_the_current_ranges)
     QRandomGenerator random(2);
     for (int i = 0; i < 1000; ++i)
         times << random.bounded(498'000); // the frame period still fits
+    for (int i = 0; i < 1000; ++i)
+        times << anyInt(random); // it wraps
     for (const int time : times) {
         const QList<int> t = CurrentRange::timingSequence(time);
         const Results results = calculate({.frameHead = t.at(1),

@@ -162,6 +162,20 @@ TEST_F(MainWindowCalibration, unchecking_abandons_the_capture_and_keeps_the_fill
     EXPECT_TRUE(allEqual(pipeline().fullOffData, 0.0));
 }
 
+TEST_F(MainWindowCalibration, a_capture_pending_at_the_stop_takes_the_first_frame_of_the_next_acquisition)
+{
+    openCalibrating();
+    click("pushButton_full_off");
+    stop();
+    EXPECT_TRUE(pipeline().fullOffFlag);
+    EXPECT_TRUE(fullOff()->isChecked());
+    click("pushButton_sample");
+    showFrames(2, 4096 + 10486);
+    EXPECT_TRUE(allEqual(pipeline().fullOffData, 1.5061));
+    EXPECT_FALSE(fullOff()->isChecked());
+    EXPECT_EQ(text("label_calistate"), "Full Off Success");
+}
+
 TEST_F(MainWindowCalibration, the_progress_counts_frames_until_the_capture_is_whole)
 {
     open();

@@ -1,7 +1,6 @@
 #include "mainwindowtest.h"
 
 #include "ui/keepratiowidget.h"
-#include "ui/stylesheets.h"
 
 #include <QMetaMethod>
 #include <QScreen>
@@ -122,8 +121,6 @@ protected:
     {
         return qstrcmp(name, "mainwindow") == 0 ? window.get() : find<QWidget>(name);
     }
-
-    [[nodiscard]] QString style(const char *name) const { return find<QWidget>(name)->styleSheet(); }
 };
 
 TEST_F(MainWindowLayout, every_widget_has_its_name_text_and_icon_in_its_place)
@@ -214,34 +211,6 @@ TEST_F(MainWindowLayout, the_about_page_names_product_version_and_maker)
         styles += label->styleSheet();
     for (const char *colour : {"#4169E1", "#888888", "#555555"})
         EXPECT_TRUE(styles.contains(colour)) << colour;
-}
-
-TEST_F(MainWindowLayout, the_palette_is_that_of_the_maker)
-{
-    open();
-    EXPECT_EQ(window->styleSheet(), "font-family: 'Arial';");
-    EXPECT_EQ(style("pushButton_sample"), StyleSheets::playIdle);
-    EXPECT_EQ(style("battery_color"), StyleSheets::batteryFull);
-    const std::array<std::pair<const char *, QStringList>, 14> colours{{
-        {"centralwidget", {"#CCCCCC", "8px", "Arial"}},
-        {"widget_title", {"#896827", "#9A7741", "8px"}},
-        {"pushButton_close", {"red", "8px"}},
-        {"widget", {"rgb(240, 243, 246)"}},
-        {"widget_19", {"rgb(240, 243, 246)"}},
-        {"stackedWidget", {"rgba(247, 249, 252, 1)"}},
-        {"frame_orvane", {":/image/image_resource/Orvane.png", "2px 12px"}},
-        {"listWidget", {"#333333", "#DFDFDD", "#CC896827", "white"}},
-        {"comboBox_port", {"#8C6927", ":/image/image_resource/down_arrow.png"}},
-        {"pushButton_set", {"#896827", "#9A7741", "#d3d3d3", "#333333", "13px"}},
-        {"widget_14", {"9pt", "#DDDDDD", "#CCCCCC", "#8c6927", "qradialgradient", "#777777", "#666666"}},
-        {"widget_8", {"#CC896827", "#896827", "#d3d3d3", "#333333"}},
-        {"progressBar_cali", {"transparent", "#CC896827", "12px", "8px", "2px", "white"}},
-        {"widget_44", {"#444444", "13px", "14px", "checkbox.png", "checkbox-checked.png"}},
-    }};
-    for (const auto &[name, parts] : colours) {
-        for (const QString &part : parts)
-            EXPECT_TRUE(style(name).contains(part)) << name << " lacks " << qPrintable(part);
-    }
 }
 
 TEST_F(MainWindowLayout, the_slots_stand_in_the_order_of_their_table)

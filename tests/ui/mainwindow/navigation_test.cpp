@@ -50,3 +50,20 @@ TEST_F(MainWindowNavigation, the_list_switches_pages_and_marks_the_chosen_one_by
         }
     }
 }
+
+TEST_F(MainWindowNavigation, a_press_beside_the_items_leaves_the_page_marked)
+{
+    open();
+    auto *list = find<QListWidget>("listWidget");
+    list->setCurrentRow(2);
+    const QRect last = list->visualItemRect(list->item(4));
+    for (const QPoint beside :
+         {last.center() + QPoint(0, 2 * last.height()), last.bottomLeft() + QPoint(30, 2)}) {
+        ASSERT_EQ(list->itemAt(beside), nullptr);
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, beside);
+        EXPECT_TRUE(list->item(2)->isSelected());
+        EXPECT_EQ(list->currentRow(), 2);
+        EXPECT_TRUE(itemHasIcon(2, "calibration_2.png"));
+        EXPECT_EQ(find<QStackedWidget>("stackedWidget")->currentWidget()->objectName(), "page");
+    }
+}

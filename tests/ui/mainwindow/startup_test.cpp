@@ -4,6 +4,10 @@
 #include "log/logmanager.h"
 #include "ui/lightpalette.h"
 
+#include <QFileDialog>
+#include <QListView>
+#include <QToolTip>
+
 class MainWindowStartup : public MainWindowTest
 {
 };
@@ -17,6 +21,23 @@ TEST_F(MainWindowStartup, the_window_makes_log_and_link_and_ends_both)
     EXPECT_EQ(LogManager::instance(), nullptr);
     EXPECT_EQ(PortManager::instance(), nullptr);
     EXPECT_TRUE(log.contains(QStringLiteral("串口销毁"))) << qPrintable(log);
+}
+
+TEST_F(MainWindowStartup, the_log_of_a_run_begins_with_a_stamped_line_and_ends_with_the_rest_run_together)
+{
+    openSampling();
+    showFrames(1);
+    stop();
+    const QStringList lines = finalLog().split(u'\n');
+    const QString stamp = QStringLiteral("\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d   >>   ");
+    const QRegularExpression first(QStringLiteral("^%1日志线程开启$").arg(stamp));
+    EXPECT_TRUE(first.match(lines.first()).hasMatch()) << qPrintable(lines.first());
+    // What still waited at the end has neither stamp nor line feed of its own.
+    const QRegularExpression last(
+        QStringLiteral("^\\D.*串口销毁串口接收线程结束串口关闭%1日志线程结束$").arg(stamp));
+    ASSERT_GE(lines.size(), 3);
+    EXPECT_TRUE(lines.last().isEmpty()) << "a line feed ends the file";
+    EXPECT_TRUE(last.match(lines.at(lines.size() - 2)).hasMatch()) << qPrintable(lines.join(u'|'));
 }
 
 TEST_F(MainWindowStartup, the_port_list_holds_every_detector_in_the_order_of_the_driver)
@@ -57,6 +78,9 @@ TEST_F(MainWindowStartup, without_a_driver_library_the_window_says_why_and_finds
     EXPECT_TRUE(said.contains("libmissing.so")) << qPrintable(said);
     click("pushButton_Connect");
     EXPECT_EQ(boxes->last().text, "Device not found");
+    click("pushButton_sample");
+    EXPECT_EQ(boxes->last().text, "No Devices Connected");
+    EXPECT_TRUE(looksIdle());
 }
 
 TEST_F(MainWindowStartup, the_virtual_detector_is_used_only_when_it_is_named)
@@ -90,7 +114,56 @@ TEST_F(MainWindowStartup, a_dark_desktop_still_shows_a_light_window_and_light_di
     EXPECT_GT(lightness("page_1", {4, 300}), 230);
     EXPECT_GT(lightness("textEdit", {20, 100}), 230);
     EXPECT_GT(lightness("comboBox_port", {20, 8}), 230);
-    const QDialog dialog(window.get());
-    EXPECT_GT(dialog.palette().color(QPalette::Window).lightness(), 230);
-    EXPECT_LT(dialog.palette().color(QPalette::WindowText).lightness(), 100);
+}
+
+TEST_F(MainWindowStartup, a_dark_desktop_still_shows_light_boxes_choosers_lists_and_tool_tips)
+{
+    QApplication::setPalette(QPalette(QColor(40, 40, 40)));
+    LightPalette::apply(*qApp);
+    open();
+    const QMessageBox box(QMessageBox::Critical, "Error", "Device not found", QMessageBox::Ok, window.get());
+    const QFileDialog chooser(window.get());
+    const auto *names = chooser.findChild<QListView *>("listView");
+    for (const QWidget *widget : {static_cast<const QWidget *>(&box), static_cast<const QWidget *>(&chooser),
+                                  static_cast<const QWidget *>(names)}) {
+        EXPECT_GT(widget->palette().color(QPalette::Window).lightness(), 230)
+            << widget->metaObject()->className();
+        EXPECT_GT(widget->palette().color(QPalette::Base).lightness(), 230)
+            << widget->metaObject()->className();
+        EXPECT_LT(widget->palette().color(QPalette::Text).lightness(), 100)
+            << widget->metaObject()->className();
+    }
+    EXPECT_GT(QToolTip::palette().color(QPalette::ToolTipBase).lightness(), 230);
+    EXPECT_LT(QToolTip::palette().color(QPalette::ToolTipText).lightness(), 100);
+
+    auto *ports = find<QComboBox>("comboBox_port");
+    ports->addItem("another");
+    ports->showPopup();
+    const QAbstractItemView *list = ports->view();
+    ASSERT_TRUE(list->isVisible());
+    const QImage popup = list->viewport()->grab().toImage();
+    EXPECT_GT(popup.pixelColor(popup.width() - 5, list->visualRect(list->model()->index(1, 0)).center().y())
+                  .lightness(),
+              230);
+    ports->hidePopup();
+}
+
+TEST_F(MainWindowStartup, boxes_have_plain_buttons_and_lists_drop_down_below_their_box)
+{
+    LightPalette::apply(*qApp);
+    open();
+    QMessageBox box(QMessageBox::Question, "Warning", "Sure?", QMessageBox::Yes | QMessageBox::No,
+                    window.get());
+    for (const QAbstractButton *choice : box.buttons())
+        EXPECT_TRUE(choice->icon().isNull()) << qPrintable(choice->text());
+
+    for (const char *name : {"comboBox_port", "comboBox_saveframes"}) {
+        auto *list = find<QComboBox>(name);
+        goTo(list);
+        list->showPopup();
+        EXPECT_GE(list->view()->mapToGlobal(QPoint()).y(),
+                  list->mapToGlobal(QPoint(0, list->height() - 4)).y())
+            << name;
+        list->hidePopup();
+    }
 }

@@ -57,6 +57,26 @@ TEST_F(MainWindowTitleBar, the_maximise_icon_follows_a_window_that_was_maximised
     EXPECT_TRUE(hasIcon(button("pushButton_maxsize"), "Maximize-1.png"));
 }
 
+TEST_F(MainWindowTitleBar, a_maximised_window_has_square_corners_and_a_restored_one_round_ones)
+{
+    open();
+    window->setAttribute(Qt::WA_TranslucentBackground);
+    const auto coveredCorners = [this] {
+        const QImage shown = window->grab().toImage();
+        const int right = shown.width() - 1;
+        const int bottom = shown.height() - 1;
+        int covered = 0;
+        for (const QPoint corner : {QPoint(0, 0), QPoint(right, 0), QPoint(0, bottom), QPoint(right, bottom)})
+            covered += shown.pixelColor(corner).alpha() == 255 ? 1 : 0;
+        return covered;
+    };
+    EXPECT_EQ(coveredCorners(), 0);
+    window->showMaximized();
+    EXPECT_EQ(coveredCorners(), 4);
+    window->showNormal();
+    EXPECT_EQ(coveredCorners(), 0);
+}
+
 TEST_F(MainWindowTitleBar, the_minimise_button_minimises)
 {
     open();

@@ -1,0 +1,120 @@
+#include "log/logmanager.h"
+#include "tests/support/workingfolder.h"
+
+#include <gtest/gtest.h>
+
+#include <QDate>
+#include <QDir>
+#include <QFileInfo>
+#include <QTest>
+
+#include <atomic>
+
+#include <sys/syscall.h>
+#include <sys/time.h>
+#include <unistd.h>
+
+namespace {
+
+std::atomic<int> daysAhead = 0;
+
+} // namespace
+
+// Stands in for the system's clock, so that a test can turn the calendar.
+extern "C" int gettimeofday(timeval *now, void *) noexcept
+{
+    timespec time = {};
+    syscall(SYS_clock_gettime, CLOCK_REALTIME, &time);
+    now->tv_sec = time.tv_sec + daysAhead * 86400L;
+    now->tv_usec = time.tv_nsec / 1000;
+    return 0;
+}
+
+namespace {
+
+class LogCalendar : public testing::Test
+{
+protected:
+    ~LogCalendar() override
+    {
+        LogManager::destroyInstance();
+        daysAhead = 0;
+    }
+
+    static QString nameOf(QDate day)
+    {
+        return QStringLiteral("Logs/Log%1.txt").arg(day.toString(QStringLiteral("yyyyMMdd")));
+    }
+
+    void waitForMessage(const QString &file, const QString &message)
+    {
+        LogManager::instance()->writeLog(message);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return content(file).contains(message); }, 10000));
+    }
+
+    [[nodiscard]] QString content(const QString &file) const
+    {
+        return QString::fromUtf8(m_folder.read(file));
+    }
+
+    /// A file in the log's folder, made now.
+    [[nodiscard]] QFileInfo makeFile() const
+    {
+        QDir().mkdir(QStringLiteral("Logs"));
+        m_folder.write(QStringLiteral("Logs/other.txt"), "kept");
+        QFileInfo file(m_folder.filePath(QStringLiteral("Logs/other.txt")));
+        file.setCaching(false);
+        return file;
+    }
+
+    /// Starts the log so many days from now.
+    static void startIn(int days)
+    {
+        daysAhead = days;
+        LogManager::createInstance();
+    }
+
+    WorkingFolder m_folder;
+};
+
+} // namespace
+
+TEST_F(LogCalendar, a_run_past_midnight_stays_in_the_file_of_its_first_day_and_stamps_the_new_date)
+{
+    const QDate first = QDate::currentDate();
+    const QString file = nameOf(first);
+    LogManager::createInstance();
+    waitForMessage(file, QStringLiteral("before midnight"));
+    daysAhead = 1;
+    ASSERT_EQ(QDate::currentDate(), first.addDays(1)) << "the calendar does not turn";
+    waitForMessage(file, QStringLiteral("after midnight"));
+    LogManager::destroyInstance();
+
+    const QString stamp = first.addDays(1).toString(QStringLiteral("yyyy-MM-dd "));
+    EXPECT_TRUE(content(file).split(u'\n').at(2).startsWith(stamp)) << qPrintable(content(file));
+    EXPECT_EQ(content(file).count(stamp), 2) << "the message and the closing line";
+    EXPECT_FALSE(QFileInfo::exists(m_folder.filePath(nameOf(first.addDays(1)))));
+}
+
+TEST_F(LogCalendar, a_file_made_ten_days_ago_stays)
+{
+    const QFileInfo file = makeFile();
+    startIn(10);
+    EXPECT_TRUE(file.exists());
+}
+
+TEST_F(LogCalendar, a_file_made_three_days_from_now_stays)
+{
+    const QFileInfo file = makeFile();
+    startIn(-3);
+    EXPECT_TRUE(file.exists());
+}
+
+TEST_F(LogCalendar, a_file_made_four_days_from_now_is_removed)
+{
+    const QFileInfo file = makeFile();
+    // Where the file system does not tell when a file was made, it stays.
+    const bool known = file.fileTime(QFileDevice::FileBirthTime).isValid();
+    startIn(-4);
+    EXPECT_EQ(file.exists(), !known);
+}

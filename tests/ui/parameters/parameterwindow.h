@@ -1,0 +1,108 @@
+#pragma once
+
+#include "device/commandframes.h"
+#include "device/portmanager.h"
+#include "device/readback.h"
+#include "tests/ui/mainwindow/virtualwindow.h"
+#include "ui/developwindow.h"
+
+#include <QDoubleSpinBox>
+#include <QRadioButton>
+#include <QSettings>
+
+#include <functional>
+
+/// The real window on the virtual detector, with its engineering dialog within reach.
+class ParameterWindow : public MainWindowOnVirtualDetector
+{
+protected:
+    void openConnected(const QByteArray &detector = {}, const QByteArray &config = {})
+    {
+        open(detector, "DebugMode=true\n" + config);
+        click("pushButton_Connect");
+        ASSERT_EQ(button("pushButton_Connect")->text(), "Disconnect");
+    }
+
+    /// Chooses a current range and downloads it.
+    void download(const char *range)
+    {
+        click(range);
+        click("pushButton_set");
+    }
+
+    /// What the detector holds as hexadecimal text: mode, ADC word, voltages, timing.
+    struct Held
+    {
+        QByteArray mode;
+        QByteArray adc;
+        QByteArray voltages;
+        QByteArray timing;
+    };
+    static Held held()
+    {
+        PortManager *link = PortManager::instance();
+        link->write(CommandFrame::parameterReadback());
+        const QByteArray reply = link->wait_for_read(5000, Readback::parameterBytes);
+        EXPECT_EQ(reply.size(), 2 * Readback::parameterBytes) << reply.constData();
+        return {reply.mid(0, 2), reply.mid(2, 4), reply.mid(6, 64), reply.mid(70, 144)};
+    }
+
+    /// What config.ini says of a key.
+    [[nodiscard]] QString stored(const QString &key) const
+    {
+        return QSettings(folder.filePath("config.ini"), QSettings::IniFormat).value(key).toString();
+    }
+    [[nodiscard]] QString stored(int field) const { return stored(QStringLiteral("lineEdit_%1").arg(field)); }
+
+    /// Opens the engineering dialog by its button, does something in it and closes it.
+    void inDialog(const std::function<void(developwindow &)> &work)
+    {
+        bool opened = false;
+        boxes.onDialog = [&](QDialog *dialog) {
+            opened = true;
+            work(*qobject_cast<developwindow *>(dialog));
+            dialog->reject();
+        };
+        click("pushButton_develop");
+        boxes.onDialog = {};
+        EXPECT_TRUE(opened);
+    }
+
+    static void press(const developwindow &dialog, const char *name)
+    {
+        QTest::mouseClick(getChild<QAbstractButton>(dialog, name), Qt::LeftButton, {}, QPoint(8, 8));
+    }
+    static QLineEdit *field(const developwindow &dialog, int number)
+    {
+        return getChild<QLineEdit>(dialog, qPrintable(QStringLiteral("lineEdit_%1").arg(number)));
+    }
+    /// Types over what is in the fields from `first` on.
+    static void type(const developwindow &dialog, int first, const QStringList &texts)
+    {
+        for (const QString &text : texts) {
+            QLineEdit *edit = field(dialog, first++);
+            edit->selectAll();
+            QTest::keyClicks(edit, text);
+        }
+    }
+    static QStringList shown(const developwindow &dialog, int first, int count)
+    {
+        QStringList texts;
+        for (int number = first; number < first + count; ++number)
+            texts << field(dialog, number)->text();
+        return texts;
+    }
+    static void choose(const developwindow &dialog, const std::array<int, 4> &indexes)
+    {
+        std::size_t i = 0;
+        for (const char *name : {"comboBox_ope", "comboBox_data", "comboBox_mode", "comboBox_pcrange"})
+            getChild<QComboBox>(dialog, name)->setCurrentIndex(indexes[i++]);
+    }
+    static QStringList chosen(const developwindow &dialog)
+    {
+        QStringList texts;
+        for (const char *name : {"comboBox_ope", "comboBox_data", "comboBox_mode", "comboBox_pcrange"})
+            texts << getChild<QComboBox>(dialog, name)->currentText();
+        return texts;
+    }
+};

@@ -1,0 +1,34 @@
+#include "ui/parameterexchange.h"
+
+#include "device/commandframes.h"
+#include "device/portmanager.h"
+#include "ui/waitcursor.h"
+
+namespace {
+
+constexpr int commandTimeoutMs = 2000;
+constexpr int readBackTimeoutMs = 5000;
+
+QByteArray exchange(const QByteArray &frame, int timeoutMs, int bytes)
+{
+    const WaitCursor cursor;
+    PortManager *link = PortManager::instance();
+    link->write(frame);
+    return link->wait_for_read(timeoutMs, bytes);
+}
+
+} // namespace
+
+namespace ParameterExchange {
+
+QByteArray command(const QByteArray &frame)
+{
+    return exchange(frame, commandTimeoutMs, AckFrame::commandBytes);
+}
+
+QByteArray readBack(const QByteArray &frame, int bytes)
+{
+    return exchange(frame, readBackTimeoutMs, bytes);
+}
+
+} // namespace ParameterExchange
