@@ -117,7 +117,7 @@ TEST_F(MainWindowHotPlug, a_stop_that_arrives_after_the_removal_changes_nothing_
     QElapsedTimer blocked;
     blocked.start();
     window->handleStop();
-    EXPECT_LT(blocked.elapsed(), 400);
+    EXPECT_LT(blocked.elapsed(), 3000); // the wait for the echo of a halt would take 3.5 s
     EXPECT_TRUE(detector.link.written().isEmpty());
     EXPECT_FALSE(statusTimer().isActive());
     EXPECT_TRUE(looksIdle());
