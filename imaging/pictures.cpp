@@ -8,6 +8,7 @@
 #include <opencv2/core.hpp>
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/videoio.hpp>
+#include <opencv2/videoio/registry.hpp>
 
 namespace {
 
@@ -16,6 +17,13 @@ constexpr double framesPerSecond = 0.5;
 QString problem(const QString &what, const QString &path, const QString &reason)
 {
     return QStringLiteral("%1：%2（%3）").arg(what, path, reason);
+}
+
+/// FFmpeg where OpenCV has it. Left to choose, OpenCV goes on to GStreamer when a file cannot be opened,
+/// which loads every plug-in there is into the program and has one of them look at all USB devices.
+int videoLibrary()
+{
+    return cv::videoio_registry::hasBackend(cv::CAP_FFMPEG) ? cv::CAP_FFMPEG : cv::CAP_ANY;
 }
 
 /// The picture's rows of 8-bit samples, seen in place.
@@ -60,8 +68,8 @@ QString Pictures::savePng(const QString &path, const QImage &image)
 
 std::unique_ptr<cv::VideoWriter> Pictures::openVideo(const QString &path)
 {
-    return std::make_unique<cv::VideoWriter>(path.toStdString(), cv::VideoWriter::fourcc('m', 'p', '4', 'v'),
-                                             framesPerSecond,
+    return std::make_unique<cv::VideoWriter>(path.toStdString(), videoLibrary(),
+                                             cv::VideoWriter::fourcc('m', 'p', '4', 'v'), framesPerSecond,
                                              cv::Size(PixelKernel::imageSide, PixelKernel::imageSide), true);
 }
 
@@ -94,7 +102,7 @@ QString Pictures::videoNotOpened(const QString &path)
 
 QString Pictures::checkVideo(const QString &path, int frames)
 {
-    cv::VideoCapture video(path.toStdString());
+    cv::VideoCapture video(path.toStdString(), videoLibrary());
     const int found = video.isOpened() ? int(video.get(cv::CAP_PROP_FRAME_COUNT)) : 0;
     if (found == frames)
         return {};
