@@ -45,7 +45,7 @@ start_program
 connect 1
 click 75 178
 click 345 152
-click 323 390
+click 323 397
 wait_for focused Info
 wait_for answered FFBB01100DEB 1
 wait_for answered FFBB01010DEB 1

@@ -12,7 +12,7 @@ cd "$folder"
 pids=()
 tidy() {
     local status=$?
-    [ "$status" -eq 0 ] || { echo "failed: ${step:-start}"; import -window root "$shots/failed.png" || true; cat program.log; }
+    [ "$status" -eq 0 ] || { echo "failed: ${step:-start}"; import -window root "$shots/failed.png" || true; tail -n 40 ./*.log; }
     kill "${pids[@]}" 2>/dev/null || true
     wait 2>/dev/null || true
     rm -rf "$folder"
@@ -34,7 +34,8 @@ wait_for() {
 
 unset WAYLAND_DISPLAY QT_STYLE_OVERRIDE
 export QT_QPA_PLATFORM=xcb XDG_RUNTIME_DIR=$folder
-Xvfb -displayfd 3 -screen 0 1600x1000x24 -nolisten tcp 3>display >xvfb.log 2>&1 &
+# Without -noreset the server starts anew when its last client leaves, and a window manager just coming would be lost.
+Xvfb -displayfd 3 -screen 0 1600x1000x24 -nolisten tcp -noreset 3>display >xvfb.log 2>&1 &
 pids+=($!)
 wait_for test -s display
 DISPLAY=:$(cat display)
