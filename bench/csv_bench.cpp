@@ -1,5 +1,5 @@
-#include "bench/benchframes.h"
 #include "imaging/csvwriter.h"
+#include "tests/imaging/frames.h"
 #include "tests/imaging/straightforward/straightforward.h"
 
 #include <benchmark/benchmark.h>
@@ -11,7 +11,7 @@ namespace {
 std::vector<double> currents()
 {
     Straightforward::Pipeline pipeline;
-    (void)pipeline.processImage(benchFrame(1));
+    (void)pipeline.processImage(Frames::useful(1));
     return pipeline.lastFrameData;
 }
 

@@ -1,5 +1,5 @@
-#include "bench/benchframes.h"
 #include "imaging/processimage.h"
+#include "tests/imaging/frames.h"
 #include "tests/imaging/straightforward/straightforward.h"
 
 #include <benchmark/benchmark.h>
@@ -12,16 +12,17 @@ void frameStraightforward(benchmark::State &state)
 {
     Straightforward::Pipeline pipeline;
     pipeline.contrastRatio = 1.0;
-    const QByteArray frame = benchFrame(1);
+    const QByteArray frame = Frames::useful(1);
     for (auto _ : state)
         benchmark::DoNotOptimize(pipeline.processImage(frame));
 }
 
-void frameOurs(benchmark::State &state)
+void frameOurs(benchmark::State &state, bool calibrated)
 {
     ProcessImage pipeline;
     pipeline.setContrastRatio(1.0);
-    QByteArray frame = benchFrame(1);
+    pipeline.caliEnabled = calibrated;
+    QByteArray frame = Frames::useful(1);
     for (auto _ : state)
         benchmark::DoNotOptimize(pipeline.processImage(frame));
 }
@@ -29,7 +30,7 @@ void frameOurs(benchmark::State &state)
 /// The bytes that go in and those that come out: 4 MiB are read and 13 MiB are written.
 void frameCopy(benchmark::State &state)
 {
-    const QByteArray frame = benchFrame(1);
+    const QByteArray frame = Frames::useful(1);
     const auto size = size_t(frame.size());
     std::vector<char> out(3 * size + size / 4);
     for (auto _ : state) {
@@ -41,7 +42,8 @@ void frameCopy(benchmark::State &state)
 }
 
 BENCHMARK(frameStraightforward)->Name("frame/straightforward")->Unit(benchmark::kMillisecond);
-BENCHMARK(frameOurs)->Name("frame/qv1k")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(frameOurs, plain, false)->Name("frame/qv1k")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(frameOurs, calibrated, true)->Name("frame/calibrated")->Unit(benchmark::kMillisecond);
 BENCHMARK(frameCopy)->Name("frame/copy")->Unit(benchmark::kMillisecond);
 
 } // namespace

@@ -1,5 +1,5 @@
-#include "bench/benchframes.h"
 #include "imaging/processimage.h"
+#include "tests/imaging/frames.h"
 #include "tests/imaging/straightforward/straightforward.h"
 
 #include <benchmark/benchmark.h>
@@ -20,7 +20,7 @@ void recordStraightforward(benchmark::State &state)
     const QTemporaryDir folder;
     Straightforward::Pipeline pipeline;
     pipeline.contrastRatio = 1.0;
-    const QImage image = pipeline.processImage(benchFrame(1));
+    const QImage image = pipeline.processImage(Frames::useful(1));
     cv::VideoWriter video(folder.filePath("output_video.mp4").toStdString(),
                           cv::VideoWriter::fourcc('m', 'p', '4', 'v'), 0.5, cv::Size(1024, 1024), true);
     int n = 0;
@@ -41,7 +41,7 @@ void recordOurs(benchmark::State &state)
     pipeline.setLogPath(folder.path());
     pipeline.setTimeStamp(QStringLiteral("T"));
     pipeline.setSaveFrameTotal(framesKept);
-    QByteArray frame = benchFrame(1);
+    QByteArray frame = Frames::useful(1);
     const QImage image = pipeline.processImage(frame);
     for (auto _ : state) {
         if (!pipeline.isSaving()) {

@@ -45,7 +45,6 @@ void longestStall(benchmark::State &state)
     stream.showFrames(2);
     stream.pipeline().setSaveFrameTotal(frames);
     stream.pipeline().setTimeStamp(QStringLiteral("T"));
-    stream.pipeline().startSaving(true, true, true);
 
     QElapsedTimer sinceTick;
     qint64 longest = 0;
@@ -54,6 +53,7 @@ void longestStall(benchmark::State &state)
                      [&] { longest = std::max(longest, sinceTick.restart()); });
     sinceTick.start();
     tick.start(1);
+    stream.pipeline().startSaving(true, true, true);
     for (auto _ : state)
         stream.showFrames(frames);
     state.counters["longest_stall_ms"] = double(longest);

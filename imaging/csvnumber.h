@@ -1,7 +1,7 @@
 #pragma once
 
 /// Numbers as a QTextStream writes them by default: a double with up to six significant digits in smart
-/// notation, exact halves away from zero. In no locale but "C".
+/// notation, exact halves away from zero; the machine's locale does not matter.
 namespace CsvNumber {
 
 inline constexpr int maxChars = 16; ///< room that append() needs, also for a short number

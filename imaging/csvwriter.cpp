@@ -6,6 +6,7 @@
 
 #include <opencv2/core.hpp>
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 

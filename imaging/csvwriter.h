@@ -8,8 +8,8 @@
 /// Writes one number a pixel as text: lines of 1024 values, "," between them, "\n" after each line. The same
 /// bytes that a QTextStream with its default settings would write.
 ///
-/// Formats on OpenCV's workers into a buffer that is kept (16 MiB at most; only what the text takes is
-/// touched). Blocks for the disk. One thread at a time.
+/// Formats on OpenCV's workers, or on the calling thread alone when that is one of them, into a buffer that
+/// is kept (16 MiB at most; only what the text takes is touched). Blocks for the disk. One thread at a time.
 class CsvWriter
 {
 public:

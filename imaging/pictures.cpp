@@ -10,6 +10,9 @@
 #include <opencv2/videoio.hpp>
 #include <opencv2/videoio/registry.hpp>
 
+#include <array>
+#include <vector>
+
 namespace {
 
 constexpr double framesPerSecond = 0.5;
@@ -17,13 +20,6 @@ constexpr double framesPerSecond = 0.5;
 QString problem(const QString &what, const QString &path, const QString &reason)
 {
     return QStringLiteral("%1：%2（%3）").arg(what, path, reason);
-}
-
-/// FFmpeg where OpenCV has it. Left to choose, OpenCV goes on to GStreamer when a file cannot be opened,
-/// which loads every plug-in there is into the program and has one of them look at all USB devices.
-int videoLibrary()
-{
-    return cv::videoio_registry::hasBackend(cv::CAP_FFMPEG) ? cv::CAP_FFMPEG : cv::CAP_ANY;
 }
 
 /// The picture's rows of 8-bit samples, seen in place.
@@ -56,14 +52,21 @@ QString writingProblem(const QString &path)
 
 QString Pictures::savePng(const QString &path, const QImage &image)
 {
-    // OpenCV's encoder takes a fifth of the time of Qt's on a noisy picture, whose search for repetitions
-    // finds next to none: with Qt's a recording of all three forms would stall the window for whole frames.
+    // OpenCV's encoder takes less than a tenth of the time of Qt's on a detector's noisy picture, in which a
+    // search for repetitions finds few: with Qt's a recording would stall the window for whole frames.
     std::vector<uchar> bytes;
     if (image.isNull() || !cv::imencode(".png", samples(image), bytes))
         return problem(QStringLiteral("图片保存失败"), path, QStringLiteral("the picture cannot be encoded"));
     OutputFile file(path);
     file.write(QByteArrayView(bytes.data(), qsizetype(bytes.size())));
     return file.finish();
+}
+
+int Pictures::videoLibrary()
+{
+    // Left to choose, OpenCV goes on to GStreamer when a file cannot be opened, which loads every plug-in
+    // there is into the program and has one of them look at all USB devices.
+    return cv::videoio_registry::hasBackend(cv::CAP_FFMPEG) ? cv::CAP_FFMPEG : cv::CAP_ANY;
 }
 
 std::unique_ptr<cv::VideoWriter> Pictures::openVideo(const QString &path)

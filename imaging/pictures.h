@@ -17,6 +17,9 @@ namespace Pictures {
 /// Saves a PNG file of 8-bit grey samples; read back it is the picture, as from QImage::save().
 [[nodiscard]] QString savePng(const QString &path, const QImage &image);
 
+/// What OpenCV is to read and write videos with: FFmpeg where it has it, otherwise its own choice.
+[[nodiscard]] int videoLibrary();
+
 /// Opens a video of 1024 x 1024 colour frames, 0.5 a second. When that fails the writer is not open.
 [[nodiscard]] std::unique_ptr<cv::VideoWriter> openVideo(const QString &path);
 

@@ -71,19 +71,20 @@ void ProcessImage::storeFrame(const QImage &image)
     // Between frames the frame that was processed last stands in lastFrameData.
     const std::vector<double> &currents = lastFrameData.empty() ? frameData : lastFrameData;
 
-    std::vector<FileJob> jobs; // the longest first
+    std::vector<FileJob> jobs;
     if (savePictureFlag)
         jobs.emplace_back([&] { return Pictures::savePng(stem + "_pic" + number + ".png", image); });
-    if (saveVideoFlag && videoWriter)
+    if (saveVideoFlag && videoWriter) {
+        videoFrames += 1;
         jobs.emplace_back([&] {
             Pictures::appendToVideo(*videoWriter, image);
             return QString();
         });
+    }
     if (saveDataFlag) {
         jobs.emplace_back([&] { return dataCsv->write(stem + "_data" + number + ".csv", currents); });
         jobs.emplace_back([&] { return grayCsv->write(stem + "_data_gray" + number + ".csv", grayData); });
     }
-    videoFrames += 1;
     for (const QString &failure : runJobs(jobs))
         countFailure(failure);
 }

@@ -1,5 +1,7 @@
 #include "tools/recordingcheck.h"
 
+#include "imaging/pictures.h"
+
 #include <QDir>
 #include <QFile>
 #include <QImage>
@@ -49,7 +51,7 @@ QString checkPicture(const QString &path)
 
 QString checkVideo(const QString &path, int frames)
 {
-    cv::VideoCapture video(path.toStdString());
+    cv::VideoCapture video(path.toStdString(), Pictures::videoLibrary());
     if (!video.isOpened())
         return QStringLiteral("%1 is missing or unreadable").arg(path);
     int count = 0;

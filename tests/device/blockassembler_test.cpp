@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <utility>
 
 namespace {
 
@@ -53,6 +54,24 @@ TEST(BlockAssembler, a_taken_frame_holds_everything_and_the_next_begins_empty_wi
         EXPECT_EQ(frame.at((block - 1) * blockSize), char(block));
     EXPECT_EQ(assembler.nextRequest(), 0);
     EXPECT_FALSE(assembler.boundaryReached());
+}
+
+TEST(BlockAssembler, blocks_arrive_in_the_place_from_which_the_frame_is_handed_out)
+{
+    BlockAssembler assembler;
+    assembler.restart();
+    QByteArray next;
+    next.reserve(frameSize + blockSize);
+    const char *place = assembler.reserve(0);
+    for (int frame = 1; frame <= 2; ++frame) {
+        for (int block = 0; block < blocksPerFrame; ++block) {
+            EXPECT_EQ(assembler.reserve(blockSize), place + block * blockSize);
+            assembler.keep(blockSize);
+        }
+        const char *nextPlace = next.constData();
+        EXPECT_EQ(assembler.takeFrame(std::move(next)).constData(), place);
+        place = nextPlace;
+    }
 }
 
 TEST(BlockAssembler, a_restart_forgets_the_partial_frame)

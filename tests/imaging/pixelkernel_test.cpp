@@ -4,12 +4,13 @@
 
 #include <gtest/gtest.h>
 
-#include <QString>
+#include <QFile>
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
+#include <iterator>
 #include <limits>
-#include <string>
 
 namespace {
 
@@ -99,6 +100,26 @@ TEST(PixelKernel, the_portable_variant_comes_first_and_is_always_there)
 {
     ASSERT_FALSE(PixelKernel::variants().empty());
     EXPECT_STREQ(PixelKernel::variants().front().name, "portable");
+}
+
+TEST(PixelKernel, each_instruction_set_of_this_processor_has_its_variant)
+{
+    QFile file("/proc/cpuinfo");
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArrayList words = file.readAll().simplified().split(' ');
+    const auto has = [&](std::initializer_list<const char *> flags) {
+        return std::ranges::all_of(flags, [&](const char *flag) { return words.contains(flag); });
+    };
+    QByteArrayList expected{"portable"};
+    if (has({"avx2"}))
+        expected << "avx2";
+    if (has({"avx512f", "avx512bw", "avx512dq", "avx512vl"}))
+        expected << "avx512";
+
+    QByteArrayList names;
+    for (const PixelKernel::Variant &variant : PixelKernel::variants())
+        names << variant.name;
+    EXPECT_EQ(names, expected);
 }
 
 TEST(PixelKernel, every_count_up_to_two_to_the_21_decodes_like_its_text)

@@ -85,6 +85,27 @@ TEST(Recording, the_data_files_are_those_of_a_text_stream_to_the_byte)
     }
 }
 
+TEST(Recording, the_number_of_threads_changes_no_byte)
+{
+    const int before = cv::getNumThreads();
+    QList<QByteArrayList> recorded;
+    for (const int threads : {1, 2, 7}) {
+        cv::setNumThreads(threads);
+        Recording recording(2);
+        recording.pipeline.setContrastRatio(1.0);
+        recording.pipeline.startSaving(true, true, true);
+        recording.feed(2);
+        QByteArrayList contents;
+        for (const QString &file : recording.files())
+            contents << file.toUtf8() + recording.folder.read("save/T/" + file);
+        EXPECT_EQ(contents.size(), 2 * 3 + 1);
+        recorded << contents;
+    }
+    cv::setNumThreads(before);
+    EXPECT_TRUE(recorded[1] == recorded[0]);
+    EXPECT_TRUE(recorded[2] == recorded[0]);
+}
+
 TEST(Recording, values_of_every_size_stand_in_the_data_file)
 {
     Recording recording;
