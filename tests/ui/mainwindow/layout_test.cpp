@@ -121,6 +121,16 @@ protected:
     {
         return qstrcmp(name, "mainwindow") == 0 ? window.get() : find<QWidget>(name);
     }
+
+    /// As on a machine on which the window's own font is found under another name.
+    void setFontFamily(const char *family)
+    {
+        QList<QWidget *> widgets = window->findChildren<QWidget *>();
+        widgets.prepend(window.get());
+        for (QWidget *widget : widgets)
+            if (QString sheet = widget->styleSheet(); sheet.contains("'Arial'"))
+                widget->setStyleSheet(sheet.replace("Arial", family));
+    }
 };
 
 TEST_F(MainWindowLayout, every_widget_has_its_name_text_and_icon_in_its_place)
@@ -254,6 +264,30 @@ TEST_F(MainWindowLayout, every_page_fits_a_small_screen)
     EXPECT_LE(smallest.width(), 1024);
     EXPECT_LE(smallest.height(), 600);
     EXPECT_LE(window->width(), qMax(smallest.width(), window->screen()->availableSize().width()));
+}
+
+TEST_F(MainWindowLayout, the_controls_of_every_page_lie_equally_high_in_every_font)
+{
+    QList<QMap<QString, std::pair<int, int>>> places; // top and height by page and name
+    for (const char *family : {"Liberation Sans", "Noto Sans CJK SC"}) {
+        open("DebugMode=true\n");
+        setFontFamily(family);
+        ASSERT_EQ(QFontInfo(find<QPushButton>("pushButton_set")->font()).family(), family);
+        places.emplaceBack();
+        auto *pages = find<QStackedWidget>("stackedWidget");
+        for (int page = 0; page < pages->count(); ++page) {
+            pages->setCurrentIndex(page);
+            QCoreApplication::processEvents();
+            for (const QWidget *control : pages->currentWidget()->findChildren<QWidget *>())
+                if (control->isVisible() && control->focusPolicy() != Qt::NoFocus &&
+                    !qobject_cast<const QLabel *>(control))
+                    places.last().insert(QStringLiteral("%1 %2").arg(page).arg(control->objectName()),
+                                         {control->mapTo(window.get(), QPoint()).y(), control->height()});
+        }
+    }
+    EXPECT_GT(places[0].size(), 30);
+    for (const auto &[name, place] : places[0].asKeyValueRange())
+        EXPECT_EQ(places[1].value(name), place) << name.toStdString();
 }
 
 TEST_F(MainWindowLayout, the_views_keep_their_ratios)
