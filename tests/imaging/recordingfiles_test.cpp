@@ -7,6 +7,8 @@
 
 #include <QLocale>
 
+#include <opencv2/core.hpp>
+
 namespace {
 
 QByteArray csvOf(const Recording &recording, const auto &values)
