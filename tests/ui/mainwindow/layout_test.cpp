@@ -6,6 +6,7 @@
 #include <QScreen>
 
 #include <array>
+#include <utility>
 
 namespace {
 
@@ -122,14 +123,14 @@ protected:
         return qstrcmp(name, "mainwindow") == 0 ? window.get() : find<QWidget>(name);
     }
 
-    /// As on a machine on which the window's own font is found under another name.
-    void setFontFamily(const char *family)
+    /// Shows the window as on a machine where another font stands for the one that it asks for.
+    void replaceFont(const char *before, const char *after)
     {
         QList<QWidget *> widgets = window->findChildren<QWidget *>();
         widgets.prepend(window.get());
         for (QWidget *widget : widgets)
-            if (QString sheet = widget->styleSheet(); sheet.contains("'Arial'"))
-                widget->setStyleSheet(sheet.replace("Arial", family));
+            if (QString sheet = widget->styleSheet(); sheet.contains(before))
+                widget->setStyleSheet(sheet.replace(before, after));
     }
 };
 
@@ -269,9 +270,10 @@ TEST_F(MainWindowLayout, every_page_fits_a_small_screen)
 TEST_F(MainWindowLayout, the_controls_of_every_page_lie_equally_high_in_every_font)
 {
     QList<QMap<QString, std::pair<int, int>>> places; // top and height by page and name
+    open("DebugMode=true\n");
+    const char *before = "Arial";
     for (const char *family : {"Liberation Sans", "Noto Sans CJK SC"}) {
-        open("DebugMode=true\n");
-        setFontFamily(family);
+        replaceFont(std::exchange(before, family), family);
         ASSERT_EQ(QFontInfo(find<QPushButton>("pushButton_set")->font()).family(), family);
         places.emplaceBack();
         auto *pages = find<QStackedWidget>("stackedWidget");
