@@ -5,7 +5,7 @@
 #include "simulator/firmware.h"
 #include "simulator/receivequeue.h"
 #include "simulator/sensor.h"
-#include "simulator/settings.h"
+#include "simulator/settings/settings.h"
 
 #include <map>
 #include <memory>

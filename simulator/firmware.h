@@ -4,7 +4,7 @@
 #include "simulator/eeprom.h"
 #include "simulator/receivequeue.h"
 #include "simulator/registers.h"
-#include "simulator/settings.h"
+#include "simulator/settings/settings.h"
 
 #include <QByteArray>
 #include <QString>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "simulator/commandparser.h"
-#include "simulator/settings.h"
+#include "simulator/settings/settings.h"
 
 #include <QByteArray>
 

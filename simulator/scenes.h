@@ -1,6 +1,6 @@
 #pragma once
 
-#include "simulator/settings.h"
+#include "simulator/settings/settings.h"
 
 #include <vector>
 

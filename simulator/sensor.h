@@ -1,7 +1,7 @@
 #pragma once
 
 #include "simulator/pixelresponse.h"
-#include "simulator/settings.h"
+#include "simulator/settings/settings.h"
 #include "simulator/testpatterns.h"
 
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "simulator/settingsreader.h"
+#include "simulator/settings/settingsreader.h"
 
 #include <QDebug>
 

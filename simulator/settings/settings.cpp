@@ -1,7 +1,7 @@
-#include "simulator/settings.h"
+#include "simulator/settings/settings.h"
 
 #include "simulator/sensor.h"
-#include "simulator/settingsreader.h"
+#include "simulator/settings/settingsreader.h"
 
 #include <QFileInfo>
 

@@ -1,7 +1,7 @@
 #include "tests/support/debugoutput.h"
 #include "tests/support/workingfolder.h"
 
-#include "simulator/settings.h"
+#include "simulator/settings/settings.h"
 
 #include <QRegularExpression>
 
