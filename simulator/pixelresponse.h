@@ -1,6 +1,6 @@
 #pragma once
 
-#include "simulator/field.h"
+#include "simulator/scenes/field.h"
 
 #include <QtGlobal>
 

@@ -1,7 +1,7 @@
 #include "simulator/sensor.h"
 
 #include "simulator/random.h"
-#include "simulator/scenes.h"
+#include "simulator/scenes/scenes.h"
 
 #include <QDebug>
 

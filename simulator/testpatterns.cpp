@@ -1,6 +1,6 @@
 #include "simulator/testpatterns.h"
 
-#include "simulator/field.h"
+#include "simulator/scenes/field.h"
 
 #include <QtEndian>
 

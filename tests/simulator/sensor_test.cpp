@@ -1,7 +1,7 @@
 #include "tests/simulator/bytes.h"
 #include "tests/support/workingfolder.h"
 
-#include "simulator/scenes.h"
+#include "simulator/scenes/scenes.h"
 #include "simulator/sensor.h"
 
 #include <cmath>

@@ -1,6 +1,6 @@
 #include "simulator/random.h"
-#include "simulator/scenes.h"
-#include "simulator/testmarks.h"
+#include "simulator/scenes/scenes.h"
+#include "simulator/scenes/testmarks.h"
 
 #include <array>
 #include <span>

@@ -1,4 +1,4 @@
-#include "simulator/field.h"
+#include "simulator/scenes/field.h"
 
 namespace simulator {
 

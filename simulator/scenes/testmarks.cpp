@@ -1,4 +1,4 @@
-#include "simulator/testmarks.h"
+#include "simulator/scenes/testmarks.h"
 
 #include <array>
 

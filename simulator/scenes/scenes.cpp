@@ -1,6 +1,6 @@
-#include "simulator/scenes.h"
+#include "simulator/scenes/scenes.h"
 
-#include "simulator/field.h"
+#include "simulator/scenes/field.h"
 
 namespace simulator {
 

@@ -1,5 +1,5 @@
-#include "simulator/scenes.h"
-#include "simulator/testmarks.h"
+#include "simulator/scenes/scenes.h"
+#include "simulator/scenes/testmarks.h"
 
 #include <array>
 
