@@ -4,7 +4,7 @@
 #include "simulator/deviceevents.h"
 #include "simulator/firmware.h"
 #include "simulator/receivequeue.h"
-#include "simulator/sensor.h"
+#include "simulator/sensor/sensor.h"
 #include "simulator/settings/settings.h"
 
 #include <map>

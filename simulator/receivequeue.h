@@ -1,7 +1,7 @@
 #pragma once
 
 #include "simulator/clock.h"
-#include "simulator/sensor.h"
+#include "simulator/sensor/sensor.h"
 
 #include <QByteArray>
 

@@ -1,6 +1,6 @@
 #include "simulator/settings/settings.h"
 
-#include "simulator/sensor.h"
+#include "simulator/sensor/sensor.h"
 #include "simulator/settings/settingsreader.h"
 
 #include <QFileInfo>

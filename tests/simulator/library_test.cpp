@@ -1,7 +1,7 @@
 #include "tests/simulator/bytes.h"
 #include "tests/support/workingfolder.h"
 
-#include "simulator/testpatterns.h"
+#include "simulator/sensor/testpatterns.h"
 
 #include <QLibrary>
 #include <QTest>

@@ -1,6 +1,6 @@
 #include "device/portmanager.h"
 #include "imaging/pixelmath.h"
-#include "simulator/testpatterns.h"
+#include "simulator/sensor/testpatterns.h"
 #include "virtualwindow.h"
 
 #include <QRegularExpression>

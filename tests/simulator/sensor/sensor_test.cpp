@@ -2,7 +2,7 @@
 #include "tests/support/workingfolder.h"
 
 #include "simulator/scenes/scenes.h"
-#include "simulator/sensor.h"
+#include "simulator/sensor/sensor.h"
 
 #include <cmath>
 

@@ -1,4 +1,4 @@
-#include "simulator/testpatterns.h"
+#include "simulator/sensor/testpatterns.h"
 
 #include "simulator/scenes/field.h"
 

@@ -1,7 +1,7 @@
-#include "simulator/pixelresponse.h"
+#include "simulator/sensor/pixelresponse.h"
 
 #include "simulator/random.h"
-#include "simulator/testpatterns.h"
+#include "simulator/sensor/testpatterns.h"
 
 #include <QtEndian>
 

@@ -1,4 +1,4 @@
-#include "simulator/sensor.h"
+#include "simulator/sensor/sensor.h"
 
 #include "simulator/random.h"
 #include "simulator/scenes/scenes.h"

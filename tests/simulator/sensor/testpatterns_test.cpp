@@ -1,6 +1,6 @@
 #include "tests/simulator/bytes.h"
 
-#include "simulator/sensor.h"
+#include "simulator/sensor/sensor.h"
 
 #include <gtest/gtest.h>
 
