@@ -2,8 +2,8 @@
 
 #include "simulator/d2xxtypes.h"
 #include "simulator/deviceevents.h"
-#include "simulator/firmware.h"
-#include "simulator/receivequeue.h"
+#include "simulator/firmware/firmware.h"
+#include "simulator/firmware/receivequeue.h"
 #include "simulator/sensor/sensor.h"
 #include "simulator/settings/settings.h"
 

@@ -1,4 +1,4 @@
-#include "simulator/registers.h"
+#include "simulator/firmware/registers.h"
 
 #include <QtEndian>
 

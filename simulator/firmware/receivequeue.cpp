@@ -1,4 +1,4 @@
-#include "simulator/receivequeue.h"
+#include "simulator/firmware/receivequeue.h"
 
 namespace simulator {
 

@@ -1,4 +1,4 @@
-#include "simulator/replyfaults.h"
+#include "simulator/firmware/replyfaults.h"
 
 namespace simulator {
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "simulator/commandparser.h"
-#include "simulator/eeprom.h"
-#include "simulator/receivequeue.h"
-#include "simulator/registers.h"
+#include "simulator/firmware/commandparser.h"
+#include "simulator/firmware/eeprom.h"
+#include "simulator/firmware/receivequeue.h"
+#include "simulator/firmware/registers.h"
 #include "simulator/settings/settings.h"
 
 #include <QByteArray>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "simulator/commandparser.h"
+#include "simulator/firmware/commandparser.h"
 #include "simulator/settings/settings.h"
 
 #include <QByteArray>

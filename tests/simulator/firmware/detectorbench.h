@@ -3,7 +3,7 @@
 #include "tests/simulator/bytes.h"
 #include "tests/support/workingfolder.h"
 
-#include "simulator/firmware.h"
+#include "simulator/firmware/firmware.h"
 
 /// A detector's firmware on the bench: written to and read from directly, at a time of the test's choosing.
 class DetectorBench

@@ -1,6 +1,6 @@
 #include "tests/simulator/bytes.h"
 
-#include "simulator/commandparser.h"
+#include "simulator/firmware/commandparser.h"
 
 #include <gmock/gmock.h>
 

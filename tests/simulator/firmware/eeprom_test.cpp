@@ -2,7 +2,7 @@
 #include "tests/support/debugoutput.h"
 #include "tests/support/workingfolder.h"
 
-#include "simulator/eeprom.h"
+#include "simulator/firmware/eeprom.h"
 
 using simulator::Eeprom;
 

@@ -1,4 +1,4 @@
-#include "simulator/eeprom.h"
+#include "simulator/firmware/eeprom.h"
 
 #include <QDebug>
 #include <QSettings>

@@ -1,6 +1,6 @@
-#include "simulator/firmware.h"
+#include "simulator/firmware/firmware.h"
 
-#include "simulator/replyfaults.h"
+#include "simulator/firmware/replyfaults.h"
 
 #include <numeric>
 

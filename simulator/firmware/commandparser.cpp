@@ -1,4 +1,4 @@
-#include "simulator/commandparser.h"
+#include "simulator/firmware/commandparser.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "tests/simulator/detectorbench.h"
+#include "tests/simulator/firmware/detectorbench.h"
 
 #include <gtest/gtest.h>
 
