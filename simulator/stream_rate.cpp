@@ -1,7 +1,7 @@
 // Measures how fast the virtual detector streams without pacing, through its C calls only.
 // Usage: qv1k-stream-rate [--save FOLDER] ; FOLDER receives the first frame of each scene as raw bytes.
 
-#include "simulator/d2xx_virtual.h"
+#include "simulator/bridge/d2xx_virtual.h"
 
 #include <QCoreApplication>
 #include <QDir>

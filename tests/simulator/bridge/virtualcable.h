@@ -4,7 +4,7 @@
 #include "tests/simulator/manualclock.h"
 #include "tests/support/workingfolder.h"
 
-#include "simulator/bridge.h"
+#include "simulator/bridge/bridge.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "simulator/d2xx_virtual.h"
+#include "simulator/bridge/d2xx_virtual.h"
 
-#include "simulator/bridge.h"
+#include "simulator/bridge/bridge.h"
 
 using simulator::Bridge;
 using simulator::DeviceRecord;

@@ -1,4 +1,4 @@
-#include "simulator/bridge.h"
+#include "simulator/bridge/bridge.h"
 
 #include <algorithm>
 

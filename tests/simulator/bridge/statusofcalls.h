@@ -1,6 +1,6 @@
 #pragma once
 
-#include "simulator/bridge.h"
+#include "simulator/bridge/bridge.h"
 
 #include <array>
 #include <vector>

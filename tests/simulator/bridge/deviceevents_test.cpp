@@ -1,4 +1,4 @@
-#include "tests/simulator/virtualcable.h"
+#include "tests/simulator/bridge/virtualcable.h"
 
 #include <QTest>
 

@@ -1,7 +1,7 @@
 #include "tests/simulator/bytes.h"
 #include "tests/support/workingfolder.h"
 
-#include "simulator/bridge.h"
+#include "simulator/bridge/bridge.h"
 
 #include <atomic>
 #include <thread>

@@ -1,5 +1,5 @@
-#include "tests/simulator/statusofcalls.h"
-#include "tests/simulator/virtualcable.h"
+#include "tests/simulator/bridge/statusofcalls.h"
+#include "tests/simulator/bridge/virtualcable.h"
 
 #include <array>
 

@@ -1,4 +1,4 @@
-#include "tests/simulator/virtualcable.h"
+#include "tests/simulator/bridge/virtualcable.h"
 
 using namespace std::chrono_literals;
 using simulator::blockBytes;

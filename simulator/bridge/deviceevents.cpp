@@ -1,4 +1,4 @@
-#include "simulator/deviceevents.h"
+#include "simulator/bridge/deviceevents.h"
 
 namespace simulator {
 

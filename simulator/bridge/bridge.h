@@ -1,7 +1,7 @@
 #pragma once
 
-#include "simulator/d2xxtypes.h"
-#include "simulator/deviceevents.h"
+#include "simulator/bridge/d2xxtypes.h"
+#include "simulator/bridge/deviceevents.h"
 #include "simulator/firmware/firmware.h"
 #include "simulator/firmware/receivequeue.h"
 #include "simulator/sensor/sensor.h"
