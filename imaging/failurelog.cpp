@@ -4,6 +4,11 @@
 
 #include <QDebug>
 
+QString failureLine(const QString &what, const QString &path, const QString &reason)
+{
+    return QStringLiteral("%1：%2（%3）").arg(what, path, reason);
+}
+
 void reportFailure(const QString &line)
 {
     // A log that runs repeats every line on the debug output; one whose file did not open has ended.

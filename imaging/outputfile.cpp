@@ -1,5 +1,7 @@
 #include "imaging/outputfile.h"
 
+#include "imaging/failurelog.h"
+
 OutputFile::OutputFile(const QString &path) : m_file(path)
 {
     if (!m_file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
@@ -30,5 +32,5 @@ QString OutputFile::finish()
 
 void OutputFile::fail(const QString &what)
 {
-    m_failure = QStringLiteral("%1：%2（%3）").arg(what, m_file.fileName(), m_file.errorString());
+    m_failure = failureLine(what, m_file.fileName(), m_file.errorString());
 }

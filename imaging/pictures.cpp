@@ -1,5 +1,6 @@
 #include "imaging/pictures.h"
 
+#include "imaging/failurelog.h"
 #include "imaging/outputfile.h"
 #include "imaging/pixelkernel.h"
 
@@ -16,11 +17,6 @@
 namespace {
 
 constexpr double framesPerSecond = 0.5;
-
-QString problem(const QString &what, const QString &path, const QString &reason)
-{
-    return QStringLiteral("%1：%2（%3）").arg(what, path, reason);
-}
 
 /// The picture's rows of 8-bit samples, seen in place.
 cv::Mat samples(const QImage &image)
@@ -56,7 +52,8 @@ QString Pictures::savePng(const QString &path, const QImage &image)
     // search for repetitions finds few: with Qt's a recording would stall the window for whole frames.
     std::vector<uchar> bytes;
     if (image.isNull() || !cv::imencode(".png", samples(image), bytes))
-        return problem(QStringLiteral("图片保存失败"), path, QStringLiteral("the picture cannot be encoded"));
+        return failureLine(QStringLiteral("图片保存失败"), path,
+                           QStringLiteral("the picture cannot be encoded"));
     OutputFile file(path);
     file.write(QByteArrayView(bytes.data(), qsizetype(bytes.size())));
     return file.finish();
@@ -100,7 +97,7 @@ QString Pictures::videoNotOpened(const QString &path)
     QString reason = file.open(QIODevice::Append) ? writingProblem(path) : file.errorString();
     if (reason.isEmpty())
         reason = QStringLiteral("no usable video encoder");
-    return problem(QStringLiteral("视频打开失败"), path, reason);
+    return failureLine(QStringLiteral("视频打开失败"), path, reason);
 }
 
 QString Pictures::checkVideo(const QString &path, int frames)
@@ -112,6 +109,6 @@ QString Pictures::checkVideo(const QString &path, int frames)
     // Here too the library gives no reason, but a full disk does.
     const QString reason = writingProblem(path);
     const QString frameCount = QStringLiteral("%1 / %2 frames").arg(found).arg(frames);
-    return problem(QStringLiteral("视频不完整"), path,
-                   reason.isEmpty() ? frameCount : frameCount + QStringLiteral(", ") + reason);
+    return failureLine(QStringLiteral("视频不完整"), path,
+                       reason.isEmpty() ? frameCount : frameCount + QStringLiteral(", ") + reason);
 }
