@@ -1,18 +1,19 @@
 #include "ftdi/bulkreader.h"
 
+#include "d2xx/arguments.h"
+
 #include <libusb.h>
 
 #include <algorithm>
 #include <atomic>
 #include <utility>
 
-namespace d2xx {
+namespace ftdi {
 
 namespace {
 
 using std::chrono::milliseconds;
 
-constexpr std::size_t largestTransfer = 65536;
 constexpr std::size_t statusSize = 2;
 constexpr milliseconds drainPatience{1000};
 
@@ -36,7 +37,7 @@ struct BulkReader::Transfer
 {
     enum class State { Ended, UnderWay, Abandoned };
 
-    Transfer() : usb(libusb_alloc_transfer(0)), buffer(largestTransfer) {}
+    Transfer() : usb(libusb_alloc_transfer(0)), buffer(d2xx::largestTransfer) {}
     Transfer(const Transfer &) = delete;
     Transfer &operator=(const Transfer &) = delete;
     ~Transfer() { libusb_free_transfer(usb); }
@@ -147,4 +148,4 @@ void BulkReader::stop()
     }
 }
 
-} // namespace d2xx
+} // namespace ftdi

@@ -13,7 +13,7 @@ struct libusb_context;
 struct libusb_device_handle;
 struct libusb_transfer;
 
-namespace d2xx {
+namespace ftdi {
 
 /// Takes out the two status bytes with which the bridge begins each packet, in place.
 std::span<std::uint8_t> withoutStatusBytes(std::span<std::uint8_t> transfer, std::size_t packetSize);
@@ -62,4 +62,4 @@ private:
     bool m_isReading = false;
 };
 
-} // namespace d2xx
+} // namespace ftdi

@@ -8,12 +8,12 @@
 #include <array>
 #include <fstream>
 
-namespace d2xx {
+namespace ftdi {
 
 namespace {
 
 constexpr std::uint16_t vendor = 0x0403;
-constexpr std::size_t longestSerialNumber = sizeof(DeviceRecord::serialNumber) - 1;
+constexpr std::size_t longestSerialNumber = sizeof(d2xx::DeviceRecord::serialNumber) - 1;
 
 /// A bridge family: its product id, its type in the D2XX interface and its channels.
 struct Product
@@ -140,4 +140,4 @@ Status LibFtdiBus::open(const std::string &serialNumber, std::unique_ptr<UsbPort
     return Status::DeviceNotFound;
 }
 
-} // namespace d2xx
+} // namespace ftdi

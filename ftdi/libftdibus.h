@@ -2,7 +2,7 @@
 
 #include "ftdi/usbport.h"
 
-namespace d2xx {
+namespace ftdi {
 
 /// The bridges that libusb finds and libftdi1 drives: vendor 0403, products 6010, 6011, 6014 and 6015.
 ///
@@ -16,4 +16,4 @@ public:
     Status open(const std::string &serialNumber, std::unique_ptr<UsbPort> &port) override;
 };
 
-} // namespace d2xx
+} // namespace ftdi

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace d2xx {
+namespace ftdi {
 
 namespace {
 
@@ -93,4 +93,4 @@ std::optional<std::size_t> LibFtdiPort::write(std::span<const std::uint8_t> byte
     return static_cast<std::size_t>(sent);
 }
 
-} // namespace d2xx
+} // namespace ftdi

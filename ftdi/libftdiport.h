@@ -7,7 +7,7 @@
 
 #include <atomic>
 
-namespace d2xx {
+namespace ftdi {
 
 struct FreeFtdiContext
 {
@@ -42,4 +42,4 @@ private:
     std::size_t m_outSize;
 };
 
-} // namespace d2xx
+} // namespace ftdi

@@ -1,9 +1,10 @@
 #include "ftdi/opendevice.h"
 
-#include <algorithm>
-#include <array>
+#include "d2xx/arguments.h"
 
-namespace d2xx {
+#include <algorithm>
+
+namespace ftdi {
 
 namespace {
 
@@ -12,15 +13,6 @@ using std::chrono::steady_clock;
 
 // How soon a wait at the bridge notices that it is to end.
 constexpr milliseconds patience{20};
-
-constexpr std::uint32_t purgeReceived = 1;
-constexpr std::uint32_t purgeSent = 2;
-
-template <typename Value, std::size_t count>
-bool isOneOf(Value value, const std::array<Value, count> &known)
-{
-    return std::find(known.begin(), known.end(), value) != known.end();
-}
 
 steady_clock::time_point deadlineAfter(std::uint32_t timeoutMs)
 {
@@ -109,26 +101,21 @@ Status OpenDevice::reset()
 
 Status OpenDevice::setBitMode(std::uint8_t mask, std::uint8_t mode)
 {
-    constexpr std::array<std::uint8_t, 8> modes{0x00, 0x01, 0x02, 0x04, 0x08, 0x10, 0x20, 0x40};
-    if (!isOneOf(mode, modes))
+    if (!d2xx::isBitMode(mode))
         return Status::InvalidParameter;
     return onPort([=](UsbPort &port) { return port.setBitMode(mask, mode); });
 }
 
 Status OpenDevice::setLatencyTimer(std::uint8_t milliseconds)
 {
-    constexpr std::uint8_t shortest = 2;
-    if (milliseconds < shortest)
+    if (!d2xx::isLatency(milliseconds))
         return Status::InvalidParameter;
     return onPort([=](UsbPort &port) { return port.setLatencyTimer(milliseconds); });
 }
 
 Status OpenDevice::setTransferSizes(std::uint32_t in, std::uint32_t out)
 {
-    const auto isKnown = [](std::uint32_t size) {
-        return size >= 64 && size <= 65536 && size % 64 == 0;
-    };
-    if (!isKnown(in) || !isKnown(out))
+    if (!d2xx::isTransferSize(in) || !d2xx::isTransferSize(out))
         return Status::InvalidParameter;
     return onPort([=](UsbPort &port) {
         port.setTransferSizes(in, out);
@@ -138,18 +125,17 @@ Status OpenDevice::setTransferSizes(std::uint32_t in, std::uint32_t out)
 
 Status OpenDevice::setFlowControl(std::uint16_t flow, std::uint8_t xOn, std::uint8_t xOff)
 {
-    constexpr std::array<std::uint16_t, 4> flows{0x0000, 0x0100, 0x0200, 0x0400};
-    if (!isOneOf(flow, flows))
+    if (!d2xx::isFlowControl(flow))
         return Status::InvalidParameter;
     return onPort([=](UsbPort &port) { return port.setFlowControl(flow, xOn, xOff); });
 }
 
 Status OpenDevice::purge(std::uint32_t mask)
 {
-    if (mask == 0 || mask > (purgeReceived | purgeSent))
+    if (!d2xx::isPurgeMask(mask))
         return Status::InvalidParameter;
-    const bool received = (mask & purgeReceived) != 0;
-    const bool sent = (mask & purgeSent) != 0;
+    const bool received = (mask & d2xx::purgeReceived) != 0;
+    const bool sent = (mask & d2xx::purgeSent) != 0;
     const auto purgeChip = [=](UsbPort &port) {
         return port.purge(received, sent);
     };
@@ -206,4 +192,4 @@ Status OpenDevice::write(const void *buffer, std::uint32_t length, std::uint32_t
     });
 }
 
-} // namespace d2xx
+} // namespace ftdi

@@ -6,7 +6,7 @@
 #include <atomic>
 #include <thread>
 
-namespace d2xx {
+namespace ftdi {
 
 /// An open bridge with a thread that keeps reading it into a queue, so that the cable is never idle while the
 /// program is busy. When the queue is full the thread waits, and with it the bridge: nothing is lost.
@@ -65,4 +65,4 @@ private:
     std::jthread m_reader;
 };
 
-} // namespace d2xx
+} // namespace ftdi

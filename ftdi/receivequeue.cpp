@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace d2xx {
+namespace ftdi {
 
 ReceiveQueue::ReceiveQueue(std::size_t capacity)
     : m_capacity(capacity), m_ring(std::make_unique_for_overwrite<std::uint8_t[]>(capacity))
@@ -94,4 +94,4 @@ Status ReceiveQueue::status() const
     return m_status;
 }
 
-} // namespace d2xx
+} // namespace ftdi

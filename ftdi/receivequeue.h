@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ftdi/d2xxtypes.h"
+#include "d2xx/types.h"
 
 #include <chrono>
 #include <condition_variable>
@@ -10,7 +10,9 @@
 #include <span>
 #include <stop_token>
 
-namespace d2xx {
+namespace ftdi {
+
+using d2xx::Status;
 
 /// Received bytes on their way from the reader thread to the program: a ring buffer that never loses one.
 /// All members may be called from any thread.
@@ -52,4 +54,4 @@ private:
     Status m_status = Status::Ok;
 };
 
-} // namespace d2xx
+} // namespace ftdi

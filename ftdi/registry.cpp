@@ -1,22 +1,10 @@
 #include "ftdi/registry.h"
 
+#include "d2xx/arguments.h"
+
 #include <algorithm>
 
-namespace d2xx {
-
-namespace {
-
-constexpr std::uint32_t openBySerialNumber = 1;
-constexpr std::uint32_t flagOpened = 1;
-constexpr std::uint32_t flagHighSpeed = 2;
-
-template <std::size_t size>
-void copyText(char (&target)[size], const std::string &text)
-{
-    std::copy_n(text.begin(), std::min(text.size(), size - 1), target);
-}
-
-} // namespace
+namespace ftdi {
 
 Status Registry::createDeviceInfoList(std::uint32_t *count)
 {
@@ -39,12 +27,13 @@ DeviceRecord Registry::recordOf(const BridgeInfo &info)
 {
     DeviceRecord record{};
     record.handle = handleOf(info.serialNumber);
-    record.flags = (info.isHighSpeed ? flagHighSpeed : 0) | (record.handle != 0 ? flagOpened : 0);
+    record.flags =
+        (info.isHighSpeed ? d2xx::flagHighSpeed : 0) | (record.handle != nullptr ? d2xx::flagOpened : 0);
     record.type = info.type;
     record.id = info.id;
     record.locationId = info.locationId;
-    copyText(record.serialNumber, info.serialNumber);
-    copyText(record.description, info.description);
+    d2xx::setText(record.serialNumber, info.serialNumber);
+    d2xx::setText(record.description, info.description);
     return record;
 }
 
@@ -58,25 +47,25 @@ Status Registry::getDeviceInfoList(DeviceRecord *records, std::uint32_t *count)
     return Status::Ok;
 }
 
-/// The handle under which a bridge is open; 0 when it is not, or was unplugged since.
+/// The handle under which a bridge is open; null when it is not, or was unplugged since.
 Handle Registry::handleOf(const std::string &serialNumber)
 {
     const auto found = std::find_if(m_connections.begin(), m_connections.end(), [&](const auto &entry) {
         const Connection &connection = entry.second;
         return connection.serialNumber == serialNumber && connection.device->status() == Status::Ok;
     });
-    return found != m_connections.end() ? found->first : 0;
+    return found != m_connections.end() ? found->first : nullptr;
 }
 
 Status Registry::open(const void *serialNumber, std::uint32_t flags, Handle *handle)
 {
-    if (serialNumber == nullptr || handle == nullptr || flags != openBySerialNumber)
+    if (serialNumber == nullptr || handle == nullptr || flags != d2xx::openBySerialNumber)
         return Status::InvalidParameter;
     const std::string number(static_cast<const char *>(serialNumber));
     const std::lock_guard busLock(m_busMutex);
     {
         const std::lock_guard lock(m_mutex);
-        if (handleOf(number) != 0)
+        if (handleOf(number) != nullptr)
             return Status::DeviceNotOpened;
     }
     std::unique_ptr<UsbPort> port;
@@ -85,7 +74,7 @@ Status Registry::open(const void *serialNumber, std::uint32_t flags, Handle *han
     auto device = std::make_shared<OpenDevice>(std::move(port));
 
     const std::lock_guard lock(m_mutex);
-    *handle = ++m_lastHandle;
+    *handle = m_handles.next();
     m_connections[*handle] = {number, std::move(device)};
     return Status::Ok;
 }
@@ -112,4 +101,4 @@ std::shared_ptr<OpenDevice> Registry::find(Handle handle)
     return found != m_connections.end() ? found->second.device : nullptr;
 }
 
-} // namespace d2xx
+} // namespace ftdi

@@ -1,11 +1,15 @@
 #pragma once
 
+#include "d2xx/handlesource.h"
 #include "ftdi/opendevice.h"
 
 #include <map>
 #include <mutex>
 
-namespace d2xx {
+namespace ftdi {
+
+using d2xx::DeviceRecord;
+using d2xx::Handle;
 
 /// The bridges of this computer and those that are open here, by handle. All members may be called from any
 /// thread; a call on a handle that is not open returns InvalidHandle.
@@ -48,7 +52,7 @@ private:
     std::mutex m_mutex; // guards what follows; taken after the other
     std::map<Handle, Connection> m_connections;
     std::vector<DeviceRecord> m_records;
-    Handle m_lastHandle = 0x46540000;
+    d2xx::HandleSource m_handles;
 };
 
-} // namespace d2xx
+} // namespace ftdi

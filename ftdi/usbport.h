@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ftdi/d2xxtypes.h"
+#include "d2xx/types.h"
 
 #include <chrono>
 #include <cstddef>
@@ -10,7 +10,9 @@
 #include <string>
 #include <vector>
 
-namespace d2xx {
+namespace ftdi {
+
+using d2xx::Status;
 
 /// An open bridge, as thin as it can be: one member, one request to the chip.
 ///
@@ -69,4 +71,4 @@ public:
     virtual Status open(const std::string &serialNumber, std::unique_ptr<UsbPort> &port) = 0;
 };
 
-} // namespace d2xx
+} // namespace ftdi

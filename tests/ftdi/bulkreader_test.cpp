@@ -6,8 +6,8 @@
 
 #include <numeric>
 
-using d2xx::BulkReader;
-using d2xx::withoutStatusBytes;
+using ftdi::BulkReader;
+using ftdi::withoutStatusBytes;
 using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;

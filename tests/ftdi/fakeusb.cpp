@@ -145,17 +145,17 @@ std::optional<std::size_t> FakePort::write(std::span<const std::uint8_t> bytes,
     return leaving.size();
 }
 
-std::optional<std::vector<d2xx::BridgeInfo>> FakeBus::list()
+std::optional<std::vector<ftdi::BridgeInfo>> FakeBus::list()
 {
     if (!isUsable)
         return {};
-    std::vector<d2xx::BridgeInfo> infos;
+    std::vector<ftdi::BridgeInfo> infos;
     for (const Entry &entry : entries)
         infos.push_back(entry.info);
     return infos;
 }
 
-d2xx::Status FakeBus::open(const std::string &serialNumber, std::unique_ptr<d2xx::UsbPort> &port)
+d2xx::Status FakeBus::open(const std::string &serialNumber, std::unique_ptr<ftdi::UsbPort> &port)
 {
     const auto found = std::find_if(entries.begin(), entries.end(), [&](const Entry &entry) {
         return entry.info.serialNumber == serialNumber;
@@ -170,7 +170,7 @@ d2xx::Status FakeBus::open(const std::string &serialNumber, std::unique_ptr<d2xx
 
 std::shared_ptr<FakeChip> FakeBus::plugIn(const std::string &serialNumber)
 {
-    d2xx::BridgeInfo info;
+    ftdi::BridgeInfo info;
     info.serialNumber = serialNumber;
     info.description = "Detector";
     info.type = 8;

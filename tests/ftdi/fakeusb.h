@@ -44,7 +44,7 @@ private:
     bool m_isOpen = false;
 };
 
-class FakePort : public d2xx::UsbPort
+class FakePort : public ftdi::UsbPort
 {
 public:
     explicit FakePort(std::shared_ptr<FakeChip> chip);
@@ -69,17 +69,17 @@ private:
 };
 
 /// A USB with those bridges plugged in.
-class FakeBus : public d2xx::UsbBus
+class FakeBus : public ftdi::UsbBus
 {
 public:
     struct Entry
     {
-        d2xx::BridgeInfo info;
+        ftdi::BridgeInfo info;
         std::shared_ptr<FakeChip> chip;
     };
 
-    std::optional<std::vector<d2xx::BridgeInfo>> list() override;
-    d2xx::Status open(const std::string &serialNumber, std::unique_ptr<d2xx::UsbPort> &port) override;
+    std::optional<std::vector<ftdi::BridgeInfo>> list() override;
+    d2xx::Status open(const std::string &serialNumber, std::unique_ptr<ftdi::UsbPort> &port) override;
 
     std::shared_ptr<FakeChip> plugIn(const std::string &serialNumber);
 

@@ -55,7 +55,7 @@ protected:
 
     static constexpr std::size_t queueSize = 1000;
     std::shared_ptr<FakeChip> chip = std::make_shared<FakeChip>();
-    d2xx::OpenDevice device{std::make_unique<FakePort>(chip), queueSize};
+    ftdi::OpenDevice device{std::make_unique<FakePort>(chip), queueSize};
     FakeChip::Bytes received;
     std::uint32_t written = 0;
 };

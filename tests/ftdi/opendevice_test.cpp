@@ -2,8 +2,8 @@
 
 #include <future>
 
-using d2xx::OpenDevice;
 using d2xx::Status;
+using ftdi::OpenDevice;
 using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;

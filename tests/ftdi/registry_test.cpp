@@ -11,9 +11,9 @@
 
 using d2xx::DeviceRecord;
 using d2xx::Handle;
-using d2xx::OpenDevice;
-using d2xx::Registry;
 using d2xx::Status;
+using ftdi::OpenDevice;
+using ftdi::Registry;
 
 namespace {
 
@@ -41,7 +41,7 @@ protected:
     std::unique_ptr<FakeBus> owned = std::make_unique<FakeBus>();
     FakeBus &bus = *owned;
     Registry registry{std::move(owned)};
-    Handle handle = 0;
+    Handle handle = nullptr;
 };
 
 } // namespace
@@ -73,7 +73,7 @@ TEST_F(Bridges, each_is_listed_with_what_is_known_of_it)
     EXPECT_EQ(records[0].type, 8U);
     EXPECT_EQ(records[0].id, 0x04036014U);
     EXPECT_EQ(records[0].locationId, 1U);
-    EXPECT_EQ(records[0].handle, 0U);
+    EXPECT_EQ(records[0].handle, nullptr);
     EXPECT_STREQ(records[1].serialNumber, "QV1K");
 }
 
@@ -110,7 +110,7 @@ TEST_F(Bridges, an_unknown_serial_number_is_not_found)
 {
     bus.plugIn("QV1K");
     EXPECT_EQ(open("QV1"), Status::DeviceNotFound);
-    EXPECT_EQ(handle, 0U);
+    EXPECT_EQ(handle, nullptr);
 }
 
 TEST_F(Bridges, one_that_another_program_holds_is_not_opened)
@@ -118,7 +118,7 @@ TEST_F(Bridges, one_that_another_program_holds_is_not_opened)
     bus.plugIn("QV1K");
     bus.isHeldElsewhere = true;
     EXPECT_EQ(open("QV1K"), Status::DeviceNotOpened);
-    EXPECT_EQ(handle, 0U);
+    EXPECT_EQ(handle, nullptr);
 }
 
 TEST_F(Bridges, one_that_is_open_here_is_not_opened_again)
@@ -176,9 +176,10 @@ TEST_F(Bridges, a_handle_that_was_closed_is_invalid_also_after_opening_again)
 
 TEST_F(Bridges, handles_that_never_were_are_invalid)
 {
-    EXPECT_EQ(statusOf(0), Status::InvalidHandle);
-    EXPECT_EQ(statusOf(0xDEADBEEF), Status::InvalidHandle);
-    EXPECT_EQ(registry.close(0), Status::InvalidHandle);
+    int elsewhere = 0;
+    EXPECT_EQ(statusOf(nullptr), Status::InvalidHandle);
+    EXPECT_EQ(statusOf(&elsewhere), Status::InvalidHandle);
+    EXPECT_EQ(registry.close(nullptr), Status::InvalidHandle);
 }
 
 TEST_F(Bridges, closing_ends_a_read_in_another_thread)
@@ -218,7 +219,7 @@ TEST_F(Bridges, of_two_threads_that_open_the_same_one_only_one_gets_it)
 {
     bus.plugIn("QV1K");
     const auto openOnce = [this] {
-        Handle mine = 0;
+        Handle mine = nullptr;
         return registry.open("QV1K", 1, &mine);
     };
     auto one = std::async(std::launch::async, openOnce);
@@ -233,7 +234,7 @@ TEST(BridgesAtTheEnd, those_that_were_left_open_are_closed)
     const auto chip = bus->plugIn("QV1K");
     {
         Registry registry(std::move(bus));
-        Handle handle = 0;
+        Handle handle = nullptr;
         ASSERT_EQ(registry.open("QV1K", 1, &handle), Status::Ok);
         EXPECT_TRUE(chip->isOpen());
     }
