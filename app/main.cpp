@@ -1,5 +1,5 @@
+#include "ui/chrome/lightpalette.h"
 #include "ui/framelesshelper.h"
-#include "ui/lightpalette.h"
 #include "ui/mainwindow.h"
 #include "ui/stylesheets.h"
 

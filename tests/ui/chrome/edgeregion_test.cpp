@@ -1,4 +1,4 @@
-#include "ui/edgeregion.h"
+#include "ui/chrome/edgeregion.h"
 
 #include <gtest/gtest.h>
 

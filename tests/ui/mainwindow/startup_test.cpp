@@ -2,7 +2,7 @@
 
 #include "device/portmanager.h"
 #include "log/logmanager.h"
-#include "ui/lightpalette.h"
+#include "ui/chrome/lightpalette.h"
 
 #include <QFileDialog>
 #include <QListView>

@@ -1,4 +1,4 @@
-#include "ui/lightpalette.h"
+#include "ui/chrome/lightpalette.h"
 
 #include <QApplication>
 #include <QFrame>

@@ -1,4 +1,4 @@
-#include "ui/framelesswindowstate.h"
+#include "ui/chrome/framelesswindowstate.h"
 
 #include <QHoverEvent>
 #include <QMouseEvent>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/edgeregion.h"
+#include "ui/chrome/edgeregion.h"
 
 #include <QFlags>
 #include <QHash>

@@ -1,6 +1,6 @@
 #include "ui/framelesshelper.h"
 
-#include "ui/framelesswindowstate.h"
+#include "ui/chrome/framelesswindowstate.h"
 
 #include <QEvent>
 #include <QWidget>
