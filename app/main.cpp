@@ -1,7 +1,7 @@
 #include "ui/chrome/lightpalette.h"
 #include "ui/framelesshelper.h"
 #include "ui/mainwindow.h"
-#include "ui/stylesheets.h"
+#include "ui/mainwindow/stylesheets.h"
 
 #include <QApplication>
 

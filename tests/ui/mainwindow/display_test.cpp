@@ -1,6 +1,6 @@
 #include "mainwindowtest.h"
 
-#include "ui/mainwindow_rules.h"
+#include "ui/mainwindow/mainwindow_rules.h"
 
 #include <QTransform>
 

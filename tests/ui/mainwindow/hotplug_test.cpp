@@ -1,7 +1,7 @@
 #include "mainwindowtest.h"
 
 #include "tests/support/debugoutput.h"
-#include "ui/stylesheets.h"
+#include "ui/mainwindow/stylesheets.h"
 
 #include <QDir>
 

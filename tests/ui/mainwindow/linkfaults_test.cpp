@@ -1,6 +1,6 @@
 #include "mainwindowtest.h"
 
-#include "ui/stylesheets.h"
+#include "ui/mainwindow/stylesheets.h"
 
 class MainWindowLinkFaults : public MainWindowTest
 {

@@ -1,4 +1,4 @@
-#include "ui/stylesheets.h"
+#include "ui/mainwindow/stylesheets.h"
 
 #include <gtest/gtest.h>
 

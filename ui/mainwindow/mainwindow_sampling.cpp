@@ -2,8 +2,8 @@
 
 #include "device/acquisition.h"
 #include "device/portmanager.h"
-#include "ui/mainwindow_rules.h"
-#include "ui/stylesheets.h"
+#include "ui/mainwindow/mainwindow_rules.h"
+#include "ui/mainwindow/stylesheets.h"
 #include "ui_mainwindow.h"
 
 #include <QCoreApplication>

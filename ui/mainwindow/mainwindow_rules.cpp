@@ -1,4 +1,4 @@
-#include "ui/mainwindow_rules.h"
+#include "ui/mainwindow/mainwindow_rules.h"
 
 #include <QTransform>
 

@@ -5,7 +5,7 @@
 #include "device/portmanager.h"
 #include "log/logmanager.h"
 #include "ui/developwindow.h"
-#include "ui/mainwindow_rules.h"
+#include "ui/mainwindow/mainwindow_rules.h"
 #include "ui/voltagedetails.h"
 #include "ui_mainwindow.h"
 

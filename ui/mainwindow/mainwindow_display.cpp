@@ -1,6 +1,6 @@
 #include "ui/mainwindow.h"
 
-#include "ui/mainwindow_rules.h"
+#include "ui/mainwindow/mainwindow_rules.h"
 #include "ui_mainwindow.h"
 
 #include <QMessageBox>

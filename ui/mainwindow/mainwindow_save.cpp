@@ -1,7 +1,7 @@
 #include "ui/mainwindow.h"
 
 #include "device/currentrange.h"
-#include "ui/mainwindow_rules.h"
+#include "ui/mainwindow/mainwindow_rules.h"
 #include "ui_mainwindow.h"
 
 #include <QFileDialog>
