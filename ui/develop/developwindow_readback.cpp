@@ -4,7 +4,7 @@
 
 #include "device/commandframes.h"
 #include "device/readback.h"
-#include "ui/parameterexchange.h"
+#include "ui/parameters/parameterexchange.h"
 
 #include "ui_developwindow.h"
 

@@ -3,8 +3,8 @@
 #include "device/commandframes.h"
 #include "device/currentrange.h"
 #include "device/parameterpackets.h"
-#include "ui/parameterexchange.h"
 #include "ui/parameterkeys.h"
+#include "ui/parameters/parameterexchange.h"
 #include "ui_mainwindow.h"
 
 #include <QMessageBox>

@@ -1,8 +1,8 @@
-#include "ui/parameterexchange.h"
+#include "ui/parameters/parameterexchange.h"
 
 #include "device/commandframes.h"
 #include "device/portmanager.h"
-#include "ui/waitcursor.h"
+#include "ui/parameters/waitcursor.h"
 
 namespace {
 
