@@ -3,11 +3,10 @@
 #include "device/portmanager.h"
 #include "imaging/csvwriter.h"
 #include "imaging/pixelkernel.h"
+#include "imaging/videofile.h"
 
 #include <QDateTime>
 #include <QDir>
-
-#include <opencv2/videoio.hpp>
 
 using PixelKernel::imageSide;
 

@@ -8,10 +8,8 @@
 #include <memory>
 #include <vector>
 
-namespace cv {
-class VideoWriter;
-}
 class CsvWriter;
+class VideoFile;
 
 /// Results that ProcessImage's declared but unused signals carry.
 struct result
@@ -127,9 +125,7 @@ private:
     bool saveDataFlag = false;
     bool savingActive = false;
     double contrastRatio = 1048576.0;
-    std::unique_ptr<cv::VideoWriter> videoWriter;
-    QString videoPath;   ///< of the video that is open
-    int videoFrames = 0; ///< handed to it
+    std::unique_ptr<VideoFile> videoWriter;
     std::unique_ptr<CsvWriter> dataCsv;
     std::unique_ptr<CsvWriter> grayCsv;
 };

@@ -3,11 +3,11 @@
 #include "imaging/outputfile.h"
 #include "imaging/pictures.h"
 #include "imaging/processimage.h"
+#include "imaging/videofile.h"
 
 #include <QDir>
 
 #include <opencv2/core.hpp>
-#include <opencv2/videoio.hpp>
 
 #include <functional>
 
@@ -75,9 +75,8 @@ void ProcessImage::storeFrame(const QImage &image)
     if (savePictureFlag)
         jobs.emplace_back([&] { return Pictures::savePng(stem + "_pic" + number + ".png", image); });
     if (saveVideoFlag && videoWriter) {
-        videoFrames += 1;
         jobs.emplace_back([&] {
-            Pictures::appendToVideo(*videoWriter, image);
+            videoWriter->append(image);
             return QString();
         });
     }
@@ -113,22 +112,16 @@ QString ProcessImage::recordingFolder() const
 
 void ProcessImage::openVideo()
 {
-    videoPath = recordingFolder() + "output_video.mp4";
-    videoFrames = 0;
-    videoWriter = Pictures::openVideo(videoPath);
-    if (!videoWriter->isOpened())
-        countFailure(Pictures::videoNotOpened(videoPath));
+    videoWriter = std::make_unique<VideoFile>(recordingFolder() + "output_video.mp4");
+    countFailure(videoWriter->openingFailure());
 }
 
 void ProcessImage::closeVideo()
 {
     if (!videoWriter)
         return;
-    const bool wasOpen = videoWriter->isOpened();
-    videoWriter->release();
+    countFailure(videoWriter->finish());
     videoWriter.reset();
-    if (wasOpen && videoFrames > 0)
-        countFailure(Pictures::checkVideo(videoPath, videoFrames));
 }
 
 void ProcessImage::countFailure(const QString &failure)

@@ -1,13 +1,11 @@
 #include "tools/recordingcheck.h"
 
-#include "imaging/pictures.h"
+#include "imaging/videofile.h"
 
 #include <QDir>
 #include <QFile>
 #include <QImage>
 #include <QList>
-
-#include <opencv2/videoio.hpp>
 
 namespace {
 
@@ -51,14 +49,11 @@ QString checkPicture(const QString &path)
 
 QString checkVideo(const QString &path, int frames)
 {
-    cv::VideoCapture video(path.toStdString(), Pictures::videoLibrary());
-    if (!video.isOpened())
+    const std::optional<int> found = VideoFile::countFrames(path, VideoFile::Count::Decoded);
+    if (!found)
         return QStringLiteral("%1 is missing or unreadable").arg(path);
-    int count = 0;
-    while (video.grab())
-        ++count;
-    if (count != frames)
-        return QStringLiteral("%1 is incomplete: it holds %2 of %3 frames").arg(path).arg(count).arg(frames);
+    if (*found != frames)
+        return QStringLiteral("%1 is incomplete: it holds %2 of %3 frames").arg(path).arg(*found).arg(frames);
     return {};
 }
 
