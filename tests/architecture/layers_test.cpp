@@ -1,0 +1,94 @@
+#include "tests/architecture/layers.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+SourceFile file(const char *path, const char *text)
+{
+    return sourceFile(QString::fromUtf8(path), QString::fromUtf8(text));
+}
+
+/// Three floors: roof links hall and hands it on, hall links cellar for itself alone.
+Layers house(const char *more = "")
+{
+    return Layers(
+        QLatin1String("folder roof top\nsource roof top/roof.cpp\nlinks roof hall\npasses roof hall\n"
+                      "folder hall middle\nsource hall middle/hall.cpp\nlinks hall cellar\n"
+                      "folder cellar low\nsource cellar low/cellar.cpp\nsource cellar low/cellar.h\n") +
+        QLatin1String(more));
+}
+
+const SourceFile cellar = file("low/cellar.h", "");
+const SourceFile hall = file("middle/hall.h", "");
+const SourceFile roof = file("top/roof.h", "");
+
+QList<Finding> against(const SourceFile &includer)
+{
+    return includesAgainstLinks({includer, cellar, hall, roof}, house());
+}
+
+QList<Finding> told(const SourceFile &includer, const char *sentence)
+{
+    return {{includer.path, 2,
+             QStringLiteral("an include follows the link list, and ") + QLatin1String(sentence)}};
+}
+
+TEST(Layers, WhatATargetLinksMayBeIncluded)
+{
+    EXPECT_EQ(against(file("top/roof.cpp", "\n#include \"middle/hall.h\"\n")), QList<Finding>());
+    EXPECT_EQ(against(file("top/roof.cpp", "\n#include \"top/roof.h\"\n")), QList<Finding>());
+    EXPECT_EQ(against(file("middle/hall.cpp", "\n#include \"low/cellar.h\"\n")), QList<Finding>());
+}
+
+TEST(Layers, AnIncludeAgainstTheLinkListIsTold)
+{
+    const SourceFile upwards = file("low/cellar.cpp", "\n#include \"top/roof.h\"\n");
+    EXPECT_EQ(against(upwards), told(upwards, "cellar does not link roof, the home of top/roof.h"));
+    const SourceFile unlistedHeader = file("low/lamp.h", "\n#include \"middle/hall.h\"\n");
+    EXPECT_EQ(against(unlistedHeader),
+              told(unlistedHeader, "cellar does not link hall, the home of middle/hall.h"));
+    const SourceFile roomBelow = file("low/shelf/box.h", "\n#include \"middle/hall.h\"\n");
+    EXPECT_EQ(against(roomBelow), told(roomBelow, "cellar does not link hall, the home of middle/hall.h"));
+}
+
+TEST(Layers, WhatIsLinkedForItselfAloneIsNotHandedOn)
+{
+    const SourceFile past = file("top/roof.cpp", "\n#include \"low/cellar.h\"\n");
+    EXPECT_EQ(against(past), told(past, "roof does not link cellar, the home of low/cellar.h"));
+    EXPECT_EQ(includesAgainstLinks({past, cellar}, house("passes hall cellar\n")), QList<Finding>());
+}
+
+TEST(Layers, AFileOfTwoTargetsIsHeldAgainstBoth)
+{
+    const SourceFile shared = file("middle/shared.cpp", "\n#include \"low/cellar.h\"\n");
+    const char *facts = "source hall middle/shared.cpp\nsource roof middle/shared.cpp\n";
+    EXPECT_EQ(includesAgainstLinks({shared, cellar}, house(facts)),
+              told(shared, "roof does not link cellar, the home of low/cellar.h"));
+}
+
+TEST(Layers, AHeaderThatNoListNamesNeedsOneTargetOfItsFolder)
+{
+    const SourceFile header = file("middle/lamp.h", "\n#include \"low/cellar.h\"\n");
+    EXPECT_EQ(includesAgainstLinks({header, cellar}, house("folder attic middle\n")), QList<Finding>());
+}
+
+TEST(Layers, ACircleOfTargetsIsTold)
+{
+    EXPECT_EQ(targetCircles(house()), QList<Finding>());
+    EXPECT_EQ(targetCircles(house("links cellar roof\n")),
+              (QList<Finding>{
+                  {QStringLiteral("CMakeLists.txt"), 1,
+                   QStringLiteral("no target links itself in the end: cellar -> roof -> hall -> cellar")}}));
+}
+
+TEST(Layers, ACircleOfFoldersIsToldThoughNoFileIncludesItself)
+{
+    const SourceFile down = file("top/roof.cpp", "#include \"low/cellar.h\"\n");
+    EXPECT_EQ(folderCircles({down, cellar, roof}), QList<Finding>());
+    EXPECT_EQ(folderCircles({down, cellar, roof, file("low/cellar.cpp", "#include \"top/roof.h\"\n")}),
+              (QList<Finding>{{QStringLiteral("low"), 1,
+                               QStringLiteral("no folder uses itself in the end: low -> top -> low")}}));
+}
+
+} // namespace
