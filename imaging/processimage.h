@@ -1,5 +1,7 @@
 #pragma once
 
+#include "imaging/recordingfiles.h"
+
 #include <QByteArray>
 #include <QImage>
 #include <QObject>
@@ -98,7 +100,7 @@ private:
     void processPixels(const QByteArray &bytes, uchar *picture);
     void finishCapture();
     void writeReference(const QString &fileName, const std::vector<double> &reference);
-    [[nodiscard]] QString recordingFolder() const;
+    [[nodiscard]] RecordingFiles recordingFiles() const { return {logPath, timeStamp}; }
     void storeFrame(const QImage &image);
     void openVideo();
     void closeVideo();

@@ -40,7 +40,7 @@ void ProcessImage::startSaving(bool saveData, bool savePicture, bool saveVideo)
     if (!savingActive)
         return;
 
-    const QString folder = recordingFolder();
+    const QString folder = recordingFiles().folder();
     if (!QDir().exists(folder))
         QDir().mkdir(folder);
     saveDataFlag = saveData;
@@ -66,14 +66,13 @@ void ProcessImage::saveFrame(const QImage &image)
 
 void ProcessImage::storeFrame(const QImage &image)
 {
-    const QString stem = recordingFolder() + timeStamp;
-    const QString number = QString::number(savedFrames);
+    const RecordingFiles files = recordingFiles();
     // Between frames the frame that was processed last stands in lastFrameData.
     const std::vector<double> &currents = lastFrameData.empty() ? frameData : lastFrameData;
 
     std::vector<FileJob> jobs;
     if (savePictureFlag)
-        jobs.emplace_back([&] { return Pictures::savePng(stem + "_pic" + number + ".png", image); });
+        jobs.emplace_back([&] { return Pictures::savePng(files.picture(savedFrames), image); });
     if (saveVideoFlag && videoWriter) {
         jobs.emplace_back([&] {
             videoWriter->append(image);
@@ -81,8 +80,8 @@ void ProcessImage::storeFrame(const QImage &image)
         });
     }
     if (saveDataFlag) {
-        jobs.emplace_back([&] { return dataCsv->write(stem + "_data" + number + ".csv", currents); });
-        jobs.emplace_back([&] { return grayCsv->write(stem + "_data_gray" + number + ".csv", grayData); });
+        jobs.emplace_back([&] { return dataCsv->write(files.data(savedFrames), currents); });
+        jobs.emplace_back([&] { return grayCsv->write(files.grayData(savedFrames), grayData); });
     }
     for (const QString &failure : runJobs(jobs))
         countFailure(failure);
@@ -100,19 +99,14 @@ bool ProcessImage::stopSaving()
 
 void ProcessImage::writeParameterFile(const QString &text)
 {
-    OutputFile file(recordingFolder() + "SetParameterData.txt");
+    OutputFile file(recordingFiles().parameters());
     file.write(text.toUtf8());
     countFailure(file.finish());
 }
 
-QString ProcessImage::recordingFolder() const
-{
-    return logPath + u'/' + timeStamp + u'/';
-}
-
 void ProcessImage::openVideo()
 {
-    videoWriter = std::make_unique<VideoFile>(recordingFolder() + "output_video.mp4");
+    videoWriter = std::make_unique<VideoFile>(recordingFiles().video());
     countFailure(videoWriter->openingFailure());
 }
 

@@ -93,8 +93,9 @@ QString AcquisitionRun::acquire()
         if (QString problem = (this->*step)(); !problem.isEmpty())
             return problem;
     }
-    return RecordingCheck::check({m_options.output, m_options.name, m_options.frames, m_options.data,
-                                  m_options.picture, m_options.video});
+    return RecordingCheck::check({{m_options.output, m_options.name},
+                                  m_options.frames,
+                                  {m_options.data, m_options.picture, m_options.video}});
 }
 
 QString AcquisitionRun::openFirstDetector()

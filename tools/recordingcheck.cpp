@@ -63,21 +63,19 @@ namespace RecordingCheck {
 
 QString check(const Recording &recording)
 {
-    const QString folder = QDir(recording.root).absoluteFilePath(recording.name) + QLatin1Char('/');
-    const QString stem = folder + recording.name;
+    const RecordingFiles files{QDir(recording.files.root).absolutePath(), recording.files.name};
     for (int n = 1; n <= recording.frames; ++n) {
         QString problem;
-        if (recording.data)
-            problem = checkCsv(QStringLiteral("%1_data%2.csv").arg(stem).arg(n));
-        if (recording.data && problem.isEmpty())
-            problem = checkCsv(QStringLiteral("%1_data_gray%2.csv").arg(stem).arg(n));
-        if (recording.picture && problem.isEmpty())
-            problem = checkPicture(QStringLiteral("%1_pic%2.png").arg(stem).arg(n));
+        if (recording.forms.data)
+            problem = checkCsv(files.data(n));
+        if (recording.forms.data && problem.isEmpty())
+            problem = checkCsv(files.grayData(n));
+        if (recording.forms.picture && problem.isEmpty())
+            problem = checkPicture(files.picture(n));
         if (!problem.isEmpty())
             return problem;
     }
-    return recording.video ? checkVideo(folder + QStringLiteral("output_video.mp4"), recording.frames)
-                           : QString();
+    return recording.forms.video ? checkVideo(files.video(), recording.frames) : QString();
 }
 
 } // namespace RecordingCheck

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "imaging/recordingfiles.h"
+
 #include <QString>
 
 /// Looks whether the files of a recording are there and whole.
@@ -7,12 +9,9 @@ namespace RecordingCheck {
 
 struct Recording
 {
-    QString root; ///< folder in which the recording's folder lies
-    QString name;
+    RecordingFiles files; ///< a relative root is taken from the working folder
     int frames = 0;
-    bool data = false;
-    bool picture = false;
-    bool video = false;
+    RecordingForms forms;
 };
 
 /// Reads every file: CSV files must have 1024 lines of 1024 numbers, pictures 1024 x 1024 pixels, the video

@@ -1,3 +1,4 @@
+#include "imaging/recordingfiles.h"
 #include "tests/imaging/recording.h"
 #include "tests/imaging/straightforward/straightforward.h"
 #include "tests/imaging/video.h"
@@ -18,6 +19,17 @@ QByteArray csvOf(const Recording &recording, const auto &values)
 }
 
 } // namespace
+
+TEST(RecordingFiles, lie_in_a_folder_of_the_recordings_name)
+{
+    const RecordingFiles files{"/data", "T"};
+    EXPECT_EQ(files.folder(), "/data/T/");
+    EXPECT_EQ(files.data(3), "/data/T/T_data3.csv");
+    EXPECT_EQ(files.grayData(10), "/data/T/T_data_gray10.csv");
+    EXPECT_EQ(files.picture(1), "/data/T/T_pic1.png");
+    EXPECT_EQ(files.video(), "/data/T/output_video.mp4");
+    EXPECT_EQ(files.parameters(), "/data/T/SetParameterData.txt");
+}
 
 TEST(Recording, every_combination_of_forms_stores_its_files_and_no_others)
 {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QByteArray>
 #include <QString>
 
 #include <opencv2/videoio.hpp>
@@ -22,3 +23,13 @@ struct Video
 
     cv::VideoCapture capture;
 };
+
+/// Blanks the second frame of a video: decoding does not get it any more, while the file still states it.
+inline void tearSecondFrame(QByteArray &video)
+{
+    const QByteArrayView frameStart("\0\0\1\xB6", 4);
+    const qsizetype second = video.indexOf(frameStart, video.indexOf(frameStart) + 1);
+    const qsizetype size = video.indexOf(frameStart, second + 1) - second;
+    ASSERT_GT(size, 0);
+    video.replace(second, size, QByteArray(size, '\0'));
+}

@@ -1,3 +1,6 @@
+#include "imaging/videofile.h"
+#include "tests/imaging/pictures.h"
+#include "tests/imaging/video.h"
 #include "tests/support/workingfolder.h"
 #include "tools/recordingcheck.h"
 
@@ -22,14 +25,24 @@ protected:
 
     void writeData(const QByteArray &content) const
     {
-        folder.write(QStringLiteral("T/T_data1.csv"), content);
-        folder.write(QStringLiteral("T/T_data_gray1.csv"), csv(1024, "7"));
+        folder.write(files.data(1), content);
+        folder.write(files.grayData(1), csv(1024, "7"));
     }
 
-    [[nodiscard]] static QString check(bool data, bool picture, bool video)
+    [[nodiscard]] static QString check(bool data, bool picture, bool video, int frames = 1)
     {
-        return RecordingCheck::check({QStringLiteral("."), QStringLiteral("T"), 1, data, picture, video});
+        return RecordingCheck::check({files, frames, {data, picture, video}});
     }
+
+    static void writeVideo(int frames)
+    {
+        VideoFile video(files.video());
+        for (int n = 0; n < frames; ++n)
+            video.append(TestPictures::random(static_cast<quint32>(n)));
+        EXPECT_EQ(video.finish(), QString());
+    }
+
+    inline static const RecordingFiles files{QStringLiteral("."), QStringLiteral("T")};
 
     WorkingFolder folder;
 };
@@ -72,22 +85,39 @@ TEST_F(Check, what_is_no_number_is_found)
 
 TEST_F(Check, a_missing_grey_file_is_found)
 {
-    folder.write(QStringLiteral("T/T_data1.csv"), csv(1024));
+    folder.write(files.data(1), csv(1024));
     EXPECT_TRUE(check(true, false, false).contains(QStringLiteral("T_data_gray1.csv is missing")));
 }
 
 TEST_F(Check, a_picture_must_be_readable_and_of_the_detectors_size)
 {
     EXPECT_FALSE(check(false, true, false).isEmpty());
-    QImage(1024, 1023, QImage::Format_Grayscale8).save(QStringLiteral("T/T_pic1.png"));
+    QImage(1024, 1023, QImage::Format_Grayscale8).save(files.picture(1));
     EXPECT_FALSE(check(false, true, false).isEmpty());
-    QImage(1024, 1024, QImage::Format_Grayscale8).save(QStringLiteral("T/T_pic1.png"));
+    QImage(1024, 1024, QImage::Format_Grayscale8).save(files.picture(1));
     EXPECT_EQ(check(false, true, false), QString());
 }
 
 TEST_F(Check, a_missing_or_broken_video_is_found)
 {
     EXPECT_TRUE(check(false, false, true).contains(QStringLiteral("missing or unreadable")));
-    folder.write(QStringLiteral("T/output_video.mp4"), "not a video");
+    folder.write(files.video(), "not a video");
     EXPECT_TRUE(check(false, false, true).contains(QStringLiteral("missing or unreadable")));
+}
+
+TEST_F(Check, a_video_must_hold_every_frame)
+{
+    writeVideo(3);
+    EXPECT_EQ(check(false, false, true, 3), QString());
+    EXPECT_TRUE(check(false, false, true, 4).contains(QStringLiteral("it holds 3 of 4 frames")));
+}
+
+TEST_F(Check, a_frame_of_the_video_that_cannot_be_decoded_is_found_although_the_file_states_it)
+{
+    writeVideo(3);
+    QByteArray content = folder.read(files.video());
+    tearSecondFrame(content);
+    folder.write(files.video(), content);
+    EXPECT_EQ(VideoFile::check(files.video(), 3), QString());
+    EXPECT_TRUE(check(false, false, true, 3).contains(QStringLiteral("is incomplete: it holds")));
 }

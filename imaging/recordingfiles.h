@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QString>
+
+/// Which files a recording stores of its frames.
+struct RecordingForms
+{
+    bool data = false;    ///< currents and grey levels, a CSV file of each for every frame
+    bool picture = false; ///< a PNG file for every frame
+    bool video = false;   ///< one MP4 file of all frames
+
+    [[nodiscard]] bool any() const { return data || picture || video; }
+};
+
+/// Where the files of a recording lie. Frames are counted from 1; numbers are not padded.
+struct RecordingFiles
+{
+    QString root; ///< folder in which the recording's folder lies
+    QString name; ///< of the recording: of its folder, and what the files of the frames begin with
+
+    /// With a "/" at its end.
+    [[nodiscard]] QString folder() const { return root + u'/' + name + u'/'; }
+
+    [[nodiscard]] QString data(int frame) const
+    {
+        return ofFrame(QStringLiteral("_data"), frame, QStringLiteral(".csv"));
+    }
+    [[nodiscard]] QString grayData(int frame) const
+    {
+        return ofFrame(QStringLiteral("_data_gray"), frame, QStringLiteral(".csv"));
+    }
+    [[nodiscard]] QString picture(int frame) const
+    {
+        return ofFrame(QStringLiteral("_pic"), frame, QStringLiteral(".png"));
+    }
+    [[nodiscard]] QString video() const { return folder() + QStringLiteral("output_video.mp4"); }
+    [[nodiscard]] QString parameters() const { return folder() + QStringLiteral("SetParameterData.txt"); }
+
+private:
+    [[nodiscard]] QString ofFrame(const QString &form, int frame, const QString &ending) const
+    {
+        return folder() + name + form + QString::number(frame) + ending;
+    }
+};
