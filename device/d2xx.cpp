@@ -1,99 +1,100 @@
 #include "device/d2xx.h"
 
+#include "d2xx/arguments.h"
+
 #include <thread>
 
-using namespace ftdi;
+using namespace d2xx;
 
 // Counted in before the handle is compared, and the handle taken back before the count is awaited: of a
 // call and a close that meet, one sees the other.
 template <typename Call>
-FT_STATUS D2xx::onOpenHandle(FT_HANDLE handle, Call call)
+Status D2xx::onOpenHandle(Handle handle, Call call)
 {
     ++m_callsUnderWay;
-    FT_STATUS status = FT_INVALID_HANDLE;
+    Status status = Status::InvalidHandle;
     if (handle != nullptr && handle == m_open)
         status = call();
     --m_callsUnderWay;
     return status;
 }
 
-FT_STATUS D2xx::createDeviceInfoList(DWORD *count) const
+Status D2xx::createDeviceInfoList(quint32 *count) const
 {
-    return m_usable ? m_functions.createDeviceInfoList(count) : FT_DEVICE_NOT_FOUND;
+    return m_usable ? m_functions.createDeviceInfoList(count) : Status::DeviceNotFound;
 }
 
-FT_STATUS D2xx::getDeviceInfoList(DeviceRecord *records, DWORD *count) const
+Status D2xx::getDeviceInfoList(DeviceRecord *records, quint32 *count) const
 {
-    return m_usable ? m_functions.getDeviceInfoList(records, count) : FT_DEVICE_NOT_FOUND;
+    return m_usable ? m_functions.getDeviceInfoList(records, count) : Status::DeviceNotFound;
 }
 
-FT_STATUS D2xx::open(const char *serialNumber, FT_HANDLE *handle)
+Status D2xx::open(const char *serialNumber, Handle *handle)
 {
     if (!m_usable)
-        return FT_DEVICE_NOT_FOUND;
-    const FT_STATUS status =
-        m_functions.openEx(const_cast<char *>(serialNumber), FT_OPEN_BY_SERIAL_NUMBER, handle);
-    if (status == FT_OK)
+        return Status::DeviceNotFound;
+    const Status status = m_functions.openEx(const_cast<char *>(serialNumber), openBySerialNumber, handle);
+    if (status == Status::Ok)
         m_open = *handle;
     return status;
 }
 
-FT_STATUS D2xx::close(FT_HANDLE handle)
+Status D2xx::close(Handle handle)
 {
-    FT_HANDLE expected = handle;
+    Handle expected = handle;
     if (handle == nullptr || !m_open.compare_exchange_strong(expected, nullptr))
-        return FT_INVALID_HANDLE;
+        return Status::InvalidHandle;
     while (m_callsUnderWay != 0)
         std::this_thread::yield();
     return m_functions.close(handle);
 }
 
-FT_STATUS D2xx::resetDevice(FT_HANDLE handle)
+Status D2xx::resetDevice(Handle handle)
 {
     return onOpenHandle(handle, [&] { return m_functions.resetDevice(handle); });
 }
 
-FT_STATUS D2xx::setBitMode(FT_HANDLE handle, UCHAR mask, UCHAR mode)
+Status D2xx::setBitMode(Handle handle, quint8 mask, quint8 mode)
 {
     return onOpenHandle(handle, [&] { return m_functions.setBitMode(handle, mask, mode); });
 }
 
-FT_STATUS D2xx::setLatencyTimer(FT_HANDLE handle, UCHAR milliseconds)
+Status D2xx::setLatencyTimer(Handle handle, quint8 milliseconds)
 {
     return onOpenHandle(handle, [&] { return m_functions.setLatencyTimer(handle, milliseconds); });
 }
 
-FT_STATUS D2xx::setUsbParameters(FT_HANDLE handle, DWORD inSize, DWORD outSize)
+Status D2xx::setUsbParameters(Handle handle, quint32 inSize, quint32 outSize)
 {
     return onOpenHandle(handle, [&] { return m_functions.setUsbParameters(handle, inSize, outSize); });
 }
 
-FT_STATUS D2xx::setFlowControl(FT_HANDLE handle, USHORT flow, UCHAR xOn, UCHAR xOff)
+Status D2xx::setFlowControl(Handle handle, quint16 flow, quint8 xOn, quint8 xOff)
 {
     return onOpenHandle(handle, [&] { return m_functions.setFlowControl(handle, flow, xOn, xOff); });
 }
 
-FT_STATUS D2xx::purge(FT_HANDLE handle, DWORD mask)
+Status D2xx::purge(Handle handle, quint32 mask)
 {
     return onOpenHandle(handle, [&] { return m_functions.purge(handle, mask); });
 }
 
-FT_STATUS D2xx::setTimeouts(FT_HANDLE handle, DWORD readMs, DWORD writeMs)
+Status D2xx::setTimeouts(Handle handle, quint32 readMs, quint32 writeMs)
 {
     return onOpenHandle(handle, [&] { return m_functions.setTimeouts(handle, readMs, writeMs); });
 }
 
-FT_STATUS D2xx::getStatus(FT_HANDLE handle, DWORD *rxBytes, DWORD *txBytes, DWORD *events)
+Status D2xx::getStatus(Handle handle, quint32 *rxBytes, quint32 *txBytes, quint32 *events)
 {
     return onOpenHandle(handle, [&] { return m_functions.getStatus(handle, rxBytes, txBytes, events); });
 }
 
-FT_STATUS D2xx::read(FT_HANDLE handle, void *buffer, DWORD length, DWORD *bytesRead)
+Status D2xx::read(Handle handle, void *buffer, quint32 length, quint32 *bytesRead)
 {
     return onOpenHandle(handle, [&] { return m_functions.read(handle, buffer, length, bytesRead); });
 }
 
-FT_STATUS D2xx::write(FT_HANDLE handle, const void *buffer, DWORD length, DWORD *bytesWritten)
+Status D2xx::write(Handle handle, const void *buffer, quint32 length, quint32 *bytesWritten)
 {
     return onOpenHandle(
         handle, [&] { return m_functions.write(handle, const_cast<void *>(buffer), length, bytesWritten); });

@@ -40,35 +40,19 @@ QString findProvider(const QString &name)
     return {};
 }
 
-/// Resolves one call by name; notes the name when the library lacks it.
-template <typename Function>
-void resolve(QLibrary &library, const char *name, Function &function, QStringList &missing)
-{
-    function = reinterpret_cast<Function>(library.resolve(name));
-    if (function == nullptr)
-        missing << QString::fromLatin1(name);
-}
-
-QStringList resolveAll(QLibrary &library, ftdi::Functions &f)
+/// Resolves all calls by name; returns the names of those that the library lacks.
+QStringList resolveAll(QLibrary &library, d2xx::Functions &functions)
 {
     QStringList missing;
-    resolve(library, "FT_CreateDeviceInfoList", f.createDeviceInfoList, missing);
-    resolve(library, "FT_GetDeviceInfoList", f.getDeviceInfoList, missing);
-    resolve(library, "FT_OpenEx", f.openEx, missing);
-    resolve(library, "FT_Close", f.close, missing);
-    resolve(library, "FT_ResetDevice", f.resetDevice, missing);
-    resolve(library, "FT_SetBitMode", f.setBitMode, missing);
-    resolve(library, "FT_SetLatencyTimer", f.setLatencyTimer, missing);
-    resolve(library, "FT_SetUSBParameters", f.setUsbParameters, missing);
-    resolve(library, "FT_SetFlowControl", f.setFlowControl, missing);
-    resolve(library, "FT_Purge", f.purge, missing);
-    resolve(library, "FT_SetTimeouts", f.setTimeouts, missing);
-    resolve(library, "FT_GetStatus", f.getStatus, missing);
-    resolve(library, "FT_Read", f.read, missing);
-    resolve(library, "FT_Write", f.write, missing);
-
-    QStringList optional;
-    resolve(library, "QV1K_SetDeviceEventCallback", f.setDeviceEventCallback, optional);
+    const auto resolve = [&library](const char *name, auto &function) {
+        function = reinterpret_cast<std::remove_reference_t<decltype(function)>>(library.resolve(name));
+        return function != nullptr;
+    };
+    functions.forEachCall([&](const char *name, auto &function) {
+        if (!resolve(name, function))
+            missing << QString::fromLatin1(name);
+    });
+    functions.forEachOptionalCall(resolve);
     return missing;
 }
 
@@ -86,7 +70,7 @@ D2xxLibrary loadFile(const QString &fileName)
     if (!library.load())
         return withoutDriver(library.errorString());
 
-    ftdi::Functions functions;
+    d2xx::Functions functions;
     const QStringList missing = resolveAll(library, functions);
     if (!missing.isEmpty()) {
         const QString name = library.fileName();

@@ -1,5 +1,6 @@
 #include "device/portmanager.h"
 
+#include "d2xx/arguments.h"
 #include "device/d2xxlibrary.h"
 #include "device/receiveloop.h"
 #include "log/logmanager.h"
@@ -10,14 +11,13 @@
 
 #include <vector>
 
-using namespace ftdi;
+using namespace d2xx;
 
 namespace {
 
-constexpr UCHAR allDataLines = 0xFF;
-constexpr UCHAR latencyMs = 2;
-constexpr DWORD transferSize = 65536;
-constexpr DWORD ioTimeoutMs = 10;
+constexpr quint8 latencyMs = 2;
+constexpr quint32 transferSize = 65536;
+constexpr quint32 ioTimeoutMs = 10;
 
 PortManager *linkInstance = nullptr;
 
@@ -34,8 +34,8 @@ void log(const QString &message)
 
 QString serialNumberOf(const DeviceRecord &record)
 {
-    return QString::fromUtf8(record.serialNumber,
-                             qsizetype(qstrnlen(record.serialNumber, sizeof record.serialNumber)));
+    const std::string_view text = textOf(record.serialNumber);
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
 } // namespace
@@ -84,8 +84,8 @@ PortManager::~PortManager()
 
 QList<QString> PortManager::listDevices()
 {
-    DWORD count = 0;
-    if (m_driver->createDeviceInfoList(&count) != FT_OK) {
+    quint32 count = 0;
+    if (m_driver->createDeviceInfoList(&count) != Status::Ok) {
         qDebug() << QStringLiteral("获取串口列表失败");
         return {};
     }
@@ -94,7 +94,7 @@ QList<QString> PortManager::listDevices()
         return {};
     }
     std::vector<DeviceRecord> records(count);
-    if (m_driver->getDeviceInfoList(records.data(), &count) != FT_OK) {
+    if (m_driver->getDeviceInfoList(records.data(), &count) != Status::Ok) {
         qDebug() << QStringLiteral("获取串口信息失败");
         return {};
     }
@@ -113,16 +113,16 @@ QList<QString> PortManager::listDevices()
 
 bool PortManager::openDevice(QString serialNumber)
 {
-    FT_HANDLE handle = nullptr;
-    const FT_STATUS status = m_driver->open(serialNumber.toUtf8().constData(), &handle);
+    Handle handle = nullptr;
+    const Status status = m_driver->open(serialNumber.toUtf8().constData(), &handle);
     m_handle = handle;
-    if (status == FT_OK) {
+    if (status == Status::Ok) {
         configureDevice();
         log(QStringLiteral("串口连接配置成功"));
         return true;
     }
     log(QStringLiteral("串口连接失败"));
-    if (status == FT_DEVICE_NOT_OPENED)
+    if (status == Status::DeviceNotOpened)
         log(QStringLiteral("设备未开启"));
     return false;
 }
@@ -130,11 +130,11 @@ bool PortManager::openDevice(QString serialNumber)
 void PortManager::configureDevice()
 {
     m_driver->resetDevice(m_handle);
-    m_driver->setBitMode(m_handle, allDataLines, FT_BITMODE_SYNC_FIFO);
+    m_driver->setBitMode(m_handle, allDataLines, bitModeSyncFifo);
     m_driver->setLatencyTimer(m_handle, latencyMs);
     m_driver->setUsbParameters(m_handle, transferSize, transferSize);
-    m_driver->setFlowControl(m_handle, FT_FLOW_RTS_CTS, 0, 0);
-    m_driver->purge(m_handle, FT_PURGE_RX_AND_TX);
+    m_driver->setFlowControl(m_handle, flowRtsCts, 0, 0);
+    m_driver->purge(m_handle, purgeBoth);
     m_driver->setTimeouts(m_handle, ioTimeoutMs, ioTimeoutMs);
 }
 
@@ -186,20 +186,20 @@ void PortManager::write(QByteArray bytes)
     writeTo(m_handle, bytes);
 }
 
-void PortManager::writeTo(FT_HANDLE handle, const QByteArray &bytes)
+void PortManager::writeTo(Handle handle, const QByteArray &bytes)
 {
-    DWORD written = 0;
-    m_driver->write(handle, bytes.constData(), DWORD(bytes.size()), &written);
+    quint32 written = 0;
+    m_driver->write(handle, bytes.constData(), quint32(bytes.size()), &written);
 }
 
-DWORD PortManager::bytesWaiting(FT_HANDLE handle)
+quint32 PortManager::bytesWaiting(Handle handle)
 {
-    DWORD rxBytes = 0;
-    DWORD txBytes = 0;
-    DWORD events = 0;
-    const FT_STATUS status = m_driver->getStatus(handle, &rxBytes, &txBytes, &events);
+    quint32 rxBytes = 0;
+    quint32 txBytes = 0;
+    quint32 events = 0;
+    const Status status = m_driver->getStatus(handle, &rxBytes, &txBytes, &events);
     // Without a status nothing counts as waiting: a pulled cable must not make the loop read for ever.
-    return status == FT_OK ? rxBytes : 0;
+    return status == Status::Ok ? rxBytes : 0;
 }
 
 QByteArray PortManager::wait_for_read(int timeoutMs, int expectedBytes)
@@ -208,12 +208,12 @@ QByteArray PortManager::wait_for_read(int timeoutMs, int expectedBytes)
     timer.start();
     QByteArray reply;
     while (timer.elapsed() < timeoutMs) {
-        const DWORD waiting = bytesWaiting(m_handle);
+        const quint32 waiting = bytesWaiting(m_handle);
         if (waiting == 0)
             continue;
         QByteArray bytes(qsizetype(waiting), Qt::Uninitialized);
-        DWORD bytesRead = 0;
-        if (m_driver->read(m_handle, bytes.data(), waiting, &bytesRead) != FT_OK) {
+        quint32 bytesRead = 0;
+        if (m_driver->read(m_handle, bytes.data(), waiting, &bytesRead) != Status::Ok) {
             log(QStringLiteral("串口接收数据失败"));
             return reply;
         }

@@ -79,14 +79,14 @@ private:
     void configureDevice();
     void startThread();
     void receiveLoop();
-    [[nodiscard]] ftdi::DWORD bytesWaiting(ftdi::FT_HANDLE handle);
-    void writeTo(ftdi::FT_HANDLE handle, const QByteArray &bytes);
+    [[nodiscard]] quint32 bytesWaiting(d2xx::Handle handle);
+    void writeTo(d2xx::Handle handle, const QByteArray &bytes);
     friend class ReceiveLoop;
 
     std::shared_ptr<D2xx> m_driver;
     std::atomic<bool> m_stopRequested{false}; ///< halt at the next block boundary
     QList<QString> m_portList;                ///< of the last successful enumeration
-    std::atomic<ftdi::FT_HANDLE> m_handle{nullptr};
+    std::atomic<d2xx::Handle> m_handle{nullptr};
     QThread *m_receiveThread = nullptr;      ///< owned; made on the first startReceive()
     std::atomic<bool> m_paused{false};       ///< one pass per 100 ms
     std::atomic<bool> m_halted{false};       ///< no reading

@@ -6,7 +6,7 @@
 
 #include <QThread>
 
-using namespace ftdi;
+using namespace d2xx;
 
 namespace {
 
@@ -38,7 +38,7 @@ void ReceiveLoop::pass()
     // One handle for the whole pass: when the device is closed and opened again meanwhile, what this pass
     // still does fails, instead of taking bytes of the new connection or writing to it.
     m_handle = m_link.m_handle;
-    const DWORD waiting = m_link.bytesWaiting(m_handle);
+    const quint32 waiting = m_link.bytesWaiting(m_handle);
     if (m_link.m_halted) {
         QThread::msleep(idlePassMs);
         return;
@@ -62,11 +62,11 @@ void ReceiveLoop::pass()
         handleBlockBoundary();
 }
 
-void ReceiveLoop::receive(DWORD waiting)
+void ReceiveLoop::receive(quint32 waiting)
 {
     char *room = m_assembler.reserve(qsizetype(waiting));
-    DWORD bytesRead = 0;
-    if (m_link.m_driver->read(m_handle, room, waiting, &bytesRead) == FT_OK) {
+    quint32 bytesRead = 0;
+    if (m_link.m_driver->read(m_handle, room, waiting, &bytesRead) == Status::Ok) {
         m_assembler.keep(qsizetype(qMin(bytesRead, waiting)));
     } else {
         m_assembler.drop();

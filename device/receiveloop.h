@@ -22,7 +22,7 @@ public:
 
 private:
     void pass();
-    void receive(ftdi::DWORD waiting);
+    void receive(quint32 waiting);
     void handleBlockBoundary();
     void handOnFrame();
     void halt();
@@ -30,7 +30,7 @@ private:
     [[nodiscard]] qint64 framesWaiting() const;
 
     PortManager &m_link;
-    ftdi::FT_HANDLE m_handle = nullptr; ///< of the current pass
+    d2xx::Handle m_handle = nullptr; ///< of the current pass
     BlockAssembler m_assembler;
     FrameBuffers m_buffers;
     std::array<QByteArray, blocksPerFrame> m_blockRequests; ///< by counter; made once, not per block

@@ -11,43 +11,43 @@
 #include <atomic>
 #include <thread>
 
-using namespace ftdi;
+using namespace d2xx;
 
 TEST(DriverBoundary, without_a_library_every_call_reports_a_failure_and_nothing_crashes)
 {
     D2xx none;
-    DWORD count = 7;
+    quint32 count = 7;
     DeviceRecord record{};
-    FT_HANDLE handle = nullptr;
+    Handle handle = nullptr;
     EXPECT_FALSE(none.isUsable());
-    EXPECT_NE(none.createDeviceInfoList(&count), FT_OK);
-    EXPECT_NE(none.getDeviceInfoList(&record, &count), FT_OK);
-    EXPECT_NE(none.open("QV1K", &handle), FT_OK);
-    EXPECT_NE(none.read(handle, &count, 4, &count), FT_OK);
-    EXPECT_NE(none.write(handle, &count, 4, &count), FT_OK);
-    EXPECT_NE(none.close(handle), FT_OK);
+    EXPECT_NE(none.createDeviceInfoList(&count), Status::Ok);
+    EXPECT_NE(none.getDeviceInfoList(&record, &count), Status::Ok);
+    EXPECT_NE(none.open("QV1K", &handle), Status::Ok);
+    EXPECT_NE(none.read(handle, &count, 4, &count), Status::Ok);
+    EXPECT_NE(none.write(handle, &count, 4, &count), Status::Ok);
+    EXPECT_NE(none.close(handle), Status::Ok);
 }
 
 TEST(DriverBoundary, a_call_on_a_null_or_closed_handle_does_not_reach_the_library)
 {
     FakeD2xx fake;
     D2xx &d2xx = *fake.driver();
-    DWORD a = 0;
-    DWORD b = 0;
-    DWORD c = 0;
-    EXPECT_EQ(d2xx.getStatus(nullptr, &a, &b, &c), FT_INVALID_HANDLE);
+    quint32 a = 0;
+    quint32 b = 0;
+    quint32 c = 0;
+    EXPECT_EQ(d2xx.getStatus(nullptr, &a, &b, &c), Status::InvalidHandle);
 
-    FT_HANDLE handle = nullptr;
-    ASSERT_EQ(d2xx.open("QV1K", &handle), FT_OK);
-    EXPECT_EQ(d2xx.getStatus(handle, &a, &b, &c), FT_OK);
+    Handle handle = nullptr;
+    ASSERT_EQ(d2xx.open("QV1K", &handle), Status::Ok);
+    EXPECT_EQ(d2xx.getStatus(handle, &a, &b, &c), Status::Ok);
     EXPECT_EQ(fake.statusCalls(), 1);
-    EXPECT_EQ(d2xx.close(handle), FT_OK);
+    EXPECT_EQ(d2xx.close(handle), Status::Ok);
 
-    EXPECT_EQ(d2xx.getStatus(handle, &a, &b, &c), FT_INVALID_HANDLE);
-    EXPECT_EQ(d2xx.read(handle, &a, 1, &b), FT_INVALID_HANDLE);
-    EXPECT_EQ(d2xx.write(handle, &a, 1, &b), FT_INVALID_HANDLE);
-    EXPECT_EQ(d2xx.purge(handle, 3), FT_INVALID_HANDLE);
-    EXPECT_EQ(d2xx.close(handle), FT_INVALID_HANDLE);
+    EXPECT_EQ(d2xx.getStatus(handle, &a, &b, &c), Status::InvalidHandle);
+    EXPECT_EQ(d2xx.read(handle, &a, 1, &b), Status::InvalidHandle);
+    EXPECT_EQ(d2xx.write(handle, &a, 1, &b), Status::InvalidHandle);
+    EXPECT_EQ(d2xx.purge(handle, 3), Status::InvalidHandle);
+    EXPECT_EQ(d2xx.close(handle), Status::InvalidHandle);
     EXPECT_EQ(fake.statusCalls(), 1);
     EXPECT_EQ(fake.reads(), 0);
     EXPECT_EQ(fake.written().size(), 0);
@@ -58,8 +58,8 @@ TEST(DriverBoundary, closing_waits_for_a_call_that_is_under_way_on_another_threa
 {
     FakeD2xx fake;
     D2xx &d2xx = *fake.driver();
-    FT_HANDLE handle = nullptr;
-    ASSERT_EQ(d2xx.open("QV1K", &handle), FT_OK);
+    Handle handle = nullptr;
+    ASSERT_EQ(d2xx.open("QV1K", &handle), Status::Ok);
 
     std::atomic<bool> inside{false};
     std::atomic<bool> mayReturn{false};
@@ -71,7 +71,7 @@ TEST(DriverBoundary, closing_waits_for_a_call_that_is_under_way_on_another_threa
         returned = true;
     });
     std::thread writer([&] {
-        DWORD count = 0;
+        quint32 count = 0;
         d2xx.write(handle, "x", 1, &count);
     });
     while (!inside)
@@ -82,10 +82,10 @@ TEST(DriverBoundary, closing_waits_for_a_call_that_is_under_way_on_another_threa
         returnedBeforeClose = returned.load();
     });
     // The handle counts as closed at once, for every new call.
-    DWORD a = 0;
-    DWORD b = 0;
-    DWORD c = 0;
-    while (d2xx.getStatus(handle, &a, &b, &c) == FT_OK)
+    quint32 a = 0;
+    quint32 b = 0;
+    quint32 c = 0;
+    while (d2xx.getStatus(handle, &a, &b, &c) == Status::Ok)
         std::this_thread::yield();
     EXPECT_TRUE(fake.isOpen());
     mayReturn = true;
@@ -103,17 +103,17 @@ TEST(DriverLibrary, a_library_written_by_somebody_else_works_unchanged)
     EXPECT_EQ(library.path, QStringLiteral(QV1K_FOREIGN_LIBRARY));
     EXPECT_EQ(library.description(), QStringLiteral("Driver library: ") + library.path);
 
-    DWORD count = 0;
-    ASSERT_EQ(library.driver->createDeviceInfoList(&count), FT_OK);
+    quint32 count = 0;
+    ASSERT_EQ(library.driver->createDeviceInfoList(&count), Status::Ok);
     ASSERT_EQ(count, 2u);
     DeviceRecord records[2];
-    ASSERT_EQ(library.driver->getDeviceInfoList(records, &count), FT_OK);
+    ASSERT_EQ(library.driver->getDeviceInfoList(records, &count), Status::Ok);
     EXPECT_STREQ(records[0].serialNumber, "FIRST");
     EXPECT_STREQ(records[1].serialNumber, "SECOND");
-    FT_HANDLE handle = nullptr;
-    EXPECT_EQ(library.driver->open("FIRST", &handle), FT_DEVICE_NOT_OPENED);
-    EXPECT_EQ(library.driver->open("SECOND", &handle), FT_OK);
-    EXPECT_EQ(library.driver->close(handle), FT_OK);
+    Handle handle = nullptr;
+    EXPECT_EQ(library.driver->open("FIRST", &handle), Status::DeviceNotOpened);
+    EXPECT_EQ(library.driver->open("SECOND", &handle), Status::Ok);
+    EXPECT_EQ(library.driver->close(handle), Status::Ok);
 }
 
 TEST(DriverLibrary, a_missing_file_is_told_with_the_systems_reason)

@@ -22,7 +22,7 @@ void setCallback(void (*newCallback)(void *, int), void *context)
 
 std::shared_ptr<D2xx> reportingDriver()
 {
-    ftdi::Functions functions = FakeD2xx::functions();
+    d2xx::Functions functions = FakeD2xx::functions();
     functions.setDeviceEventCallback = &setCallback;
     return std::make_shared<D2xx>(functions);
 }

@@ -37,7 +37,7 @@ TEST_F(Discovery, a_serial_number_that_fills_its_field_is_read_whole)
 TEST_F(Discovery, a_failing_enumeration_is_told_on_the_debug_output_only)
 {
     const DebugOutput debug;
-    fake.createListStatus = ftdi::FT_OTHER_ERROR;
+    fake.createListStatus = d2xx::Status::OtherError;
     EXPECT_TRUE(link().listDevices().isEmpty());
     EXPECT_TRUE(debug.contains(QStringLiteral("获取串口列表失败")));
 }
@@ -45,7 +45,7 @@ TEST_F(Discovery, a_failing_enumeration_is_told_on_the_debug_output_only)
 TEST_F(Discovery, failing_to_read_the_records_is_told_on_the_debug_output_only)
 {
     const DebugOutput debug;
-    fake.getListStatus = ftdi::FT_OTHER_ERROR;
+    fake.getListStatus = d2xx::Status::OtherError;
     EXPECT_TRUE(link().listDevices().isEmpty());
     EXPECT_TRUE(debug.contains(QStringLiteral("获取串口信息失败")));
 }
@@ -64,14 +64,14 @@ TEST_F(Discovery, opening_configures_the_bridge_with_seven_calls_in_order)
 
 TEST_F(Discovery, a_device_that_rejects_its_configuration_still_counts_as_connected)
 {
-    fake.configurationStatus = ftdi::FT_IO_ERROR;
+    fake.configurationStatus = d2xx::Status::IoError;
     EXPECT_TRUE(link().openDevice(QStringLiteral("QV1K")));
     EXPECT_EQ(fake.calls().size(), 8);
 }
 
 TEST_F(Discovery, a_device_held_by_another_program_fails_with_two_log_lines)
 {
-    fake.openStatus = ftdi::FT_DEVICE_NOT_OPENED;
+    fake.openStatus = d2xx::Status::DeviceNotOpened;
     EXPECT_FALSE(link().openDevice(QStringLiteral("QV1K")));
     EXPECT_TRUE(log.waitFor({created, QStringLiteral("串口连接失败"), QStringLiteral("设备未开启")}));
     EXPECT_EQ(fake.calls().size(), 1);
@@ -79,7 +79,7 @@ TEST_F(Discovery, a_device_held_by_another_program_fails_with_two_log_lines)
 
 TEST_F(Discovery, any_other_failure_to_open_has_one_log_line)
 {
-    fake.openStatus = ftdi::FT_DEVICE_NOT_FOUND;
+    fake.openStatus = d2xx::Status::DeviceNotFound;
     EXPECT_FALSE(link().openDevice(QStringLiteral("QV1K")));
     PortManager::destroyInstance();
     EXPECT_TRUE(log.waitFor({created, QStringLiteral("串口连接失败"), QStringLiteral("串口销毁")}));

@@ -80,7 +80,7 @@ TEST_F(Exchange, a_time_out_of_0_or_less_returns_empty_at_once_and_is_logged)
 TEST_F(Exchange, a_failing_read_ends_the_wait_with_what_had_come)
 {
     fake.push(hex("FFBB"));
-    fake.setReadResult(ftdi::FT_IO_ERROR);
+    fake.setReadResult(d2xx::Status::IoError);
     QElapsedTimer timer;
     timer.start();
     EXPECT_EQ(link().wait_for_read(5000, 6), QByteArray());
@@ -91,7 +91,7 @@ TEST_F(Exchange, a_failing_read_ends_the_wait_with_what_had_come)
 TEST_F(Exchange, when_the_status_call_fails_nothing_counts_as_waiting)
 {
     fake.push(hex("FFBB03A00DEB"));
-    fake.setStatusResult(ftdi::FT_IO_ERROR);
+    fake.setStatusResult(d2xx::Status::IoError);
     EXPECT_EQ(link().wait_for_read(30, 6), QByteArray());
     EXPECT_EQ(fake.reads(), 0);
 }

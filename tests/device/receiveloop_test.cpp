@@ -236,20 +236,20 @@ TEST_F(ReceiveLoop, closing_the_device_leaves_the_loop_polling_without_a_word_in
 TEST_F(ReceiveLoop, a_failing_status_call_counts_as_nothing_waiting)
 {
     start();
-    fake.setStatusResult(ftdi::FT_IO_ERROR);
+    fake.setStatusResult(d2xx::Status::IoError);
     fake.push(block(0));
     pass();
     EXPECT_EQ(fake.reads(), 0);
-    fake.setStatusResult(ftdi::FT_OK);
+    fake.setStatusResult(d2xx::Status::Ok);
     ASSERT_TRUE(QTest::qWaitFor([&] { return fake.writtenHex() == requests(1, 1); }, 10000));
 }
 
 TEST_F(ReceiveLoop, a_failing_read_is_logged_and_its_bytes_dropped)
 {
     start();
-    fake.setReadResult(ftdi::FT_IO_ERROR);
+    fake.setReadResult(d2xx::Status::IoError);
     arrive(QByteArray(blockSize, 'x'));
-    fake.setReadResult(ftdi::FT_OK);
+    fake.setReadResult(d2xx::Status::Ok);
     EXPECT_TRUE(log.waitForMessage(QStringLiteral("串口线程接收数据失败")));
     EXPECT_EQ(fake.writtenHex(), "");
     arriveBlocks(32);

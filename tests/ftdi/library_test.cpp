@@ -1,10 +1,11 @@
+#include "d2xx/arguments.h"
 #include "device/d2xxlibrary.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
 
-using namespace ftdi;
+using namespace d2xx;
 
 namespace {
 
@@ -29,12 +30,13 @@ TEST_F(FtdiLibrary, has_all_calls_and_leaves_plugging_and_unplugging_to_the_syst
 TEST_F(FtdiLibrary, lists_what_is_there_or_says_that_it_cannot)
 {
     ASSERT_TRUE(library.driver->isUsable());
-    DWORD count = 0;
-    const FT_STATUS status = f.createDeviceInfoList(&count);
-    EXPECT_TRUE(status == FT_OK || (status == FT_OTHER_ERROR && count == 0)) << status;
+    quint32 count = 0;
+    const Status status = f.createDeviceInfoList(&count);
+    EXPECT_TRUE(status == Status::Ok || (status == Status::OtherError && count == 0))
+        << static_cast<quint32>(status);
     std::vector<DeviceRecord> records(count + 1);
-    DWORD told = 99;
-    EXPECT_EQ(f.getDeviceInfoList(records.data(), &told), FT_OK);
+    quint32 told = 99;
+    EXPECT_EQ(f.getDeviceInfoList(records.data(), &told), Status::Ok);
     EXPECT_EQ(told, count);
 }
 
@@ -42,9 +44,10 @@ TEST_F(FtdiLibrary, does_not_open_what_is_not_there)
 {
     ASSERT_TRUE(library.driver->isUsable());
     std::array<char, 16> serialNumber{"NO SUCH BRIDGE"};
-    FT_HANDLE handle = nullptr;
-    const FT_STATUS status = f.openEx(serialNumber.data(), FT_OPEN_BY_SERIAL_NUMBER, &handle);
-    EXPECT_TRUE(status == FT_DEVICE_NOT_FOUND || status == FT_OTHER_ERROR) << status;
+    Handle handle = nullptr;
+    const Status status = f.openEx(serialNumber.data(), openBySerialNumber, &handle);
+    EXPECT_TRUE(status == Status::DeviceNotFound || status == Status::OtherError)
+        << static_cast<quint32>(status);
     EXPECT_EQ(handle, nullptr);
 }
 
@@ -52,33 +55,33 @@ TEST_F(FtdiLibrary, knows_an_invalid_handle_in_every_call)
 {
     ASSERT_TRUE(library.driver->isUsable());
     std::array<char, 4> buffer{};
-    for (FT_HANDLE stale : {FT_HANDLE(nullptr), FT_HANDLE(buffer.data())}) {
-        DWORD a = 0;
-        DWORD b = 0;
-        DWORD c = 0;
-        EXPECT_EQ(f.resetDevice(stale), FT_INVALID_HANDLE);
-        EXPECT_EQ(f.setBitMode(stale, 0xFF, FT_BITMODE_SYNC_FIFO), FT_INVALID_HANDLE);
-        EXPECT_EQ(f.setLatencyTimer(stale, 2), FT_INVALID_HANDLE);
-        EXPECT_EQ(f.setUsbParameters(stale, 65536, 65536), FT_INVALID_HANDLE);
-        EXPECT_EQ(f.setFlowControl(stale, FT_FLOW_RTS_CTS, 0, 0), FT_INVALID_HANDLE);
-        EXPECT_EQ(f.purge(stale, FT_PURGE_RX_AND_TX), FT_INVALID_HANDLE);
-        EXPECT_EQ(f.setTimeouts(stale, 10, 10), FT_INVALID_HANDLE);
-        EXPECT_EQ(f.getStatus(stale, &a, &b, &c), FT_INVALID_HANDLE);
-        EXPECT_EQ(f.read(stale, buffer.data(), 1, &a), FT_INVALID_HANDLE);
-        EXPECT_EQ(f.write(stale, buffer.data(), 1, &a), FT_INVALID_HANDLE);
-        EXPECT_EQ(f.close(stale), FT_INVALID_HANDLE);
+    for (Handle stale : {Handle(nullptr), Handle(buffer.data())}) {
+        quint32 a = 0;
+        quint32 b = 0;
+        quint32 c = 0;
+        EXPECT_EQ(f.resetDevice(stale), Status::InvalidHandle);
+        EXPECT_EQ(f.setBitMode(stale, 0xFF, bitModeSyncFifo), Status::InvalidHandle);
+        EXPECT_EQ(f.setLatencyTimer(stale, 2), Status::InvalidHandle);
+        EXPECT_EQ(f.setUsbParameters(stale, 65536, 65536), Status::InvalidHandle);
+        EXPECT_EQ(f.setFlowControl(stale, flowRtsCts, 0, 0), Status::InvalidHandle);
+        EXPECT_EQ(f.purge(stale, purgeBoth), Status::InvalidHandle);
+        EXPECT_EQ(f.setTimeouts(stale, 10, 10), Status::InvalidHandle);
+        EXPECT_EQ(f.getStatus(stale, &a, &b, &c), Status::InvalidHandle);
+        EXPECT_EQ(f.read(stale, buffer.data(), 1, &a), Status::InvalidHandle);
+        EXPECT_EQ(f.write(stale, buffer.data(), 1, &a), Status::InvalidHandle);
+        EXPECT_EQ(f.close(stale), Status::InvalidHandle);
     }
 }
 
 TEST_F(FtdiLibrary, refuses_null_pointers)
 {
     ASSERT_TRUE(library.driver->isUsable());
-    constexpr FT_STATUS invalidParameter = 6;
-    DWORD count = 0;
-    FT_HANDLE handle = nullptr;
+    constexpr Status invalidParameter = Status::InvalidParameter;
+    quint32 count = 0;
+    Handle handle = nullptr;
     EXPECT_EQ(f.createDeviceInfoList(nullptr), invalidParameter);
     EXPECT_EQ(f.getDeviceInfoList(nullptr, &count), invalidParameter);
-    EXPECT_EQ(f.openEx(nullptr, FT_OPEN_BY_SERIAL_NUMBER, &handle), invalidParameter);
+    EXPECT_EQ(f.openEx(nullptr, openBySerialNumber, &handle), invalidParameter);
     std::array<char, 16> serialNumber{"NO SUCH BRIDGE"};
-    EXPECT_EQ(f.openEx(serialNumber.data(), FT_OPEN_BY_SERIAL_NUMBER, nullptr), invalidParameter);
+    EXPECT_EQ(f.openEx(serialNumber.data(), openBySerialNumber, nullptr), invalidParameter);
 }

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-using namespace ftdi;
+using namespace d2xx;
 
 namespace {
 
@@ -13,26 +13,26 @@ FakeD2xx *fake = nullptr;
 /// The library's functions; free of `this`, as a C interface is.
 struct FakeD2xx::Entry
 {
-    static FT_STATUS configure(const QString &call)
+    static Status configure(const QString &call)
     {
         const QMutexLocker lock(&fake->m_mutex);
         fake->m_calls << call;
         return fake->configurationStatus;
     }
 
-    static FT_STATUS createDeviceInfoList(DWORD *count)
+    static Status createDeviceInfoList(quint32 *count)
     {
         const QMutexLocker lock(&fake->m_mutex);
         fake->m_calls << QStringLiteral("CreateDeviceInfoList");
-        *count = DWORD(fake->serialNumbers.size());
+        *count = quint32(fake->serialNumbers.size());
         return fake->createListStatus;
     }
 
-    static FT_STATUS getDeviceInfoList(DeviceRecord *records, DWORD *count)
+    static Status getDeviceInfoList(DeviceRecord *records, quint32 *count)
     {
         const QMutexLocker lock(&fake->m_mutex);
         fake->m_calls << QStringLiteral("GetDeviceInfoList");
-        for (DWORD i = 0; i < *count; ++i) {
+        for (quint32 i = 0; i < *count; ++i) {
             records[i] = {};
             std::strncpy(records[i].serialNumber, qPrintable(fake->serialNumbers.at(int(i))),
                          sizeof records[i].serialNumber - 1);
@@ -40,77 +40,77 @@ struct FakeD2xx::Entry
         return fake->getListStatus;
     }
 
-    static FT_STATUS openEx(void *key, DWORD flags, FT_HANDLE *handle)
+    static Status openEx(void *key, quint32 flags, Handle *handle)
     {
         const QMutexLocker lock(&fake->m_mutex);
         fake->m_calls
             << QStringLiteral("OpenEx %1 %2").arg(QString::fromUtf8(static_cast<char *>(key))).arg(flags);
-        if (fake->openStatus == FT_OK) {
+        if (fake->openStatus == Status::Ok) {
             *handle = fake;
             fake->m_isOpen = true;
         }
         return fake->openStatus;
     }
 
-    static FT_STATUS close(FT_HANDLE)
+    static Status close(Handle)
     {
         const QMutexLocker lock(&fake->m_mutex);
         fake->m_calls << QStringLiteral("Close");
         fake->m_isOpen = false;
-        return FT_OK;
+        return Status::Ok;
     }
 
-    static FT_STATUS resetDevice(FT_HANDLE) { return configure(QStringLiteral("ResetDevice")); }
+    static Status resetDevice(Handle) { return configure(QStringLiteral("ResetDevice")); }
 
-    static FT_STATUS setBitMode(FT_HANDLE, UCHAR mask, UCHAR mode)
+    static Status setBitMode(Handle, quint8 mask, quint8 mode)
     {
         return configure(QStringLiteral("SetBitMode %1 %2").arg(mask).arg(mode));
     }
 
-    static FT_STATUS setLatencyTimer(FT_HANDLE, UCHAR milliseconds)
+    static Status setLatencyTimer(Handle, quint8 milliseconds)
     {
         return configure(QStringLiteral("SetLatencyTimer %1").arg(milliseconds));
     }
 
-    static FT_STATUS setUsbParameters(FT_HANDLE, DWORD inSize, DWORD outSize)
+    static Status setUsbParameters(Handle, quint32 inSize, quint32 outSize)
     {
         return configure(QStringLiteral("SetUSBParameters %1 %2").arg(inSize).arg(outSize));
     }
 
-    static FT_STATUS setFlowControl(FT_HANDLE, USHORT flow, UCHAR xOn, UCHAR xOff)
+    static Status setFlowControl(Handle, quint16 flow, quint8 xOn, quint8 xOff)
     {
         return configure(QStringLiteral("SetFlowControl %1 %2 %3").arg(flow).arg(xOn).arg(xOff));
     }
 
-    static FT_STATUS purge(FT_HANDLE, DWORD mask) { return configure(QStringLiteral("Purge %1").arg(mask)); }
+    static Status purge(Handle, quint32 mask) { return configure(QStringLiteral("Purge %1").arg(mask)); }
 
-    static FT_STATUS setTimeouts(FT_HANDLE, DWORD readMs, DWORD writeMs)
+    static Status setTimeouts(Handle, quint32 readMs, quint32 writeMs)
     {
         return configure(QStringLiteral("SetTimeouts %1 %2").arg(readMs).arg(writeMs));
     }
 
-    static FT_STATUS getStatus(FT_HANDLE, DWORD *rxBytes, DWORD *txBytes, DWORD *events)
+    static Status getStatus(Handle, quint32 *rxBytes, quint32 *txBytes, quint32 *events)
     {
         const QMutexLocker lock(&fake->m_mutex);
         ++fake->m_statusCalls;
-        *rxBytes = DWORD(fake->m_queue.size());
+        *rxBytes = quint32(fake->m_queue.size());
         *txBytes = 0;
         *events = 0;
         return fake->m_statusResult;
     }
 
-    static FT_STATUS read(FT_HANDLE, void *buffer, DWORD length, DWORD *bytesRead)
+    static Status read(Handle, void *buffer, quint32 length, quint32 *bytesRead)
     {
         const QMutexLocker lock(&fake->m_mutex);
         ++fake->m_reads;
         const qsizetype count = qMin(qsizetype(length), fake->m_queue.size());
         std::memcpy(buffer, fake->m_queue.constData(), std::size_t(count));
         fake->m_queue.remove(0, count);
-        *bytesRead = DWORD(count);
+        *bytesRead = quint32(count);
         return fake->m_readResult;
     }
 
-    static FT_STATUS write(FT_HANDLE, void *buffer, DWORD length, DWORD *bytesWritten)
+    static Status write(Handle, void *buffer, quint32 length, quint32 *bytesWritten)
     {
         const QByteArray bytes(static_cast<const char *>(buffer), qsizetype(length));
         std::function<void(const QByteArray &)> callback;
@@ -123,7 +123,7 @@ struct FakeD2xx::Entry
         *bytesWritten = length;
         if (callback)
             callback(bytes);
-        return FT_OK;
+        return Status::Ok;
     }
 };
 
@@ -175,13 +175,13 @@ void FakeD2xx::setOnWrite(std::function<void(const QByteArray &)> callback)
     m_onWrite = std::move(callback);
 }
 
-void FakeD2xx::setStatusResult(FT_STATUS status)
+void FakeD2xx::setStatusResult(Status status)
 {
     const QMutexLocker lock(&m_mutex);
     m_statusResult = status;
 }
 
-void FakeD2xx::setReadResult(FT_STATUS status)
+void FakeD2xx::setReadResult(Status status)
 {
     const QMutexLocker lock(&m_mutex);
     m_readResult = status;

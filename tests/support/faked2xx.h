@@ -23,14 +23,14 @@ public:
 
     /// The calls as the program sees them. Valid while this object lives.
     [[nodiscard]] std::shared_ptr<D2xx> driver() const { return m_driver; }
-    [[nodiscard]] static ftdi::Functions functions();
+    [[nodiscard]] static d2xx::Functions functions();
 
     // What the library says; set before the call that asks.
     QStringList serialNumbers{QStringLiteral("QV1K")};
-    ftdi::FT_STATUS createListStatus = ftdi::FT_OK;
-    ftdi::FT_STATUS getListStatus = ftdi::FT_OK;
-    ftdi::FT_STATUS openStatus = ftdi::FT_OK;
-    ftdi::FT_STATUS configurationStatus = ftdi::FT_OK;
+    d2xx::Status createListStatus = d2xx::Status::Ok;
+    d2xx::Status getListStatus = d2xx::Status::Ok;
+    d2xx::Status openStatus = d2xx::Status::Ok;
+    d2xx::Status configurationStatus = d2xx::Status::Ok;
 
     /// Makes bytes wait in the receive queue.
     void push(const QByteArray &bytes);
@@ -38,8 +38,8 @@ public:
     void answer(const QByteArray &command, const QByteArray &reply);
     /// Called after each write, on the writing thread, without the lock held.
     void setOnWrite(std::function<void(const QByteArray &)> callback);
-    void setStatusResult(ftdi::FT_STATUS status);
-    void setReadResult(ftdi::FT_STATUS status);
+    void setStatusResult(d2xx::Status status);
+    void setReadResult(d2xx::Status status);
 
     /// All writes so far, and all of them in one piece as upper-case hexadecimal text.
     [[nodiscard]] QList<QByteArray> written() const;
@@ -60,8 +60,8 @@ private:
     QByteArray m_queue;
     QMap<QByteArray, QByteArray> m_answers;
     std::function<void(const QByteArray &)> m_onWrite;
-    ftdi::FT_STATUS m_statusResult = ftdi::FT_OK;
-    ftdi::FT_STATUS m_readResult = ftdi::FT_OK;
+    d2xx::Status m_statusResult = d2xx::Status::Ok;
+    d2xx::Status m_readResult = d2xx::Status::Ok;
     QList<QByteArray> m_written;
     QStringList m_calls;
     int m_reads = 0;

@@ -41,7 +41,7 @@ protected:
             m_device.reset(QThread::create([this] {
                 while (fake.waiting() > 0)
                     QThread::yieldCurrentThread();
-                fake.setReadResult(ftdi::FT_IO_ERROR);
+                fake.setReadResult(d2xx::Status::IoError);
                 fake.push("x");
             }));
             m_device->start();

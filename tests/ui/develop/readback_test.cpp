@@ -51,7 +51,7 @@ TEST_F(DevelopReadback, a_version_reply_that_is_too_long_is_refused_like_one_tha
 {
     for (const auto &[reply, length] :
          {std::pair(hex("01020345"), 8), std::pair(hex("010203459900"), 12), std::pair(hex("00"), 2)}) {
-        fake.setReadResult(ftdi::FT_OK);
+        fake.setReadResult(d2xx::Status::Ok);
         const DebugOutput debug;
         replyWithWrongLength(reply);
         sentBy("pushButton_ver_readback");

@@ -163,7 +163,7 @@ TEST_F(DevelopParameters, a_short_reply_leaves_everything_as_it_is)
 TEST_F(DevelopParameters, an_empty_reply_is_told_with_its_length)
 {
     const DebugOutput debug;
-    fake.setReadResult(ftdi::FT_IO_ERROR);
+    fake.setReadResult(d2xx::Status::IoError);
     sentBy("pushButton_parm_readback");
     EXPECT_TRUE(debug.messages().contains(QStringLiteral("接收到的数据长度不足 256 字节，实际长度为:0")));
 }

@@ -60,7 +60,7 @@ TEST_F(MainWindowConnection, without_a_detector_connect_says_device_not_found)
 
 TEST_F(MainWindowConnection, a_detector_that_another_program_holds_says_device_connect_failed)
 {
-    detector.link.openStatus = ftdi::FT_DEVICE_NOT_OPENED;
+    detector.link.openStatus = d2xx::Status::DeviceNotOpened;
     open();
     click("pushButton_Connect");
     ASSERT_EQ(boxes->boxes().size(), 1);
@@ -72,7 +72,7 @@ TEST_F(MainWindowConnection, a_detector_that_another_program_holds_says_device_c
     EXPECT_TRUE(detector.link.written().isEmpty());
     EXPECT_FALSE(statusTimer().isActive());
 
-    detector.link.openStatus = ftdi::FT_OK;
+    detector.link.openStatus = d2xx::Status::Ok;
     click("pushButton_Connect");
     EXPECT_EQ(button("pushButton_Connect")->text(), "Disconnect");
 }

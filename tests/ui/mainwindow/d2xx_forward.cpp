@@ -1,107 +1,106 @@
 // A driver library as the program loads it, by file name, whose calls go to a table that a test sets.
 
-#include "device/d2xx.h"
+#include "d2xx/exports.h"
+#include "d2xx/functions.h"
 
-using namespace ftdi;
+using namespace d2xx;
 
 namespace {
 
 Functions table;
-void (*deviceEvent)(void *context, int arrived) = nullptr;
+DeviceEventCallback deviceEvent = nullptr;
 void *deviceEventContext = nullptr;
 
 } // namespace
 
 extern "C" {
 
-Q_DECL_EXPORT void Forward_use(const Functions *functions)
+QV1K_D2XX_EXPORT void Forward_use(const Functions *functions)
 {
     table = *functions;
 }
 
 /// A detector was plugged in (1) or pulled out (0).
-Q_DECL_EXPORT void Forward_deviceEvent(int arrived)
+QV1K_D2XX_EXPORT void Forward_deviceEvent(int arrived)
 {
     if (deviceEvent != nullptr)
         deviceEvent(deviceEventContext, arrived);
 }
 
-Q_DECL_EXPORT void QV1K_SetDeviceEventCallback(void (*callback)(void *context, int arrived), void *context)
+} // extern "C"
+
+void QV1K_SetDeviceEventCallback(DeviceEventCallback callback, void *context)
 {
     deviceEvent = callback;
     deviceEventContext = context;
 }
 
-Q_DECL_EXPORT FT_STATUS QV1K_D2XX_CALL FT_CreateDeviceInfoList(DWORD *count)
+Status FT_CreateDeviceInfoList(std::uint32_t *count)
 {
     return table.createDeviceInfoList(count);
 }
 
-Q_DECL_EXPORT FT_STATUS QV1K_D2XX_CALL FT_GetDeviceInfoList(DeviceRecord *records, DWORD *count)
+Status FT_GetDeviceInfoList(DeviceRecord *records, std::uint32_t *count)
 {
     return table.getDeviceInfoList(records, count);
 }
 
-Q_DECL_EXPORT FT_STATUS QV1K_D2XX_CALL FT_OpenEx(void *key, DWORD flags, FT_HANDLE *handle)
+Status FT_OpenEx(void *key, std::uint32_t flags, Handle *handle)
 {
     return table.openEx(key, flags, handle);
 }
 
-Q_DECL_EXPORT FT_STATUS QV1K_D2XX_CALL FT_Close(FT_HANDLE handle)
+Status FT_Close(Handle handle)
 {
     return table.close(handle);
 }
 
-Q_DECL_EXPORT FT_STATUS QV1K_D2XX_CALL FT_ResetDevice(FT_HANDLE handle)
+Status FT_ResetDevice(Handle handle)
 {
     return table.resetDevice(handle);
 }
 
-Q_DECL_EXPORT FT_STATUS QV1K_D2XX_CALL FT_SetBitMode(FT_HANDLE handle, UCHAR mask, UCHAR mode)
+Status FT_SetBitMode(Handle handle, std::uint8_t mask, std::uint8_t mode)
 {
     return table.setBitMode(handle, mask, mode);
 }
 
-Q_DECL_EXPORT FT_STATUS QV1K_D2XX_CALL FT_SetLatencyTimer(FT_HANDLE handle, UCHAR milliseconds)
+Status FT_SetLatencyTimer(Handle handle, std::uint8_t milliseconds)
 {
     return table.setLatencyTimer(handle, milliseconds);
 }
 
-Q_DECL_EXPORT FT_STATUS QV1K_D2XX_CALL FT_SetUSBParameters(FT_HANDLE handle, DWORD inSize, DWORD outSize)
+Status FT_SetUSBParameters(Handle handle, std::uint32_t inSize, std::uint32_t outSize)
 {
     return table.setUsbParameters(handle, inSize, outSize);
 }
 
-Q_DECL_EXPORT FT_STATUS QV1K_D2XX_CALL FT_SetFlowControl(FT_HANDLE handle, USHORT flow, UCHAR xOn, UCHAR xOff)
+Status FT_SetFlowControl(Handle handle, std::uint16_t flow, std::uint8_t xOn, std::uint8_t xOff)
 {
     return table.setFlowControl(handle, flow, xOn, xOff);
 }
 
-Q_DECL_EXPORT FT_STATUS QV1K_D2XX_CALL FT_Purge(FT_HANDLE handle, DWORD mask)
+Status FT_Purge(Handle handle, std::uint32_t mask)
 {
     return table.purge(handle, mask);
 }
 
-Q_DECL_EXPORT FT_STATUS QV1K_D2XX_CALL FT_SetTimeouts(FT_HANDLE handle, DWORD readMs, DWORD writeMs)
+Status FT_SetTimeouts(Handle handle, std::uint32_t readMs, std::uint32_t writeMs)
 {
     return table.setTimeouts(handle, readMs, writeMs);
 }
 
-Q_DECL_EXPORT FT_STATUS QV1K_D2XX_CALL FT_GetStatus(FT_HANDLE handle, DWORD *rxBytes, DWORD *txBytes,
-                                                    DWORD *events)
+Status FT_GetStatus(Handle handle, std::uint32_t *rxBytes, std::uint32_t *txBytes, std::uint32_t *events)
 {
     return table.getStatus(handle, rxBytes, txBytes, events);
 }
 
-Q_DECL_EXPORT FT_STATUS QV1K_D2XX_CALL FT_Read(FT_HANDLE handle, void *buffer, DWORD length, DWORD *bytesRead)
+Status FT_Read(Handle handle, void *buffer, std::uint32_t length, std::uint32_t *bytesRead)
 {
     return table.read(handle, buffer, length, bytesRead);
 }
 
-Q_DECL_EXPORT FT_STATUS QV1K_D2XX_CALL FT_Write(FT_HANDLE handle, void *buffer, DWORD length,
-                                                DWORD *bytesWritten)
+Status FT_Write(Handle handle, void *buffer, std::uint32_t length, std::uint32_t *bytesWritten)
 {
     return table.write(handle, buffer, length, bytesWritten);
 }
-
-} // extern "C"

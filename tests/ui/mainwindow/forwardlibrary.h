@@ -13,10 +13,10 @@ inline QString path()
     return QStringLiteral(QV1K_FORWARD_LIBRARY);
 }
 
-inline void use(const ftdi::Functions &functions)
+inline void use(const d2xx::Functions &functions)
 {
     QLibrary library(path());
-    const auto set = reinterpret_cast<void (*)(const ftdi::Functions *)>(library.resolve("Forward_use"));
+    const auto set = reinterpret_cast<void (*)(const d2xx::Functions *)>(library.resolve("Forward_use"));
     set(&functions);
 }
 

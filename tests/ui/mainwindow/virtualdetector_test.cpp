@@ -121,13 +121,13 @@ TEST_F(MainWindowOnVirtualDetector, a_detector_held_by_someone_else_can_be_conne
 {
     open();
     const D2xxLibrary other = D2xxLibrary::load(QStringLiteral(QV1K_VIRTUAL_LIBRARY));
-    ftdi::FT_HANDLE handle = nullptr;
-    ASSERT_EQ(other.driver->open("QV1K", &handle), ftdi::FT_OK);
+    d2xx::Handle handle = nullptr;
+    ASSERT_EQ(other.driver->open("QV1K", &handle), d2xx::Status::Ok);
     click("pushButton_Connect");
     EXPECT_EQ(boxes.last().text, "Device connect failed");
     EXPECT_EQ(button("pushButton_Connect")->text(), "Connect");
 
-    ASSERT_EQ(other.driver->close(handle), ftdi::FT_OK);
+    ASSERT_EQ(other.driver->close(handle), d2xx::Status::Ok);
     click("pushButton_Connect");
     EXPECT_EQ(button("pushButton_Connect")->text(), "Disconnect");
 }
