@@ -1,22 +1,29 @@
 #include "imaging/processimage.h"
 
 #include "device/portmanager.h"
-#include "imaging/csvwriter.h"
 #include "imaging/pixelkernel.h"
-#include "imaging/videofile.h"
 
 #include <QDateTime>
 #include <QDir>
 
 using PixelKernel::imageSide;
 
-ProcessImage::ProcessImage(QObject *parent) : QObject(parent)
+namespace {
+
+/// Where references and, unless another folder is chosen, recordings lie.
+QString logFolder()
 {
-    logPath = QDir::currentPath() + QStringLiteral("/Logs");
-    calibPath = QDir::currentPath() + QStringLiteral("/Logs/calib/");
+    return QDir::currentPath() + QStringLiteral("/Logs");
+}
+
+} // namespace
+
+ProcessImage::ProcessImage(QObject *parent)
+    : QObject(parent), calibPath(logFolder() + QStringLiteral("/calib/")),
+      recorder(logFolder(), QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd_hhmmss")))
+{
     if (!QDir().exists(calibPath))
         QDir().mkdir(calibPath);
-    timeStamp = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd_hhmmss"));
     // Without a link frames are handed to onReadReady() directly.
     if (PortManager *link = PortManager::instance())
         connect(link, &PortManager::read_ready, this, &ProcessImage::onReadReady);
@@ -26,19 +33,6 @@ ProcessImage::ProcessImage(QObject *parent) : QObject(parent)
     grayData.resize(pixels);
     fullOffData.resize(pixels);
     fullOnData.resize(pixels, 255.0);
-    dataCsv = std::make_unique<CsvWriter>();
-    grayCsv = std::make_unique<CsvWriter>();
-}
-
-ProcessImage::~ProcessImage()
-{
-    closeVideo();
-}
-
-void ProcessImage::setLogPath(const QString &path)
-{
-    if (!path.isEmpty())
-        logPath = path;
 }
 
 void ProcessImage::onReadReady(QByteArray m_data)
@@ -96,4 +90,29 @@ QString ProcessImage::pixelValueText(int x, int y) const
     if (index >= lastFrameData.size())
         return QStringLiteral("0.0");
     return QString::number(lastFrameData[index], 'f', 4);
+}
+
+void ProcessImage::startSaving(bool saveData, bool savePicture, bool saveVideo)
+{
+    recorder.start({.data = saveData, .picture = savePicture, .video = saveVideo});
+}
+
+void ProcessImage::saveFrame(const QImage &image)
+{
+    if (!recorder.isRunning())
+        return;
+    // Between frames the frame that was processed last stands in lastFrameData.
+    recorder.store({image, lastFrameData.empty() ? frameData : lastFrameData, grayData});
+    Q_EMIT saveMessage(recorder.storedFrames());
+    recorder.endWhenComplete();
+}
+
+bool ProcessImage::stopSaving()
+{
+    return recorder.stop();
+}
+
+void ProcessImage::writeParameterFile(const QString &text)
+{
+    recorder.writeParameters(text);
 }

@@ -1,17 +1,13 @@
 #pragma once
 
-#include "imaging/recordingfiles.h"
+#include "imaging/recorder.h"
 
 #include <QByteArray>
 #include <QImage>
 #include <QObject>
 #include <QString>
 
-#include <memory>
 #include <vector>
-
-class CsvWriter;
-class VideoFile;
 
 /// Results that ProcessImage's declared but unused signals carry.
 struct result
@@ -33,7 +29,6 @@ class ProcessImage : public QObject
 
 public:
     explicit ProcessImage(QObject *parent = nullptr);
-    ~ProcessImage() override;
 
     /// Decodes and renders one raw frame (4 bytes a pixel, most significant first; missing pixels are 0,
     /// further bytes are ignored) and takes it into a running calibration capture.
@@ -45,23 +40,24 @@ public:
     [[nodiscard]] QString pixelValueText(int x, int y) const;
 
     void setContrastRatio(double ratio) { contrastRatio = ratio; }
-    void setSaveFrameTotal(int frames) { saveFrameTotal = frames; }
-    void setTimeStamp(const QString &name) { timeStamp = name; }
+    void setSaveFrameTotal(int frames) { recorder.setFrameTotal(frames); }
+    /// Name of the recording.
+    void setTimeStamp(const QString &name) { recorder.setName(name); }
     /// Root folder of recordings; an empty path is ignored.
-    void setLogPath(const QString &path);
+    void setLogPath(const QString &path) { recorder.setRoot(path); }
     /// Keeps the current range that the detector was set to, in nA. Decoding and rendering go by their
     /// constants in every range.
     void setCurrentRange(int nanoamperes) { currentRange = nanoamperes; }
 
     [[nodiscard]] int getCaliFrameCount() const { return caliFrameCount; }
-    [[nodiscard]] int getSaveFrameTotal() const { return saveFrameTotal; }
+    [[nodiscard]] int getSaveFrameTotal() const { return recorder.frameTotal(); }
     [[nodiscard]] int getCurrentRange() const { return currentRange; }
-    [[nodiscard]] bool isSaving() const { return savingActive; }
-    /// Files of the recording that could not be opened or written whole, pictures not saved, videos that did
-    /// not open or closed unreadable.
-    [[nodiscard]] int failedFiles() const { return failedFileCount; }
+    [[nodiscard]] bool isSaving() const { return recorder.isRunning(); }
+    /// Files of the recording that are missing or not whole, see Recorder.
+    [[nodiscard]] int failedFiles() const { return recorder.failedFiles(); }
 
-    /// Begins a recording of the next saveFrameTotal frames in the folder logPath/timeStamp/.
+    /// Begins a recording of the next frames, as many as setSaveFrameTotal() says, in the folder
+    /// `<log path>/<time stamp>/`.
     void startSaving(bool saveData, bool savePicture, bool saveVideo);
     /// Stores the picture, and the data it was made from, if a recording is running. Blocks until the
     /// frame's files are written.
@@ -100,11 +96,6 @@ private:
     void processPixels(const QByteArray &bytes, uchar *picture);
     void finishCapture();
     void writeReference(const QString &fileName, const std::vector<double> &reference);
-    [[nodiscard]] RecordingFiles recordingFiles() const { return {logPath, timeStamp}; }
-    void storeFrame(const QImage &image);
-    void openVideo();
-    void closeVideo();
-    void countFailure(const QString &failure);
 
     std::vector<double> frameData;
     std::vector<int> grayData;
@@ -115,19 +106,8 @@ private:
     int gainNumerator = 25;
     int gainDenominator = 166;
     int caliFrameIndex = 0;
-    int savedFrames = 0;
-    int saveFrameTotal = 5;
     int currentRange = 150;
-    int failedFileCount = 0;
-    QString logPath;
-    QString timeStamp;
     QString calibPath;
-    bool savePictureFlag = false;
-    bool saveVideoFlag = false;
-    bool saveDataFlag = false;
-    bool savingActive = false;
     double contrastRatio = 1048576.0;
-    std::unique_ptr<VideoFile> videoWriter;
-    std::unique_ptr<CsvWriter> dataCsv;
-    std::unique_ptr<CsvWriter> grayCsv;
+    Recorder recorder;
 };

@@ -19,7 +19,7 @@ void ProcessImage::finishCapture()
 
 void ProcessImage::writeReference(const QString &fileName, const std::vector<double> &reference)
 {
-    const QString failure = dataCsv->write(calibPath + fileName, reference);
+    const QString failure = CsvWriter().write(calibPath + fileName, reference);
     if (!failure.isEmpty())
         reportFailure(failure);
 }

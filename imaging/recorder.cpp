@@ -1,8 +1,8 @@
-#include "imaging/csvwriter.h"
+#include "imaging/recorder.h"
+
 #include "imaging/failurelog.h"
 #include "imaging/outputfile.h"
 #include "imaging/pictures.h"
-#include "imaging/processimage.h"
 #include "imaging/videofile.h"
 
 #include <QDir>
@@ -10,6 +10,7 @@
 #include <opencv2/core.hpp>
 
 #include <functional>
+#include <vector>
 
 namespace {
 
@@ -21,107 +22,104 @@ std::vector<QString> runJobs(const std::vector<FileJob> &jobs)
 {
     std::vector<QString> failures(jobs.size());
     cv::parallel_for_(
-        cv::Range(0, int(jobs.size())),
+        cv::Range(0, static_cast<int>(jobs.size())),
         [&](const cv::Range &range) {
-            for (auto i = size_t(range.start); i < size_t(range.end); ++i)
+            for (auto i = static_cast<std::size_t>(range.start); i < static_cast<std::size_t>(range.end); ++i)
                 failures[i] = jobs[i]();
         },
-        double(jobs.size()));
+        static_cast<double>(jobs.size()));
     return failures;
 }
 
 } // namespace
 
-void ProcessImage::startSaving(bool saveData, bool savePicture, bool saveVideo)
-{
-    closeVideo();
-    failedFileCount = 0;
-    savingActive = saveData || savePicture || saveVideo;
-    if (!savingActive)
-        return;
+Recorder::Recorder(const QString &root, const QString &name) : m_files{root, name} {}
 
-    const QString folder = recordingFiles().folder();
-    if (!QDir().exists(folder))
-        QDir().mkdir(folder);
-    saveDataFlag = saveData;
-    savePictureFlag = savePicture;
-    saveVideoFlag = saveVideo;
-    savedFrames = 0;
-    if (saveVideo)
-        openVideo();
+Recorder::~Recorder()
+{
+    end();
 }
 
-void ProcessImage::saveFrame(const QImage &image)
+void Recorder::setRoot(const QString &path)
 {
-    if (!savingActive)
+    if (!path.isEmpty())
+        m_files.root = path;
+}
+
+void Recorder::start(RecordingForms forms)
+{
+    end();
+    m_failedFiles = 0;
+    if (!forms.any())
         return;
-    savedFrames += 1;
-    storeFrame(image);
-    Q_EMIT saveMessage(savedFrames);
-    if (savedFrames == saveFrameTotal) {
-        savingActive = false;
-        closeVideo();
+
+    m_running = true;
+    m_forms = forms;
+    m_storedFrames = 0;
+    const QString folder = m_files.folder();
+    if (!QDir().exists(folder))
+        QDir().mkdir(folder);
+    if (forms.video) {
+        m_video = std::make_unique<VideoFile>(m_files.video());
+        countFailure(m_video->openingFailure());
     }
 }
 
-void ProcessImage::storeFrame(const QImage &image)
+void Recorder::store(const RecordedFrame &frame)
 {
-    const RecordingFiles files = recordingFiles();
-    // Between frames the frame that was processed last stands in lastFrameData.
-    const std::vector<double> &currents = lastFrameData.empty() ? frameData : lastFrameData;
-
+    const int number = ++m_storedFrames;
     std::vector<FileJob> jobs;
-    if (savePictureFlag)
-        jobs.emplace_back([&] { return Pictures::savePng(files.picture(savedFrames), image); });
-    if (saveVideoFlag && videoWriter) {
+    if (m_forms.picture)
+        jobs.emplace_back([&] { return Pictures::savePng(m_files.picture(number), frame.picture); });
+    if (m_video) {
         jobs.emplace_back([&] {
-            videoWriter->append(image);
+            m_video->append(frame.picture);
             return QString();
         });
     }
-    if (saveDataFlag) {
-        jobs.emplace_back([&] { return dataCsv->write(files.data(savedFrames), currents); });
-        jobs.emplace_back([&] { return grayCsv->write(files.grayData(savedFrames), grayData); });
+    if (m_forms.data) {
+        jobs.emplace_back([&] { return m_dataCsv.write(m_files.data(number), frame.currents); });
+        jobs.emplace_back([&] { return m_grayCsv.write(m_files.grayData(number), frame.grayLevels); });
     }
     for (const QString &failure : runJobs(jobs))
         countFailure(failure);
 }
 
-bool ProcessImage::stopSaving()
+void Recorder::endWhenComplete()
 {
-    if (!savingActive)
+    if (m_storedFrames == m_frameTotal)
+        end();
+}
+
+bool Recorder::stop()
+{
+    if (!m_running)
         return false;
-    savingActive = false;
-    savedFrames = 0;
-    closeVideo();
+    m_storedFrames = 0;
+    end();
     return true;
 }
 
-void ProcessImage::writeParameterFile(const QString &text)
+void Recorder::writeParameters(const QString &text)
 {
-    OutputFile file(recordingFiles().parameters());
+    OutputFile file(m_files.parameters());
     file.write(text.toUtf8());
     countFailure(file.finish());
 }
 
-void ProcessImage::openVideo()
+void Recorder::end()
 {
-    videoWriter = std::make_unique<VideoFile>(recordingFiles().video());
-    countFailure(videoWriter->openingFailure());
-}
-
-void ProcessImage::closeVideo()
-{
-    if (!videoWriter)
+    m_running = false;
+    if (!m_video)
         return;
-    countFailure(videoWriter->finish());
-    videoWriter.reset();
+    countFailure(m_video->finish());
+    m_video.reset();
 }
 
-void ProcessImage::countFailure(const QString &failure)
+void Recorder::countFailure(const QString &failure)
 {
     if (failure.isEmpty())
         return;
-    failedFileCount += 1;
+    m_failedFiles += 1;
     reportFailure(failure);
 }

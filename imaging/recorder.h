@@ -1,0 +1,82 @@
+#pragma once
+
+#include "imaging/csvwriter.h"
+#include "imaging/recordingfiles.h"
+
+#include <QImage>
+#include <QString>
+
+#include <memory>
+#include <span>
+
+class VideoFile;
+
+/// What a recording stores of one frame: seen, not kept.
+struct RecordedFrame
+{
+    const QImage &picture;            ///< 1024 x 1024, 8-bit grey
+    std::span<const double> currents; ///< nA, row by row
+    std::span<const int> grayLevels;  ///< row by row
+};
+
+/// Stores frames as files: folder, names, forms and numbers of a recording, and what failed of it.
+///
+/// Knows no signal and no clock: whoever has frames calls. One thread at a time; the files of a frame are
+/// written side by side on OpenCV's workers. A file that is not whole leaves a line in the log and counts;
+/// the recording goes on.
+class Recorder
+{
+public:
+    /// Recordings lie below `root` and are named `name`, until others are set.
+    Recorder(const QString &root, const QString &name);
+    /// Ends a running recording.
+    ~Recorder();
+    Q_DISABLE_COPY_MOVE(Recorder)
+
+    /// The folder in which recordings get theirs; it must exist. An empty path is ignored. Like the name, it
+    /// is where the next file goes, in a running recording too; an open video stays where it is.
+    void setRoot(const QString &path);
+    void setName(const QString &name) { m_files.name = name; }
+    /// How many frames a recording takes. With a number that is passed already, or never met, it runs until
+    /// it is stopped.
+    void setFrameTotal(int frames) { m_frameTotal = frames; }
+
+    [[nodiscard]] int frameTotal() const { return m_frameTotal; }
+    [[nodiscard]] bool isRunning() const { return m_running; }
+    /// Frames of the recording so far; 0 again after a stop().
+    [[nodiscard]] int storedFrames() const { return m_storedFrames; }
+    /// Files since the last start that could not be opened or written whole, videos that did not open or do
+    /// not read back as the frames that went in.
+    [[nodiscard]] int failedFiles() const { return m_failedFiles; }
+
+    /// Begins a recording, a running one ends as it is. Makes the folder if it is missing. Without any form
+    /// nothing runs afterwards.
+    void start(RecordingForms forms);
+
+    /// Stores the frame under the next number. Blocks until its files are written. Only while one runs; it
+    /// still runs afterwards, also after the last frame.
+    void store(const RecordedFrame &frame);
+
+    /// Ends the recording when it has all its frames. Blocks while the video is closed and read back.
+    void endWhenComplete();
+
+    /// Ends the recording early; false when none was running.
+    bool stop();
+
+    /// Writes the parameter file into the recording's folder.
+    void writeParameters(const QString &text);
+
+private:
+    void end();
+    void countFailure(const QString &failure);
+
+    RecordingFiles m_files;
+    RecordingForms m_forms;
+    int m_frameTotal = 5;
+    int m_storedFrames = 0;
+    int m_failedFiles = 0;
+    bool m_running = false;
+    std::unique_ptr<VideoFile> m_video; ///< of a running recording
+    CsvWriter m_dataCsv;
+    CsvWriter m_grayCsv;
+};
