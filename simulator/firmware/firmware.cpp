@@ -1,7 +1,9 @@
 #include "simulator/firmware/firmware.h"
 
 #include "simulator/firmware/replyfaults.h"
+#include "simulator/geometry.h"
 
+#include <algorithm>
 #include <numeric>
 
 namespace simulator {

@@ -1,5 +1,7 @@
 #include "simulator/firmware/receivequeue.h"
 
+#include <algorithm>
+
 namespace simulator {
 
 void ReceiveQueue::appendReply(const QByteArray &bytes, Nanoseconds leaves)

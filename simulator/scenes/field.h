@@ -1,16 +1,12 @@
 #pragma once
 
-#include <QtGlobal>
+#include "simulator/geometry.h"
 
 #include <algorithm>
 #include <cmath>
 #include <vector>
 
 namespace simulator {
-
-inline constexpr int sensorWidth = 1024;
-inline constexpr int sensorHeight = 1024;
-inline constexpr qsizetype sensorPixels = qsizetype{sensorWidth} * sensorHeight;
 
 /// A place on the sensor in pixels: x to the right, y down; the centre of the first pixel is (0.5, 0.5).
 struct Point

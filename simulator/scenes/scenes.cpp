@@ -1,6 +1,6 @@
 #include "simulator/scenes/scenes.h"
 
-#include "simulator/scenes/field.h"
+#include "simulator/geometry.h"
 
 namespace simulator {
 

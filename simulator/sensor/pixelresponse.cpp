@@ -1,10 +1,12 @@
 #include "simulator/sensor/pixelresponse.h"
 
+#include "simulator/geometry.h"
 #include "simulator/random.h"
 #include "simulator/sensor/testpatterns.h"
 
 #include <QtEndian>
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -99,11 +101,11 @@ void ExposedPixels::write(qsizetype firstPixel, std::span<const qint16> noise, s
     const qint32 *means = m_means.data() + firstPixel;
     const qint16 *deviations = m_deviations.data() + firstPixel;
     uchar *out = samples.data();
-    const auto count = samples.size() / sizeof(quint32);
+    const auto count = samples.size() / sampleBytes;
     for (std::size_t i = 0; i < count; ++i) {
         const qint32 offset = (qint32{deviations[i]} * qint32{noise[i]}) >> (deviationBits + noiseBits);
         const qint32 sample = std::min(means[i] + offset, largestSample);
-        qToBigEndian<quint32>(static_cast<quint32>(sample), out + i * sizeof(quint32));
+        qToBigEndian<quint32>(static_cast<quint32>(sample), out + i * sampleBytes);
     }
 }
 

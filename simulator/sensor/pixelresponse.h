@@ -1,7 +1,5 @@
 #pragma once
 
-#include "simulator/scenes/field.h"
-
 #include <QtGlobal>
 
 #include <span>

@@ -1,19 +1,15 @@
 #include "simulator/sensor/sensor.h"
 
+#include "simulator/geometry.h"
 #include "simulator/random.h"
 #include "simulator/scenes/scenes.h"
 
 #include <QDebug>
 
+#include <algorithm>
 #include <array>
 
 namespace simulator {
-
-namespace {
-
-constexpr qsizetype sampleBytes = 4;
-
-} // namespace
 
 void Sensor::read(const FrameRecipe &recipe, qsizetype offset, std::span<uchar> out)
 {

@@ -14,10 +14,6 @@
 
 namespace simulator {
 
-inline constexpr qsizetype blockBytes = 131072;
-inline constexpr int blocksPerFrame = 32;
-inline constexpr qsizetype frameBytes = blockBytes * blocksPerFrame;
-
 /// All that the bytes of one frame depend on.
 struct FrameRecipe
 {

@@ -1,6 +1,6 @@
 #include "simulator/sensor/testpatterns.h"
 
-#include "simulator/scenes/field.h"
+#include "simulator/geometry.h"
 
 #include <QtEndian>
 
@@ -17,9 +17,9 @@ void write(qsizetype firstPixel, std::span<uchar> samples, Sample sample)
 {
     uchar *out = samples.data();
     const auto first = static_cast<quint32>(firstPixel);
-    const auto count = static_cast<quint32>(samples.size() / sizeof(quint32));
+    const auto count = static_cast<quint32>(samples.size() / sampleBytes);
     for (quint32 i = 0; i < count; ++i)
-        qToBigEndian<quint32>(sample(first + i), out + std::size_t{i} * sizeof(quint32));
+        qToBigEndian<quint32>(sample(first + i), out + std::size_t{i} * sampleBytes);
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #include "simulator/settings/settings.h"
 
-#include "simulator/sensor/sensor.h"
+#include "simulator/geometry.h"
 #include "simulator/settings/settingsreader.h"
 
 #include <QFileInfo>
@@ -31,8 +31,9 @@ void checkReplay(SettingsReader &reader, Settings &settings)
 {
     if (settings.scene != Scene::Replay || QFileInfo(settings.replayFile).size() >= frameBytes)
         return;
-    reader.complain(QStringLiteral("ReplayFile"), settings.replayFile,
-                    QStringLiteral("no file with a whole frame of 4194304 bytes; the phantom is shown"));
+    reader.complain(
+        QStringLiteral("ReplayFile"), settings.replayFile,
+        QStringLiteral("no file with a whole frame of %1 bytes; the phantom is shown").arg(frameBytes));
     settings.scene = Scene::Phantom;
 }
 
@@ -61,7 +62,7 @@ Faults readFaults(SettingsReader &reader)
     faults.stallAfterBytes = reader.optional(QStringLiteral("Faults/StallAfterBytes"));
     faults.unplugAtByte = reader.optional(QStringLiteral("Faults/UnplugAtByte"));
     faults.tornBlock = reader.optional(QStringLiteral("Faults/TornBlockAt"));
-    faults.tornBytes = reader.integer(QStringLiteral("Faults/TornBlockBytes"), 512, 1, 131072);
+    faults.tornBytes = reader.integer(QStringLiteral("Faults/TornBlockBytes"), 512, 1, int{blockBytes});
     faults.doubledBlock = reader.optional(QStringLiteral("Faults/DoubledBlockAt"));
     return faults;
 }

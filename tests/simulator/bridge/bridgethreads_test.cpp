@@ -2,6 +2,7 @@
 #include "tests/support/workingfolder.h"
 
 #include "simulator/bridge/bridge.h"
+#include "simulator/geometry.h"
 
 #include <atomic>
 #include <thread>

@@ -5,6 +5,7 @@
 #include "tests/support/workingfolder.h"
 
 #include "simulator/bridge/bridge.h"
+#include "simulator/geometry.h"
 
 #include <gtest/gtest.h>
 

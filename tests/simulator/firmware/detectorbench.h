@@ -4,6 +4,7 @@
 #include "tests/support/workingfolder.h"
 
 #include "simulator/firmware/firmware.h"
+#include "simulator/geometry.h"
 
 /// A detector's firmware on the bench: written to and read from directly, at a time of the test's choosing.
 class DetectorBench

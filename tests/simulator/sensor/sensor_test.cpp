@@ -1,6 +1,7 @@
 #include "tests/simulator/bytes.h"
 #include "tests/support/workingfolder.h"
 
+#include "simulator/geometry.h"
 #include "simulator/scenes/scenes.h"
 #include "simulator/sensor/sensor.h"
 

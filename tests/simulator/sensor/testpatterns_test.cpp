@@ -1,5 +1,6 @@
 #include "tests/simulator/bytes.h"
 
+#include "simulator/geometry.h"
 #include "simulator/sensor/sensor.h"
 
 #include <gtest/gtest.h>
