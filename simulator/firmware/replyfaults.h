@@ -1,7 +1,7 @@
 #pragma once
 
 #include "simulator/firmware/commandparser.h"
-#include "simulator/settings/settings.h"
+#include "simulator/settings/faults.h"
 
 #include <QByteArray>
 

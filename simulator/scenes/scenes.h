@@ -1,6 +1,6 @@
 #pragma once
 
-#include "simulator/settings/settings.h"
+#include "simulator/scenes/scene.h"
 
 #include <vector>
 

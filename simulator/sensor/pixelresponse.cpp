@@ -2,7 +2,7 @@
 
 #include "simulator/geometry.h"
 #include "simulator/random.h"
-#include "simulator/sensor/testpatterns.h"
+#include "simulator/sensor/samples.h"
 
 #include <QtEndian>
 

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "simulator/scenes/scene.h"
 #include "simulator/sensor/pixelresponse.h"
 #include "simulator/sensor/testpatterns.h"
-#include "simulator/settings/settings.h"
 
 #include <QFile>
 #include <QString>

@@ -1,15 +1,12 @@
 #pragma once
 
+#include "simulator/sensor/samples.h"
+
 #include <QtGlobal>
 
 #include <span>
 
 namespace simulator {
-
-inline constexpr qint32 sampleOffset = 4096;
-inline constexpr qint32 fullScale = 1 << 20;
-/// The largest sample: offset and 20 bits.
-inline constexpr qint32 largestSample = sampleOffset + fullScale - 1;
 
 /// The patterns 1 to 5 that the detector sends in place of its sensor's samples.
 enum class TestPattern {

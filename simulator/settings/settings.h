@@ -1,6 +1,8 @@
 #pragma once
 
 #include "simulator/clock.h"
+#include "simulator/scenes/scene.h"
+#include "simulator/settings/faults.h"
 
 #include <QDateTime>
 #include <QString>
@@ -10,32 +12,8 @@
 
 namespace simulator {
 
-enum class Scene { Dark, Flat, Chart, Phantom, Replay };
+/// When a frame is due: as the downloaded timing says, or as soon as it is asked for.
 enum class Pacing { Timing, None };
-
-/// What goes wrong. Counts run down as the faults happen; reading the settings file again renews them.
-struct Faults
-{
-    std::optional<quint16> replyCommand; ///< class and code of the command whose replies suffer; none: all
-    std::optional<int> repliesLeft;      ///< how many replies still suffer; none: every one
-    Milliseconds replyDelay{0};
-    int replyBytesCut = 0;
-    int replyBytesAdded = 0;
-    bool corruptReply = false; ///< every byte inverted
-    bool missingReply = false;
-
-    int notReadyQueries = 0; ///< readiness queries still answered with "not ready"
-    int failOpens = 0;
-    quint32 openStatus = 3;
-    int failReads = 0;
-    int failWrites = 0;
-
-    std::optional<qint64> stallAfterBytes; ///< image bytes of an acquisition, after which no more are sent
-    std::optional<qint64> unplugAtByte;    ///< image bytes of an acquisition, after which the cable is pulled
-    std::optional<qint64> tornBlock;       ///< block of an acquisition that loses its last bytes
-    int tornBytes = 512;
-    std::optional<qint64> doubledBlock; ///< block of an acquisition that is sent twice in a row
-};
 
 /// What `virtual-detector.ini` tells.
 struct Settings
