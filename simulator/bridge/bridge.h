@@ -3,7 +3,7 @@
 #include "simulator/bridge/d2xxtypes.h"
 #include "simulator/bridge/deviceevents.h"
 #include "simulator/firmware/firmware.h"
-#include "simulator/firmware/receivequeue.h"
+#include "simulator/firmware/sendqueue.h"
 #include "simulator/sensor/sensor.h"
 #include "simulator/settings/settings.h"
 
@@ -66,7 +66,7 @@ private:
         }
 
         QString serialNumber;
-        ReceiveQueue queue;
+        SendQueue queue;
         Firmware firmware;
         Sensor sensor;
         Handle handle = 0; ///< 0 when it is not open
@@ -90,7 +90,7 @@ private:
 
     [[nodiscard]] Status waitForBytes(std::unique_lock<std::mutex> &lock, Handle handle, quint32 length,
                                       qsizetype &ready);
-    [[nodiscard]] Status takeChunk(Handle handle, qsizetype longest, ReceiveQueue::Chunk &chunk,
+    [[nodiscard]] Status takeChunk(Handle handle, qsizetype longest, SendQueue::Chunk &chunk,
                                    Device *&device);
 
     Clock &m_clock;

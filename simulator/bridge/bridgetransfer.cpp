@@ -39,7 +39,7 @@ Status Bridge::read(Handle handle, void *buffer, quint32 length, quint32 *bytesR
     status = waitForBytes(lock, handle, length, ready);
     std::span out(static_cast<uchar *>(buffer), static_cast<std::size_t>(ready));
     while (status == Status::Ok && !out.empty()) {
-        ReceiveQueue::Chunk chunk;
+        SendQueue::Chunk chunk;
         Device *device = nullptr;
         status = takeChunk(handle, std::ssize(out), chunk, device);
         if (status != Status::Ok || chunk.length == 0)
@@ -66,7 +66,7 @@ Status Bridge::waitForBytes(std::unique_lock<std::mutex> &lock, Handle handle, q
         Connection *connection = nullptr;
         if (const Status status = find(handle, now, connection); status != Status::Ok)
             return status;
-        const ReceiveQueue &queue = connection->device->queue;
+        const SendQueue &queue = connection->device->queue;
         ready = std::min<qsizetype>(queue.available(now), length);
         const bool hasDeadline = connection->readTimeout > Milliseconds(0);
         const Nanoseconds deadline = begin + connection->readTimeout;
@@ -81,7 +81,7 @@ Status Bridge::waitForBytes(std::unique_lock<std::mutex> &lock, Handle handle, q
     }
 }
 
-Status Bridge::takeChunk(Handle handle, qsizetype longest, ReceiveQueue::Chunk &chunk, Device *&device)
+Status Bridge::takeChunk(Handle handle, qsizetype longest, SendQueue::Chunk &chunk, Device *&device)
 {
     const Nanoseconds now = m_clock.now();
     Connection *connection = nullptr;
@@ -89,7 +89,7 @@ Status Bridge::takeChunk(Handle handle, qsizetype longest, ReceiveQueue::Chunk &
         return status;
     device = connection->device;
     std::optional<qint64> &pullAt = m_settings.faults.unplugAtByte;
-    ReceiveQueue &queue = device->queue;
+    SendQueue &queue = device->queue;
     const qint64 beforePull = pullAt ? qMax<qint64>(0, *pullAt - queue.imageBytesTaken()) : longest;
     chunk = queue.take(longest, static_cast<qsizetype>(beforePull), now);
     if (!pullAt || !chunk.isImage || queue.imageBytesTaken() < *pullAt)

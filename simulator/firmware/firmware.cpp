@@ -55,7 +55,7 @@ bool isHalt(const Command &command)
 } // namespace
 
 Firmware::Firmware(const QString &serialNumber, const QString &eepromPath, Settings &settings,
-                   ReceiveQueue &queue)
+                   SendQueue &queue)
     : m_settings(settings), m_queue(queue), m_eeprom(eepromPath, serialNumber)
 {
 }

@@ -2,8 +2,8 @@
 
 #include "simulator/firmware/commandparser.h"
 #include "simulator/firmware/eeprom.h"
-#include "simulator/firmware/receivequeue.h"
 #include "simulator/firmware/registers.h"
+#include "simulator/firmware/sendqueue.h"
 #include "simulator/settings/settings.h"
 
 #include <QByteArray>
@@ -19,7 +19,7 @@ class Firmware
 {
 public:
     /// `settings` and `queue` must outlive it. Counts of faults run down in `settings`.
-    Firmware(const QString &serialNumber, const QString &eepromPath, Settings &settings, ReceiveQueue &queue);
+    Firmware(const QString &serialNumber, const QString &eepromPath, Settings &settings, SendQueue &queue);
 
     /// What one write of the host brought.
     void write(QByteArrayView bytes, Nanoseconds now);
@@ -49,7 +49,7 @@ private:
     void sendBlock(Nanoseconds leaves);
 
     Settings &m_settings;
-    ReceiveQueue &m_queue;
+    SendQueue &m_queue;
     CommandParser m_parser;
     Registers m_registers;
     Eeprom m_eeprom;

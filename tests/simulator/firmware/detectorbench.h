@@ -46,8 +46,8 @@ public:
 
     WorkingFolder folder;
     simulator::Settings settings;
-    simulator::ReceiveQueue queue;
+    simulator::SendQueue queue;
     simulator::Nanoseconds now = std::chrono::seconds(100);
     simulator::Firmware firmware{QStringLiteral("QV1K"), QStringLiteral("./eeprom.ini"), settings, queue};
-    simulator::ReceiveQueue::Chunk lastImage;
+    simulator::SendQueue::Chunk lastImage;
 };

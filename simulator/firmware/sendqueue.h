@@ -12,7 +12,7 @@ namespace simulator {
 
 /// What is on its way from the detector to the reader, in order. Replies are bytes; image data is the recipe
 /// of its frame, and becomes bytes only in the reader's buffer. Not thread-safe.
-class ReceiveQueue
+class SendQueue
 {
 public:
     /// A piece of what has arrived: reply bytes, or else image data.

@@ -1,10 +1,10 @@
-#include "simulator/firmware/receivequeue.h"
+#include "simulator/firmware/sendqueue.h"
 
 #include <algorithm>
 
 namespace simulator {
 
-void ReceiveQueue::appendReply(const QByteArray &bytes, Nanoseconds leaves)
+void SendQueue::appendReply(const QByteArray &bytes, Nanoseconds leaves)
 {
     Chunk chunk;
     chunk.bytes = bytes;
@@ -12,13 +12,13 @@ void ReceiveQueue::appendReply(const QByteArray &bytes, Nanoseconds leaves)
     m_segments.push_back({std::move(chunk), leaves, leaves + m_latency});
 }
 
-void ReceiveQueue::appendImage(const FrameRecipe &recipe, qsizetype offset, qsizetype length,
+void SendQueue::appendImage(const FrameRecipe &recipe, qsizetype offset, qsizetype length,
                                Nanoseconds leaves)
 {
     m_segments.push_back({{{}, recipe, offset, length, true}, leaves, leaves});
 }
 
-qsizetype ReceiveQueue::available(Nanoseconds now) const
+qsizetype SendQueue::available(Nanoseconds now) const
 {
     qsizetype bytes = 0;
     for (const Segment &segment : m_segments) {
@@ -29,7 +29,7 @@ qsizetype ReceiveQueue::available(Nanoseconds now) const
     return bytes;
 }
 
-std::optional<Nanoseconds> ReceiveQueue::nextArrival(Nanoseconds now) const
+std::optional<Nanoseconds> SendQueue::nextArrival(Nanoseconds now) const
 {
     for (const Segment &segment : m_segments) {
         if (segment.arrives > now)
@@ -38,7 +38,7 @@ std::optional<Nanoseconds> ReceiveQueue::nextArrival(Nanoseconds now) const
     return std::nullopt;
 }
 
-ReceiveQueue::Chunk ReceiveQueue::take(qsizetype longest, qsizetype longestImage, Nanoseconds now)
+SendQueue::Chunk SendQueue::take(qsizetype longest, qsizetype longestImage, Nanoseconds now)
 {
     if (m_segments.empty() || m_segments.front().arrives > now)
         return {};
@@ -58,12 +58,12 @@ ReceiveQueue::Chunk ReceiveQueue::take(qsizetype longest, qsizetype longestImage
     return taken;
 }
 
-void ReceiveQueue::purge(Nanoseconds now)
+void SendQueue::purge(Nanoseconds now)
 {
     std::erase_if(m_segments, [now](const Segment &segment) { return segment.leaves <= now; });
 }
 
-void ReceiveQueue::dropUnsentImage(Nanoseconds now)
+void SendQueue::dropUnsentImage(Nanoseconds now)
 {
     std::erase_if(m_segments,
                   [now](const Segment &segment) { return segment.chunk.isImage && segment.leaves > now; });
