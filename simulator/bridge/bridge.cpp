@@ -86,7 +86,6 @@ void Bridge::detach(Device &device)
 {
     device.isAttached = false;
     device.firmware.hostLost();
-    device.queue = {};
     if (const auto open = m_connections.find(device.handle); open != m_connections.end())
         open->second.isLost = true;
     device.handle = 0;
@@ -166,7 +165,6 @@ Status Bridge::close(Handle handle)
     if (!found->second.isLost) {
         Device &device = *found->second.device;
         device.firmware.hostLost();
-        device.queue = {};
         device.handle = 0;
     }
     m_connections.erase(found);
@@ -206,7 +204,7 @@ Status Bridge::setLatencyTimer(Handle handle, quint8 milliseconds)
         constexpr quint8 shortest = 2;
         if (milliseconds < shortest)
             return Status::InvalidParameter;
-        connection.device->queue.setLatency(Milliseconds(milliseconds));
+        connection.device->firmware.sendQueue().setLatency(Milliseconds(milliseconds));
         return Status::Ok;
     });
 }
@@ -235,7 +233,7 @@ Status Bridge::purge(Handle handle, quint32 mask)
         if (mask == 0 || mask > (purgeReceived | purgeSent))
             return Status::InvalidParameter;
         if ((mask & purgeReceived) != 0)
-            connection.device->queue.purge(now);
+            connection.device->firmware.sendQueue().purge(now);
         return Status::Ok;
     });
 }
@@ -253,7 +251,7 @@ Status Bridge::getStatus(Handle handle, quint32 *rxBytes, quint32 *txBytes, quin
     return onOpen(handle, [=](Connection &connection, Nanoseconds now) {
         if (rxBytes == nullptr || txBytes == nullptr || events == nullptr)
             return Status::InvalidParameter;
-        *rxBytes = static_cast<quint32>(connection.device->queue.available(now));
+        *rxBytes = static_cast<quint32>(connection.device->firmware.sendQueue().available(now));
         *txBytes = 0;
         *events = 0;
         return Status::Ok;

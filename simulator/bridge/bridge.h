@@ -3,7 +3,6 @@
 #include "simulator/bridge/d2xxtypes.h"
 #include "simulator/bridge/deviceevents.h"
 #include "simulator/firmware/firmware.h"
-#include "simulator/firmware/sendqueue.h"
 #include "simulator/sensor/sensor.h"
 #include "simulator/settings/settings.h"
 
@@ -61,12 +60,10 @@ private:
     struct Device
     {
         Device(const QString &number, const QString &eepromPath, Settings &settings)
-            : serialNumber(number), firmware(number, eepromPath, settings, queue)
+            : firmware(number, eepromPath, settings)
         {
         }
 
-        QString serialNumber;
-        SendQueue queue;
         Firmware firmware;
         Sensor sensor;
         Handle handle = 0; ///< 0 when it is not open

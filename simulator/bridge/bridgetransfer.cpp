@@ -66,7 +66,7 @@ Status Bridge::waitForBytes(std::unique_lock<std::mutex> &lock, Handle handle, q
         Connection *connection = nullptr;
         if (const Status status = find(handle, now, connection); status != Status::Ok)
             return status;
-        const SendQueue &queue = connection->device->queue;
+        const SendQueue &queue = connection->device->firmware.sendQueue();
         ready = std::min<qsizetype>(queue.available(now), length);
         const bool hasDeadline = connection->readTimeout > Milliseconds(0);
         const Nanoseconds deadline = begin + connection->readTimeout;
@@ -89,7 +89,7 @@ Status Bridge::takeChunk(Handle handle, qsizetype longest, SendQueue::Chunk &chu
         return status;
     device = connection->device;
     std::optional<qint64> &pullAt = m_settings.faults.unplugAtByte;
-    SendQueue &queue = device->queue;
+    SendQueue &queue = device->firmware.sendQueue();
     const qint64 beforePull = pullAt ? qMax<qint64>(0, *pullAt - queue.imageBytesTaken()) : longest;
     chunk = queue.take(longest, static_cast<qsizetype>(beforePull), now);
     if (!pullAt || !chunk.isImage || queue.imageBytesTaken() < *pullAt)

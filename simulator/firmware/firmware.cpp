@@ -54,9 +54,8 @@ bool isHalt(const Command &command)
 
 } // namespace
 
-Firmware::Firmware(const QString &serialNumber, const QString &eepromPath, Settings &settings,
-                   SendQueue &queue)
-    : m_settings(settings), m_queue(queue), m_eeprom(eepromPath, serialNumber)
+Firmware::Firmware(const QString &serialNumber, const QString &eepromPath, Settings &settings)
+    : m_settings(settings), m_eeprom(eepromPath, serialNumber)
 {
 }
 
@@ -71,6 +70,7 @@ void Firmware::hostLost()
     m_synchronous = false;
     m_pattern = TestPattern::None;
     m_parser.clear();
+    m_queue = {};
 }
 
 void Firmware::execute(const Command &command, Nanoseconds now)

@@ -18,8 +18,8 @@ namespace simulator {
 class Firmware
 {
 public:
-    /// `settings` and `queue` must outlive it. Counts of faults run down in `settings`.
-    Firmware(const QString &serialNumber, const QString &eepromPath, Settings &settings, SendQueue &queue);
+    /// `settings` must outlive it. Counts of faults run down in `settings`.
+    Firmware(const QString &serialNumber, const QString &eepromPath, Settings &settings);
 
     /// What one write of the host brought.
     void write(QByteArrayView bytes, Nanoseconds now);
@@ -27,8 +27,12 @@ public:
     /// The bridge is in synchronous FIFO mode, or not. No block is sent without it.
     void setSynchronous(bool synchronous) { m_synchronous = synchronous; }
 
-    /// The host closed the device or the cable was pulled: the acquisition ends. Parameters stay.
+    /// The host closed the device or the cable was pulled: the acquisition ends and what is on its way is
+    /// lost. Parameters stay.
     void hostLost();
+
+    /// What is on its way to the host.
+    [[nodiscard]] SendQueue &sendQueue() { return m_queue; }
 
     /// Between the acknowledged start and the halt.
     [[nodiscard]] bool isStreaming() const { return m_streaming; }
@@ -49,7 +53,7 @@ private:
     void sendBlock(Nanoseconds leaves);
 
     Settings &m_settings;
-    SendQueue &m_queue;
+    SendQueue m_queue;
     CommandParser m_parser;
     Registers m_registers;
     Eeprom m_eeprom;

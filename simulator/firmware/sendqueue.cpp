@@ -12,8 +12,7 @@ void SendQueue::appendReply(const QByteArray &bytes, Nanoseconds leaves)
     m_segments.push_back({std::move(chunk), leaves, leaves + m_latency});
 }
 
-void SendQueue::appendImage(const FrameRecipe &recipe, qsizetype offset, qsizetype length,
-                               Nanoseconds leaves)
+void SendQueue::appendImage(const FrameRecipe &recipe, qsizetype offset, qsizetype length, Nanoseconds leaves)
 {
     m_segments.push_back({{{}, recipe, offset, length, true}, leaves, leaves});
 }

@@ -46,8 +46,8 @@ public:
 
     WorkingFolder folder;
     simulator::Settings settings;
-    simulator::SendQueue queue;
     simulator::Nanoseconds now = std::chrono::seconds(100);
-    simulator::Firmware firmware{QStringLiteral("QV1K"), QStringLiteral("./eeprom.ini"), settings, queue};
+    simulator::Firmware firmware{QStringLiteral("QV1K"), QStringLiteral("./eeprom.ini"), settings};
+    simulator::SendQueue &queue = firmware.sendQueue();
     simulator::SendQueue::Chunk lastImage;
 };
