@@ -1,0 +1,107 @@
+#include "device/blockassembler.h"
+#include "device/commandframes.h"
+#include "device/d2xxlibrary.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QThread>
+
+#include <vector>
+
+namespace {
+
+/// The virtual detector without pacing, through the calls of its driver library. Runs in a temporary working
+/// folder while it lives.
+class UnpacedDetector
+{
+public:
+    explicit UnpacedDetector(const char *scene) : m_before(QDir::currentPath())
+    {
+        QDir::setCurrent(m_folder.path());
+        QFile file(QStringLiteral("virtual-detector.ini"));
+        if (file.open(QIODevice::WriteOnly))
+            file.write(QByteArray("Pacing=none\nScene=") + scene + '\n');
+        file.close();
+        QThread::msleep(settingsAge);
+        m_driver->open("QV1K", &m_handle);
+        m_driver->setBitMode(m_handle, 0xFF, 0x40);
+        m_driver->setLatencyTimer(m_handle, 2);
+        m_driver->setTimeouts(m_handle, 1000, 1000);
+    }
+
+    ~UnpacedDetector()
+    {
+        m_driver->close(m_handle);
+        QDir::setCurrent(m_before);
+    }
+    Q_DISABLE_COPY_MOVE(UnpacedDetector)
+
+    /// Starts with a test pattern, or with the scene for 0. False when the detector does not answer.
+    [[nodiscard]] bool start(int pattern)
+    {
+        return (pattern == 0 || exchange(CommandFrame::testPattern(pattern), m_frame.data(), echoBytes)) &&
+               exchange(CommandFrame::startAcquisition(), m_frame.data(), echoBytes);
+    }
+
+    /// One frame by the block handshake. False when the stream broke off.
+    [[nodiscard]] bool readFrame()
+    {
+        uchar *block = m_frame.data();
+        for (int number = 0; number < blocksPerFrame; ++number, block += blockSize) {
+            if (!exchange(CommandFrame::blockRequest(number), block, blockSize))
+                return false;
+        }
+        return true;
+    }
+
+private:
+    static constexpr int settingsAge = 250; ///< ms; the virtual detector looks at its file more often
+    static constexpr qsizetype echoBytes = 6;
+
+    [[nodiscard]] bool exchange(const QByteArray &command, uchar *answer, qsizetype length)
+    {
+        quint32 written = 0;
+        quint32 count = 0;
+        m_driver->write(m_handle, command.constData(), static_cast<quint32>(command.size()), &written);
+        m_driver->read(m_handle, answer, static_cast<quint32>(length), &count);
+        return count == length;
+    }
+
+    QTemporaryDir m_folder;
+    QString m_before;
+    std::shared_ptr<D2xx> m_driver = D2xxLibrary::load(QStringLiteral("virtual")).driver;
+    void *m_handle = nullptr;
+    std::vector<uchar> m_frame = std::vector<uchar>(frameSize);
+};
+
+/// One frame a round.
+void simulator(benchmark::State &state, const char *scene, int pattern)
+{
+    UnpacedDetector detector(scene);
+    if (!detector.start(pattern) || !detector.readFrame()) { // the first frame of a scene is drawn
+        state.SkipWithError("no virtual detector");
+        return;
+    }
+    for (auto _ : state) {
+        if (!detector.readFrame()) {
+            state.SkipWithError("the stream broke off");
+            break;
+        }
+    }
+    state.SetBytesProcessed(state.iterations() * frameSize);
+}
+
+BENCHMARK_CAPTURE(simulator, dark, "dark", 0)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(simulator, flat, "flat", 0)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(simulator, chart, "chart", 0)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(simulator, phantom, "phantom", 0)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(simulator, horizontal_ramp, "dark", 1)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(simulator, vertical_ramp, "dark", 2)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(simulator, checkerboard, "dark", 3)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(simulator, flat_pattern, "dark", 4)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(simulator, counter, "dark", 5)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+} // namespace
