@@ -28,7 +28,7 @@ struct DeviceRecord
 {
     std::uint32_t flags; ///< flagOpened, flagHighSpeed
     std::uint32_t type;
-    std::uint32_t id; ///< vendor in the upper half, product in the lower
+    std::uint32_t id; ///< see recordId() in d2xx/families.h
     std::uint32_t locationId;
     char serialNumber[16]; ///< NUL-terminated
     char description[64];  ///< NUL-terminated

@@ -1,5 +1,6 @@
 #include "ftdi/libftdibus.h"
 
+#include "d2xx/families.h"
 #include "ftdi/libftdiport.h"
 
 #include <libusb.h>
@@ -12,17 +13,9 @@ namespace ftdi {
 
 namespace {
 
-constexpr std::uint16_t vendor = 0x0403;
 constexpr std::size_t longestSerialNumber = sizeof(d2xx::DeviceRecord::serialNumber) - 1;
 
-/// A bridge family: its product id, its type in the D2XX interface and its channels.
-struct Product
-{
-    std::uint16_t id;
-    std::uint32_t type;
-    int channels;
-};
-constexpr std::array<Product, 4> products{{{0x6010, 6, 2}, {0x6011, 7, 4}, {0x6014, 8, 1}, {0x6015, 9, 1}}};
+constexpr std::array families{d2xx::family2232H, d2xx::family4232H, d2xx::family232H, d2xx::familyX};
 
 /// A channel of a bridge that is plugged in.
 struct Found
@@ -70,18 +63,18 @@ std::string noted(libusb_device *device, const char *attribute)
     return text;
 }
 
-void addChannels(std::vector<Found> &found, libusb_device *device, const Product &product)
+void addChannels(std::vector<Found> &found, libusb_device *device, const d2xx::Family &family)
 {
     BridgeInfo info;
-    info.type = product.type;
-    info.id = std::uint32_t{vendor} << 16U | product.id;
+    info.type = family.type;
+    info.id = d2xx::recordId(family);
     info.isHighSpeed = libusb_get_device_speed(device) == LIBUSB_SPEED_HIGH;
     info.locationId = std::uint32_t{libusb_get_bus_number(device)} << 16U |
                       std::uint32_t{libusb_get_device_address(device)} << 8U;
     const std::string serialNumber = noted(device, "serial");
     const std::string description = noted(device, "product");
-    for (int i = 0; i < product.channels; ++i) {
-        const std::string letter = product.channels > 1 ? std::string(1, static_cast<char>('A' + i)) : "";
+    for (int i = 0; i < family.channels; ++i) {
+        const std::string letter = family.channels > 1 ? std::string(1, static_cast<char>('A' + i)) : "";
         info.serialNumber = serialNumber.substr(0, longestSerialNumber - letter.size()) + letter;
         info.description = letter.empty() ? description : description + ' ' + letter;
         ++info.locationId;
@@ -95,12 +88,13 @@ std::vector<Found> findBridges(const DeviceList &list)
     for (libusb_device *device : list.devices()) {
         libusb_device_descriptor descriptor{};
         if (libusb_get_device_descriptor(device, &descriptor) != LIBUSB_SUCCESS ||
-            descriptor.idVendor != vendor)
+            descriptor.idVendor != d2xx::vendor)
             continue;
-        const auto product = std::find_if(products.begin(), products.end(),
-                                          [&](const Product &p) { return p.id == descriptor.idProduct; });
-        if (product != products.end())
-            addChannels(found, device, *product);
+        const auto family = std::find_if(families.begin(), families.end(), [&](const d2xx::Family &f) {
+            return f.product == descriptor.idProduct;
+        });
+        if (family != families.end())
+            addChannels(found, device, *family);
     }
     return found;
 }
