@@ -1,36 +1,11 @@
 #include "simulator/bridge/bridge.h"
 
+#include "d2xx/arguments.h"
+#include "d2xx/families.h"
+
 #include <algorithm>
-#include <array>
 
 namespace simulator {
-
-namespace {
-
-constexpr quint32 openBySerialNumber = 1;
-constexpr quint32 flagOpened = 1;
-constexpr quint32 flagHighSpeed = 2;
-constexpr quint32 type232H = 8;
-constexpr quint32 vendorAndProduct = 0x04036014;
-constexpr quint8 allLines = 0xFF;
-constexpr quint8 synchronousFifo = 0x40;
-constexpr quint32 purgeReceived = 1;
-constexpr quint32 purgeSent = 2;
-
-template <std::size_t size>
-void copyText(char (&target)[size], const QByteArray &text)
-{
-    std::fill_n(target, size, '\0');
-    std::copy_n(text.constData(), std::min<qsizetype>(text.size(), qsizetype{size} - 1), target);
-}
-
-template <typename Value, std::size_t count>
-bool isOneOf(Value value, const std::array<Value, count> &known)
-{
-    return std::find(known.begin(), known.end(), value) != known.end();
-}
-
-} // namespace
 
 Bridge::Bridge(Clock &clock, const QString &folder)
     : m_clock(clock), m_folder(folder), m_settingsFile(folder + QStringLiteral("/virtual-detector.ini")),
@@ -88,7 +63,7 @@ void Bridge::detach(Device &device)
     device.firmware.hostLost();
     if (const auto open = m_connections.find(device.handle); open != m_connections.end())
         open->second.isLost = true;
-    device.handle = 0;
+    device.handle = nullptr;
     m_wake.notify_all();
     m_events.post(false);
 }
@@ -111,13 +86,13 @@ Status Bridge::createDeviceInfoList(quint32 *count)
         if (device == nullptr)
             continue;
         DeviceRecord record{};
-        record.flags = flagHighSpeed | (device->handle != 0 ? flagOpened : 0);
-        record.type = type232H;
-        record.id = vendorAndProduct;
+        record.flags = d2xx::flagHighSpeed | (device->handle != nullptr ? d2xx::flagOpened : 0);
+        record.type = d2xx::family232H.type;
+        record.id = d2xx::recordId(d2xx::family232H);
         record.locationId = static_cast<quint32>(m_records.size() + 1);
         record.handle = device->handle;
-        copyText(record.serialNumber, serialNumber.toUtf8());
-        copyText(record.description, QByteArrayLiteral("QV1K virtual detector"));
+        d2xx::setText(record.serialNumber, serialNumber.toStdString());
+        d2xx::setText(record.description, "QV1K virtual detector");
         m_records.push_back(record);
     }
     *count = static_cast<quint32>(m_records.size());
@@ -134,25 +109,25 @@ Status Bridge::getDeviceInfoList(DeviceRecord *records, quint32 *count)
     return Status::Ok;
 }
 
-quint32 Bridge::openEx(const void *serialNumber, quint32 flags, Handle *handle)
+Status Bridge::openEx(const void *serialNumber, quint32 flags, Handle *handle)
 {
-    if (serialNumber == nullptr || handle == nullptr || flags != openBySerialNumber)
-        return static_cast<quint32>(Status::InvalidParameter);
+    if (serialNumber == nullptr || handle == nullptr || flags != d2xx::openBySerialNumber)
+        return Status::InvalidParameter;
     const std::lock_guard lock(m_mutex);
     checkSettings(m_clock.now());
     if (m_settings.faults.failOpens > 0) {
         --m_settings.faults.failOpens;
-        return m_settings.faults.openStatus;
+        return static_cast<Status>(m_settings.faults.openStatus);
     }
     Device *device = attachedDevice(QString::fromUtf8(static_cast<const char *>(serialNumber)));
     if (device == nullptr)
-        return static_cast<quint32>(Status::DeviceNotFound);
-    if (device->handle != 0)
-        return static_cast<quint32>(Status::DeviceNotOpened);
-    device->handle = ++m_lastHandle;
+        return Status::DeviceNotFound;
+    if (device->handle != nullptr)
+        return Status::DeviceNotOpened;
+    device->handle = m_handles.next();
     m_connections[device->handle] = {device};
     *handle = device->handle;
-    return static_cast<quint32>(Status::Ok);
+    return Status::Ok;
 }
 
 Status Bridge::close(Handle handle)
@@ -165,7 +140,7 @@ Status Bridge::close(Handle handle)
     if (!found->second.isLost) {
         Device &device = *found->second.device;
         device.firmware.hostLost();
-        device.handle = 0;
+        device.handle = nullptr;
     }
     m_connections.erase(found);
     m_wake.notify_all();
@@ -184,16 +159,16 @@ Status Bridge::find(Handle handle, Nanoseconds now, Connection *&connection)
 
 Status Bridge::resetDevice(Handle handle)
 {
-    return purge(handle, purgeReceived | purgeSent);
+    return purge(handle, d2xx::purgeBoth);
 }
 
 Status Bridge::setBitMode(Handle handle, quint8 mask, quint8 mode)
 {
     return onOpen(handle, [=](Connection &connection, Nanoseconds) {
-        constexpr std::array<quint8, 8> modes{0x00, 0x01, 0x02, 0x04, 0x08, 0x10, 0x20, synchronousFifo};
-        if (!isOneOf(mode, modes))
+        if (!d2xx::isBitMode(mode))
             return Status::InvalidParameter;
-        connection.device->firmware.setSynchronous(mask == allLines && mode == synchronousFifo);
+        connection.device->firmware.setSynchronous(mask == d2xx::allDataLines &&
+                                                   mode == d2xx::bitModeSyncFifo);
         return Status::Ok;
     });
 }
@@ -201,8 +176,7 @@ Status Bridge::setBitMode(Handle handle, quint8 mask, quint8 mode)
 Status Bridge::setLatencyTimer(Handle handle, quint8 milliseconds)
 {
     return onOpen(handle, [=](Connection &connection, Nanoseconds) {
-        constexpr quint8 shortest = 2;
-        if (milliseconds < shortest)
+        if (!d2xx::isLatency(milliseconds))
             return Status::InvalidParameter;
         connection.device->firmware.sendQueue().setLatency(Milliseconds(milliseconds));
         return Status::Ok;
@@ -212,27 +186,24 @@ Status Bridge::setLatencyTimer(Handle handle, quint8 milliseconds)
 Status Bridge::setUsbParameters(Handle handle, quint32 inSize, quint32 outSize)
 {
     return onOpen(handle, [=](Connection &, Nanoseconds) {
-        const auto fits = [](quint32 size) {
-            return size >= 64 && size <= 65536 && size % 64 == 0;
-        };
-        return fits(inSize) && fits(outSize) ? Status::Ok : Status::InvalidParameter;
+        const bool fits = d2xx::isTransferSize(inSize) && d2xx::isTransferSize(outSize);
+        return fits ? Status::Ok : Status::InvalidParameter;
     });
 }
 
 Status Bridge::setFlowControl(Handle handle, quint16 flow, quint8 /*xOn*/, quint8 /*xOff*/)
 {
     return onOpen(handle, [=](Connection &, Nanoseconds) {
-        constexpr std::array<quint16, 4> flows{0x0000, 0x0100, 0x0200, 0x0400};
-        return isOneOf(flow, flows) ? Status::Ok : Status::InvalidParameter;
+        return d2xx::isFlowControl(flow) ? Status::Ok : Status::InvalidParameter;
     });
 }
 
 Status Bridge::purge(Handle handle, quint32 mask)
 {
     return onOpen(handle, [=](Connection &connection, Nanoseconds now) {
-        if (mask == 0 || mask > (purgeReceived | purgeSent))
+        if (!d2xx::isPurgeMask(mask))
             return Status::InvalidParameter;
-        if ((mask & purgeReceived) != 0)
+        if ((mask & d2xx::purgeReceived) != 0)
             connection.device->firmware.sendQueue().purge(now);
         return Status::Ok;
     });

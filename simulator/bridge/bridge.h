@@ -1,6 +1,7 @@
 #pragma once
 
-#include "simulator/bridge/d2xxtypes.h"
+#include "d2xx/handlesource.h"
+#include "d2xx/types.h"
 #include "simulator/bridge/deviceevents.h"
 #include "simulator/firmware/firmware.h"
 #include "simulator/sensor/sensor.h"
@@ -13,14 +14,17 @@
 
 namespace simulator {
 
+using d2xx::DeviceRecord;
+using d2xx::Handle;
+using d2xx::Status;
+
 /// The USB bridges and the detectors behind them, as the D2XX calls see them.
 ///
 /// Reads `virtual-detector.ini` in `folder` and notices within 200 ms of the clock when it was changed.
 /// Detectors keep their parameters as long as this object lives, plugged in or not. Thread-safe; only read()
 /// waits, and it holds up no other call while it waits or makes image data.
 ///
-/// A call on a handle that is not open returns InvalidHandle; on one whose cable was pulled, IoError until it
-/// is closed; with a null pointer or a value that the bridge does not know, InvalidParameter.
+/// What the calls mean and take is told in d2xx/calls.h and d2xx/arguments.h.
 class Bridge
 {
 public:
@@ -33,8 +37,8 @@ public:
     /// `records` has room for as many as createDeviceInfoList() counted.
     Status getDeviceInfoList(DeviceRecord *records, quint32 *count);
 
-    /// Only by serial number (`flags` 1). A status code of the settings when opening is to fail.
-    quint32 openEx(const void *serialNumber, quint32 flags, Handle *handle);
+    /// A status code of the settings when opening is to fail.
+    Status openEx(const void *serialNumber, quint32 flags, Handle *handle);
     /// Ends an acquisition that is under way, and drops what was not read.
     Status close(Handle handle);
 
@@ -66,7 +70,7 @@ private:
 
         Firmware firmware;
         Sensor sensor;
-        Handle handle = 0; ///< 0 when it is not open
+        Handle handle = nullptr; ///< null when it is not open
         bool isAttached = false;
     };
     struct Connection
@@ -99,7 +103,7 @@ private:
     std::map<QString, std::unique_ptr<Device>> m_devices; // all that there ever were
     std::map<Handle, Connection> m_connections;
     std::vector<DeviceRecord> m_records;
-    Handle m_lastHandle = 0x51560000;
+    d2xx::HandleSource m_handles;
 
     DeviceEvents m_events;
 };

@@ -1,109 +1,101 @@
-#include "simulator/bridge/d2xx_virtual.h"
-
+#include "d2xx/exports.h"
+#include "d2xx/guard.h"
 #include "simulator/bridge/bridge.h"
 
-using simulator::Bridge;
-using simulator::DeviceRecord;
-using simulator::Handle;
-using simulator::Status;
+// The exported calls. Their meaning is that of the interface; what they do here is told in
+// simulator/bridge/bridge.h.
+
+using d2xx::guarded;
+using d2xx::Handle;
+using d2xx::Status;
 
 namespace {
 
 /// Made at the first call; the settings file is looked for in the working directory.
-Bridge &bridge()
+simulator::Bridge &bridge()
 {
     static simulator::SteadyClock clock;
-    static Bridge instance(clock);
+    static simulator::Bridge instance(clock);
     return instance;
-}
-
-quint32 code(Status status)
-{
-    return static_cast<quint32>(status);
-}
-
-Handle number(void *handle)
-{
-    return reinterpret_cast<Handle>(handle);
 }
 
 } // namespace
 
-quint32 FT_CreateDeviceInfoList(quint32 *count)
+Status FT_CreateDeviceInfoList(std::uint32_t *count)
 {
-    return code(bridge().createDeviceInfoList(count));
+    return guarded([=] { return bridge().createDeviceInfoList(count); });
 }
 
-quint32 FT_GetDeviceInfoList(void *records, quint32 *count)
+Status FT_GetDeviceInfoList(d2xx::DeviceRecord *records, std::uint32_t *count)
 {
-    return code(bridge().getDeviceInfoList(static_cast<DeviceRecord *>(records), count));
+    return guarded([=] { return bridge().getDeviceInfoList(records, count); });
 }
 
-quint32 FT_OpenEx(void *key, quint32 flags, void **handle)
+Status FT_OpenEx(void *key, std::uint32_t flags, Handle *handle)
 {
-    Handle opened = 0;
-    const quint32 status = bridge().openEx(key, flags, handle != nullptr ? &opened : nullptr);
-    if (opened != 0)
-        *handle = reinterpret_cast<void *>(opened); // NOLINT(performance-no-int-to-ptr): a mere token
-    return status;
+    return guarded([=] { return bridge().openEx(key, flags, handle); });
 }
 
-quint32 FT_Close(void *handle)
+Status FT_Close(Handle handle)
 {
-    return code(bridge().close(number(handle)));
+    return guarded([=] { return bridge().close(handle); });
 }
 
-quint32 FT_ResetDevice(void *handle)
+Status FT_ResetDevice(Handle handle)
 {
-    return code(bridge().resetDevice(number(handle)));
+    return guarded([=] { return bridge().resetDevice(handle); });
 }
 
-quint32 FT_SetBitMode(void *handle, quint8 mask, quint8 mode)
+Status FT_SetBitMode(Handle handle, std::uint8_t mask, std::uint8_t mode)
 {
-    return code(bridge().setBitMode(number(handle), mask, mode));
+    return guarded([=] { return bridge().setBitMode(handle, mask, mode); });
 }
 
-quint32 FT_SetLatencyTimer(void *handle, quint8 milliseconds)
+Status FT_SetLatencyTimer(Handle handle, std::uint8_t milliseconds)
 {
-    return code(bridge().setLatencyTimer(number(handle), milliseconds));
+    return guarded([=] { return bridge().setLatencyTimer(handle, milliseconds); });
 }
 
-quint32 FT_SetUSBParameters(void *handle, quint32 inSize, quint32 outSize)
+Status FT_SetUSBParameters(Handle handle, std::uint32_t inSize, std::uint32_t outSize)
 {
-    return code(bridge().setUsbParameters(number(handle), inSize, outSize));
+    return guarded([=] { return bridge().setUsbParameters(handle, inSize, outSize); });
 }
 
-quint32 FT_SetFlowControl(void *handle, quint16 flow, quint8 xOn, quint8 xOff)
+Status FT_SetFlowControl(Handle handle, std::uint16_t flow, std::uint8_t xOn, std::uint8_t xOff)
 {
-    return code(bridge().setFlowControl(number(handle), flow, xOn, xOff));
+    return guarded([=] { return bridge().setFlowControl(handle, flow, xOn, xOff); });
 }
 
-quint32 FT_Purge(void *handle, quint32 mask)
+Status FT_Purge(Handle handle, std::uint32_t mask)
 {
-    return code(bridge().purge(number(handle), mask));
+    return guarded([=] { return bridge().purge(handle, mask); });
 }
 
-quint32 FT_SetTimeouts(void *handle, quint32 readMs, quint32 writeMs)
+Status FT_SetTimeouts(Handle handle, std::uint32_t readMs, std::uint32_t writeMs)
 {
-    return code(bridge().setTimeouts(number(handle), readMs, writeMs));
+    return guarded([=] { return bridge().setTimeouts(handle, readMs, writeMs); });
 }
 
-quint32 FT_GetStatus(void *handle, quint32 *rxBytes, quint32 *txBytes, quint32 *events)
+Status FT_GetStatus(Handle handle, std::uint32_t *rxBytes, std::uint32_t *txBytes, std::uint32_t *events)
 {
-    return code(bridge().getStatus(number(handle), rxBytes, txBytes, events));
+    return guarded([=] { return bridge().getStatus(handle, rxBytes, txBytes, events); });
 }
 
-quint32 FT_Read(void *handle, void *buffer, quint32 length, quint32 *bytesRead)
+Status FT_Read(Handle handle, void *buffer, std::uint32_t length, std::uint32_t *bytesRead)
 {
-    return code(bridge().read(number(handle), buffer, length, bytesRead));
+    return guarded([=] { return bridge().read(handle, buffer, length, bytesRead); });
 }
 
-quint32 FT_Write(void *handle, void *buffer, quint32 length, quint32 *bytesWritten)
+Status FT_Write(Handle handle, void *buffer, std::uint32_t length, std::uint32_t *bytesWritten)
 {
-    return code(bridge().write(number(handle), buffer, length, bytesWritten));
+    return guarded([=] { return bridge().write(handle, buffer, length, bytesWritten); });
 }
 
-void QV1K_SetDeviceEventCallback(void (*callback)(void *context, int arrived), void *context)
+/// Before the library is unloaded a null callback ends its thread.
+void QV1K_SetDeviceEventCallback(d2xx::DeviceEventCallback callback, void *context)
 {
-    bridge().setDeviceEventCallback(callback, context);
+    (void)guarded([=] {
+        bridge().setDeviceEventCallback(callback, context);
+        return Status::Ok;
+    });
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "d2xx/calls.h"
 #include "simulator/clock.h"
 
 #include <functional>
@@ -13,7 +14,7 @@ namespace simulator {
 class DeviceEvents
 {
 public:
-    using Callback = void (*)(void *context, int arrived);
+    using Callback = d2xx::DeviceEventCallback;
 
     static constexpr Milliseconds pollInterval{200};
 

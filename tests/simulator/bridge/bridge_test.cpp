@@ -23,7 +23,7 @@ TEST(Bridge, an_unplugged_detector_is_not_listed_and_not_found)
 {
     VirtualCable cable("Attached=false\n");
     EXPECT_TRUE(cable.serialNumbers().isEmpty());
-    EXPECT_EQ(cable.bridge->openEx("QV1K", 1, &cable.handle), 2U);
+    EXPECT_EQ(cable.bridge->openEx("QV1K", 1, &cable.handle), Status::DeviceNotFound);
 }
 
 TEST(Bridge, the_record_tells_whether_the_device_is_open)
@@ -34,7 +34,7 @@ TEST(Bridge, the_record_tells_whether_the_device_is_open)
     cable.bridge->createDeviceInfoList(&count);
     cable.bridge->getDeviceInfoList(&record, &count);
     EXPECT_EQ(record.flags & 1U, 0U);
-    EXPECT_EQ(record.handle, 0U);
+    EXPECT_EQ(record.handle, nullptr);
     cable.open();
     cable.bridge->createDeviceInfoList(&count);
     cable.bridge->getDeviceInfoList(&record, &count);
@@ -57,19 +57,19 @@ TEST(Bridge, the_records_are_those_that_were_counted)
 TEST(Bridge, an_unknown_serial_number_is_not_found)
 {
     VirtualCable cable;
-    EXPECT_EQ(cable.bridge->openEx("QV1L", 1, &cable.handle), 2U);
-    EXPECT_EQ(cable.handle, 0U);
+    EXPECT_EQ(cable.bridge->openEx("QV1L", 1, &cable.handle), Status::DeviceNotFound);
+    EXPECT_EQ(cable.handle, nullptr);
 }
 
 TEST(Bridge, a_second_open_of_the_same_device_fails_until_it_is_closed)
 {
     VirtualCable cable;
     cable.open();
-    Handle second = 0;
-    EXPECT_EQ(cable.bridge->openEx("QV1K", 1, &second), 3U);
-    EXPECT_EQ(second, 0U);
+    Handle second = nullptr;
+    EXPECT_EQ(cable.bridge->openEx("QV1K", 1, &second), Status::DeviceNotOpened);
+    EXPECT_EQ(second, nullptr);
     EXPECT_EQ(cable.bridge->close(cable.handle), Status::Ok);
-    EXPECT_EQ(cable.bridge->openEx("QV1K", 1, &second), 0U);
+    EXPECT_EQ(cable.bridge->openEx("QV1K", 1, &second), Status::Ok);
 }
 
 TEST(Bridge, two_devices_can_be_open_and_do_not_mix_their_replies)
@@ -102,7 +102,8 @@ TEST(Bridge, a_closed_handle_is_invalid_and_never_comes_again)
 TEST(Bridge, null_and_made_up_handles_are_invalid)
 {
     VirtualCable cable;
-    for (const Handle handle : {Handle{0}, Handle{1}, ~Handle{0}}) {
+    int wild = 0;
+    for (const Handle handle : {Handle{nullptr}, Handle{&wild}, Handle{&cable}}) {
         for (const Status status : statusOfAllCalls(*cable.bridge, handle))
             EXPECT_EQ(status, Status::InvalidHandle);
         EXPECT_EQ(cable.bridge->close(handle), Status::InvalidHandle);
@@ -128,8 +129,8 @@ TEST(Bridge, null_pointers_are_invalid_parameters)
     EXPECT_EQ(bridge.createDeviceInfoList(nullptr), Status::InvalidParameter);
     EXPECT_EQ(bridge.getDeviceInfoList(nullptr, &n), Status::InvalidParameter);
     EXPECT_EQ(bridge.getDeviceInfoList(&record, nullptr), Status::InvalidParameter);
-    EXPECT_EQ(bridge.openEx(nullptr, 1, &cable.handle), 6U);
-    EXPECT_EQ(bridge.openEx("QV1K", 1, nullptr), 6U);
+    EXPECT_EQ(bridge.openEx(nullptr, 1, &cable.handle), Status::InvalidParameter);
+    EXPECT_EQ(bridge.openEx("QV1K", 1, nullptr), Status::InvalidParameter);
     EXPECT_EQ(bridge.getStatus(cable.handle, nullptr, &n, &n), Status::InvalidParameter);
     EXPECT_EQ(bridge.getStatus(cable.handle, &n, nullptr, &n), Status::InvalidParameter);
     EXPECT_EQ(bridge.getStatus(cable.handle, &n, &n, nullptr), Status::InvalidParameter);
@@ -144,7 +145,7 @@ TEST(Bridge, values_that_the_bridge_does_not_know_are_invalid_parameters)
     VirtualCable cable;
     cable.open();
     simulator::Bridge &bridge = *cable.bridge;
-    EXPECT_EQ(bridge.openEx("QV1K", 2, &cable.handle), 6U) << "by description";
+    EXPECT_EQ(bridge.openEx("QV1K", 2, &cable.handle), Status::InvalidParameter) << "by description";
     EXPECT_EQ(bridge.setBitMode(cable.handle, 0xFF, 0x03), Status::InvalidParameter);
     EXPECT_EQ(bridge.setLatencyTimer(cable.handle, 1), Status::InvalidParameter);
     EXPECT_EQ(bridge.setUsbParameters(cable.handle, 65, 64), Status::InvalidParameter);

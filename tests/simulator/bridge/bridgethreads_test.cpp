@@ -16,8 +16,8 @@ TEST(BridgeThreads, a_read_that_waits_holds_up_no_write_and_is_woken_by_its_repl
     WorkingFolder folder;
     simulator::SteadyClock clock;
     simulator::Bridge bridge(clock, folder.path());
-    Handle handle = 0;
-    ASSERT_EQ(bridge.openEx("QV1K", 1, &handle), 0U);
+    Handle handle = nullptr;
+    ASSERT_EQ(bridge.openEx("QV1K", 1, &handle), Status::Ok);
     bridge.setTimeouts(handle, 20000, 10);
     QByteArray reply(5, '\0');
     quint32 count = 0;
@@ -35,8 +35,8 @@ TEST(BridgeThreads, closing_ends_a_read_that_waits_without_limit)
     WorkingFolder folder;
     simulator::SteadyClock clock;
     simulator::Bridge bridge(clock, folder.path());
-    Handle handle = 0;
-    ASSERT_EQ(bridge.openEx("QV1K", 1, &handle), 0U);
+    Handle handle = nullptr;
+    ASSERT_EQ(bridge.openEx("QV1K", 1, &handle), Status::Ok);
     std::atomic<Status> status{Status::Ok};
     std::thread reader([&] {
         char byte = 0;
@@ -54,8 +54,8 @@ TEST(BridgeThreads, two_threads_may_read_write_and_look_at_once)
     folder.write(QStringLiteral("virtual-detector.ini"), "Pacing=none\n");
     simulator::SteadyClock clock;
     simulator::Bridge bridge(clock, folder.path());
-    Handle handle = 0;
-    ASSERT_EQ(bridge.openEx("QV1K", 1, &handle), 0U);
+    Handle handle = nullptr;
+    ASSERT_EQ(bridge.openEx("QV1K", 1, &handle), Status::Ok);
     bridge.setBitMode(handle, 0xFF, 0x40);
     bridge.setTimeouts(handle, 100, 10);
     const auto send = [&](const QByteArray &bytes) {

@@ -111,16 +111,16 @@ TEST(Faults, the_detector_is_not_ready_for_so_many_queries)
 TEST(Faults, so_many_opens_fail_with_the_status_that_was_asked_for)
 {
     VirtualCable cable("[Faults]\nFailOpens=2\nOpenStatus=18\n");
-    EXPECT_EQ(cable.bridge->openEx("QV1K", 1, &cable.handle), 18U);
-    EXPECT_EQ(cable.bridge->openEx("QV1K", 1, &cable.handle), 18U);
-    EXPECT_EQ(cable.handle, 0U);
-    EXPECT_EQ(cable.bridge->openEx("QV1K", 1, &cable.handle), 0U);
+    EXPECT_EQ(cable.bridge->openEx("QV1K", 1, &cable.handle), Status::OtherError);
+    EXPECT_EQ(cable.bridge->openEx("QV1K", 1, &cable.handle), Status::OtherError);
+    EXPECT_EQ(cable.handle, nullptr);
+    EXPECT_EQ(cable.bridge->openEx("QV1K", 1, &cable.handle), Status::Ok);
 }
 
 TEST(Faults, an_open_fails_with_device_not_opened_when_no_status_is_given)
 {
     VirtualCable cable("[Faults]\nFailOpens=1\n");
-    EXPECT_EQ(cable.bridge->openEx("QV1K", 1, &cable.handle), 3U);
+    EXPECT_EQ(cable.bridge->openEx("QV1K", 1, &cable.handle), Status::DeviceNotOpened);
 }
 
 TEST(Faults, a_failed_read_takes_nothing)

@@ -30,7 +30,7 @@ public:
     /// Opens and sets up the bridge as the program does.
     void open(const char *serialNumber = "QV1K")
     {
-        ASSERT_EQ(bridge->openEx(serialNumber, 1, &handle), 0U);
+        ASSERT_EQ(bridge->openEx(serialNumber, 1, &handle), simulator::Status::Ok);
         ASSERT_EQ(bridge->setBitMode(handle, 0xFF, 0x40), simulator::Status::Ok);
         ASSERT_EQ(bridge->setLatencyTimer(handle, 2), simulator::Status::Ok);
         ASSERT_EQ(bridge->setTimeouts(handle, 10, 10), simulator::Status::Ok);
@@ -97,6 +97,6 @@ public:
     WorkingFolder folder;
     ManualClock clock;
     std::unique_ptr<simulator::Bridge> bridge;
-    simulator::Handle handle = 0;
+    simulator::Handle handle = nullptr;
     simulator::Status status = simulator::Status::Ok;
 };
