@@ -73,3 +73,13 @@ pixel() {
 }
 shot() { import -window root "$shots/$1.png"; }
 log_has() { grep -q "$1" Logs/Log*.txt 2>/dev/null; }
+
+# How much the grey levels of the image view differ: close to 0 while it is empty.
+spread() {
+    place 560 120
+    import -window root -crop "600x600+$px+$py" -colorspace Gray -format '%[fx:int(1000*standard_deviation)]' info:-
+}
+shows_picture() { [ "$(spread)" -gt 100 ]; }
+# The box below the picture that tells the current of the clicked pixel, as a picture itself.
+readout() { place -270 770; import -window root -crop "250x40+$px+$py" "$1"; }
+readout_differs_from() { readout now.png; [ "$(compare -metric AE "$1" now.png null: 2>&1)" != 0 ]; }
