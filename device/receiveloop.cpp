@@ -1,7 +1,7 @@
 #include "device/receiveloop.h"
 
-#include "device/commandframes.h"
 #include "device/portmanager.h"
+#include "device/protocol/commandframes.h"
 #include "log/logmanager.h"
 
 #include <QThread>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "device/readback.h"
+#include "device/protocol/readback.h"
 
 #include <QDialog>
 #include <QList>

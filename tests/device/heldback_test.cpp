@@ -1,5 +1,5 @@
 #include "device/blockassembler.h"
-#include "device/commandframes.h"
+#include "device/protocol/commandframes.h"
 #include "tests/support/linkfixture.h"
 
 #include <QTest>

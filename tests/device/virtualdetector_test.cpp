@@ -1,10 +1,10 @@
 #include "device/acquisition.h"
 #include "device/blockassembler.h"
-#include "device/commandframes.h"
-#include "device/currentrange.h"
 #include "device/d2xxlibrary.h"
 #include "device/portmanager.h"
-#include "device/readback.h"
+#include "device/protocol/commandframes.h"
+#include "device/protocol/currentrange.h"
+#include "device/protocol/readback.h"
 #include "tests/support/logfile.h"
 
 #include <gtest/gtest.h>

@@ -2,8 +2,8 @@
 
 #include "ui/developwindow.h"
 
-#include "device/commandframes.h"
-#include "device/readback.h"
+#include "device/protocol/commandframes.h"
+#include "device/protocol/readback.h"
 #include "ui/parameters/parameterexchange.h"
 
 #include "ui_developwindow.h"

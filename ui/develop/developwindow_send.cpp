@@ -2,8 +2,8 @@
 
 #include "ui/developwindow.h"
 
-#include "device/commandframes.h"
-#include "device/parameterpackets.h"
+#include "device/protocol/commandframes.h"
+#include "device/protocol/parameterpackets.h"
 #include "ui/parameters/parameterexchange.h"
 
 #include "ui_developwindow.h"

@@ -1,7 +1,7 @@
 #include "ui/mainwindow.h"
 
-#include "device/commandframes.h"
 #include "device/portmanager.h"
+#include "device/protocol/commandframes.h"
 #include "ui/mainwindow/mainwindow_rules.h"
 #include "ui/mainwindow/stylesheets.h"
 #include "ui_mainwindow.h"

@@ -1,6 +1,6 @@
 #include "ui/mainwindow.h"
 
-#include "device/currentrange.h"
+#include "device/protocol/currentrange.h"
 #include "ui/mainwindow/mainwindow_rules.h"
 #include "ui_mainwindow.h"
 

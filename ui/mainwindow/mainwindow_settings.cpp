@@ -1,8 +1,8 @@
 #include "ui/mainwindow.h"
 
-#include "device/commandframes.h"
-#include "device/currentrange.h"
-#include "device/parameterpackets.h"
+#include "device/protocol/commandframes.h"
+#include "device/protocol/currentrange.h"
+#include "device/protocol/parameterpackets.h"
 #include "ui/parameterkeys.h"
 #include "ui/parameters/parameterexchange.h"
 #include "ui_mainwindow.h"

@@ -1,7 +1,7 @@
 #include "ui/parameters/parameterexchange.h"
 
-#include "device/commandframes.h"
 #include "device/portmanager.h"
+#include "device/protocol/commandframes.h"
 #include "ui/parameters/waitcursor.h"
 
 namespace {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "device/blockassembler.h"
-#include "device/commandframes.h"
+#include "device/protocol/commandframes.h"
 #include "tests/support/faked2xx.h"
 
 #include <QMutexLocker>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "device/commandframes.h"
 #include "device/portmanager.h"
-#include "device/readback.h"
+#include "device/protocol/commandframes.h"
+#include "device/protocol/readback.h"
 #include "tests/ui/mainwindow/virtualwindow.h"
 #include "ui/developwindow.h"
 

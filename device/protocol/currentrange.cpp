@@ -1,6 +1,6 @@
-#include "device/currentrange.h"
+#include "device/protocol/currentrange.h"
 
-#include "device/parameterpackets.h"
+#include "device/protocol/parameterpackets.h"
 
 namespace CurrentRange {
 

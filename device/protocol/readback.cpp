@@ -1,4 +1,4 @@
-#include "device/readback.h"
+#include "device/protocol/readback.h"
 
 #include <QStringList>
 

@@ -34,7 +34,7 @@ namespace CommandFrame {
 
 } // namespace CommandFrame
 
-/// How replies are judged. A reply is the upper-case hexadecimal text of PortManager::wait_for_read().
+/// How replies are judged. A reply is the upper-case hexadecimal text of the bytes that came.
 namespace AckFrame {
 
 inline constexpr int commandBytes = 6;

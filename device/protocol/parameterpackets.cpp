@@ -1,6 +1,6 @@
-#include "device/parameterpackets.h"
+#include "device/protocol/parameterpackets.h"
 
-#include "device/commandframes.h"
+#include "device/protocol/commandframes.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "device/currentrange.h"
+#include "device/protocol/currentrange.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "device/commandframes.h"
+#include "device/protocol/commandframes.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
-#include "device/currentrange.h"
-#include "device/timingcalculator.h"
+#include "device/protocol/currentrange.h"
+#include "device/protocol/timingcalculator.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
-#include "device/commandframes.h"
-#include "device/readback.h"
+#include "device/protocol/commandframes.h"
+#include "device/protocol/readback.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "device/parameterpackets.h"
+#include "device/protocol/parameterpackets.h"
 
 #include <QByteArray>
 #include <QList>
@@ -8,8 +8,8 @@
 
 #include <optional>
 
-/// Decoding of the detector's read-backs. Every input is the upper-case hexadecimal text of
-/// PortManager::wait_for_read(). Words of 0x80000000 and above do not fit and read as 0. Pure functions.
+/// Decoding of the detector's read-backs. Every input is the upper-case hexadecimal text of the bytes that
+/// came. Words of 0x80000000 and above do not fit and read as 0. Pure functions.
 namespace Readback {
 
 inline constexpr int parameterBytes = 256;

@@ -1,4 +1,4 @@
-#include "device/timingcalculator.h"
+#include "device/protocol/timingcalculator.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "device/parameterpackets.h"
+#include "device/protocol/parameterpackets.h"
 
 #include <gtest/gtest.h>
 
