@@ -1,5 +1,7 @@
 #include "imaging/csvnumber.h"
 
+#include "imaging/exactarithmetic.h"
+
 #include <QByteArray>
 #include <QtGlobal>
 

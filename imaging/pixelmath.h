@@ -1,5 +1,7 @@
 #pragma once
 
+#include "imaging/exactarithmetic.h"
+
 #include <QtGlobal>
 
 #include <cmath>
