@@ -1,6 +1,6 @@
 #include "device/blockassembler.h"
-#include "device/commandframes.h"
 #include "device/d2xxlibrary.h"
+#include "device/protocol/commandframes.h"
 
 #include <benchmark/benchmark.h>
 
