@@ -94,14 +94,14 @@ void simulator(benchmark::State &state, const char *scene, int pattern)
     state.SetBytesProcessed(state.iterations() * frameSize);
 }
 
-BENCHMARK_CAPTURE(simulator, dark, "dark", 0)->UseRealTime()->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(simulator, flat, "flat", 0)->UseRealTime()->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(simulator, chart, "chart", 0)->UseRealTime()->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(simulator, phantom, "phantom", 0)->UseRealTime()->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(simulator, horizontal_ramp, "dark", 1)->UseRealTime()->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(simulator, vertical_ramp, "dark", 2)->UseRealTime()->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(simulator, checkerboard, "dark", 3)->UseRealTime()->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(simulator, flat_pattern, "dark", 4)->UseRealTime()->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(simulator, counter, "dark", 5)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(simulator, dark, "dark", 0)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(simulator, flat, "flat", 0)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(simulator, chart, "chart", 0)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(simulator, phantom, "phantom", 0)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(simulator, horizontal_ramp, "dark", 1)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(simulator, vertical_ramp, "dark", 2)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(simulator, checkerboard, "dark", 3)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(simulator, flat_pattern, "dark", 4)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(simulator, counter, "dark", 5)->Unit(benchmark::kMillisecond);
 
 } // namespace
