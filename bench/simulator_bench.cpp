@@ -1,3 +1,4 @@
+#include "d2xx/arguments.h"
 #include "device/blockassembler.h"
 #include "device/d2xxlibrary.h"
 #include "device/protocol/commandframes.h"
@@ -27,8 +28,8 @@ public:
         file.close();
         QThread::msleep(settingsAge);
         m_driver->open("QV1K", &m_handle);
-        m_driver->setBitMode(m_handle, 0xFF, 0x40);
-        m_driver->setLatencyTimer(m_handle, 2);
+        m_driver->setBitMode(m_handle, d2xx::allDataLines, d2xx::bitModeSyncFifo);
+        m_driver->setLatencyTimer(m_handle, d2xx::shortestLatency);
         m_driver->setTimeouts(m_handle, 1000, 1000);
     }
 
@@ -73,7 +74,7 @@ private:
     QTemporaryDir m_folder;
     QString m_before;
     std::shared_ptr<D2xx> m_driver = D2xxLibrary::load(QStringLiteral("virtual")).driver;
-    void *m_handle = nullptr;
+    d2xx::Handle m_handle = nullptr;
     std::vector<uchar> m_frame = std::vector<uchar>(frameSize);
 };
 
