@@ -1,4 +1,5 @@
 #include "imaging/processimage.h"
+#include "imaging/recorder.h"
 #include "tests/imaging/frames.h"
 #include "tests/imaging/straightforward/straightforward.h"
 
@@ -8,52 +9,79 @@
 
 #include <opencv2/videoio.hpp>
 
-// Both store the same frame over and over: data, grey levels, picture, video. After ten frames the files are
-// written anew, so that a long run does not fill the disk.
+#include <array>
+
+// Both store frames in every form: data, grey levels, picture, video. The frames differ from one to the next,
+// as a sensor's do, so that the video encoder has something to do. After ten frames the files are written
+// anew, so that a long run does not fill the disk.
 
 namespace {
 
 constexpr int framesKept = 10;
 
+struct DecodedFrame
+{
+    QImage picture;
+    std::vector<double> currents;
+    std::vector<int> grayLevels;
+};
+
+/// Five frames, decoded beforehand.
+std::array<DecodedFrame, 5> decodedFrames()
+{
+    std::array<DecodedFrame, 5> frames;
+    ProcessImage pipeline;
+    pipeline.setContrastRatio(1.0);
+    for (quint32 seed = 1; DecodedFrame & frame : frames) {
+        QByteArray bytes = Frames::useful(seed++);
+        frame.picture = pipeline.processImage(bytes);
+        frame.currents = pipeline.lastFrame();
+        frame.grayLevels = pipeline.grayLevels();
+    }
+    return frames;
+}
+
 void recordStraightforward(benchmark::State &state)
 {
     const QTemporaryDir folder;
-    Straightforward::Pipeline pipeline;
-    pipeline.contrastRatio = 1.0;
-    const QImage image = pipeline.processImage(Frames::useful(1));
-    cv::VideoWriter video(folder.filePath("output_video.mp4").toStdString(),
-                          cv::VideoWriter::fourcc('m', 'p', '4', 'v'), 0.5, cv::Size(1024, 1024), true);
-    int n = 0;
+    const RecordingFiles files{folder.path(), QStringLiteral("T")};
+    QDir().mkdir(files.folder());
+    const auto frames = decodedFrames();
+    cv::VideoWriter video(files.video().toStdString(), cv::VideoWriter::fourcc('m', 'p', '4', 'v'), 0.5,
+                          cv::Size(1024, 1024), true);
+    int stored = 0;
     for (auto _ : state) {
-        const QString number = QString::number(n++ % framesKept + 1);
-        Straightforward::writeCsv(folder.filePath("T_data" + number + ".csv"), pipeline.frameData);
-        Straightforward::writeCsv(folder.filePath("T_data_gray" + number + ".csv"), pipeline.grayData);
-        image.save(folder.filePath("T_pic" + number + ".png"));
-        video.write(Straightforward::colourFrame(image));
+        const DecodedFrame &frame = frames[static_cast<std::size_t>(stored) % frames.size()];
+        const int number = stored++ % framesKept + 1;
+        Straightforward::writeCsv(files.data(number), frame.currents);
+        Straightforward::writeCsv(files.grayData(number), frame.grayLevels);
+        frame.picture.save(files.picture(number));
+        video.write(Straightforward::colourFrame(frame.picture));
     }
 }
 
 void recordOurs(benchmark::State &state)
 {
     const QTemporaryDir folder;
-    ProcessImage pipeline;
-    pipeline.setContrastRatio(1.0);
-    pipeline.setLogPath(folder.path());
-    pipeline.setTimeStamp(QStringLiteral("T"));
-    pipeline.setSaveFrameTotal(framesKept);
-    QByteArray frame = Frames::useful(1);
-    const QImage image = pipeline.processImage(frame);
+    Recorder recorder(folder.path(), QStringLiteral("T"));
+    recorder.setFrameTotal(framesKept);
+    const auto frames = decodedFrames();
+    std::size_t stored = 0;
     for (auto _ : state) {
-        if (!pipeline.isSaving()) {
+        if (!recorder.isRunning()) {
             state.PauseTiming();
-            pipeline.startSaving(true, true, true);
+            recorder.start({.data = true, .picture = true, .video = true});
             state.ResumeTiming();
         }
-        pipeline.saveFrame(image);
-        if (pipeline.failedFiles() != 0)
+        const DecodedFrame &frame = frames[stored++ % frames.size()];
+        recorder.store({frame.picture, frame.currents, frame.grayLevels});
+        recorder.endWhenComplete();
+        if (recorder.failedFiles() != 0) {
             state.SkipWithError("files not written");
+            break;
+        }
     }
-    pipeline.stopSaving();
+    recorder.stop();
 }
 
 BENCHMARK(recordStraightforward)->Name("record/straightforward")->Unit(benchmark::kMillisecond);
