@@ -29,8 +29,10 @@ void csvOurs(benchmark::State &state)
     const std::vector<double> values = currents();
     CsvWriter writer;
     for (auto _ : state) {
-        if (!writer.write(folder.filePath("data.csv"), values).isEmpty())
+        if (!writer.write(folder.filePath("data.csv"), values).isEmpty()) {
             state.SkipWithError("file not written");
+            break;
+        }
     }
 }
 
