@@ -1,3 +1,4 @@
+#include "imaging/pixelkernel.h"
 #include "imaging/processimage.h"
 #include "tests/imaging/frames.h"
 #include "tests/imaging/straightforward/straightforward.h"
@@ -5,6 +6,7 @@
 #include <benchmark/benchmark.h>
 
 #include <cstring>
+#include <string>
 
 namespace {
 
@@ -27,6 +29,35 @@ void frameOurs(benchmark::State &state, bool calibrated)
         benchmark::DoNotOptimize(pipeline.processImage(frame));
 }
 
+/// A whole frame on this thread alone, by the code for one instruction set.
+void frameKernel(benchmark::State &state, PixelKernel::RowsFunction rows)
+{
+    const QByteArray bytes = Frames::useful(1);
+    std::vector<double> currents(PixelKernel::pixelsPerFrame);
+    std::vector<int> grayLevels(PixelKernel::pixelsPerFrame);
+    std::vector<uchar> picture(PixelKernel::pixelsPerFrame);
+    PixelKernel::Frame frame;
+    frame.bytes = {reinterpret_cast<const uchar *>(bytes.constData()),
+                   static_cast<std::size_t>(bytes.size())};
+    frame.currents = currents.data();
+    frame.grayLevels = grayLevels.data();
+    frame.picture = picture.data();
+    for (auto _ : state) {
+        rows(frame, {}, 0, PixelKernel::imageSide);
+        benchmark::ClobberMemory();
+    }
+}
+
+/// One benchmark for each instruction set that this processor has.
+bool registerKernels()
+{
+    for (const PixelKernel::Variant &variant : PixelKernel::variants()) {
+        const std::string name = std::string("frame/kernel/") + variant.name;
+        benchmark::RegisterBenchmark(name.c_str(), frameKernel, variant.rows)->Unit(benchmark::kMillisecond);
+    }
+    return true;
+}
+
 /// The bytes that go in and those that come out: 4 MiB are read and 13 MiB are written.
 void frameCopy(benchmark::State &state)
 {
@@ -44,6 +75,7 @@ void frameCopy(benchmark::State &state)
 BENCHMARK(frameStraightforward)->Name("frame/straightforward")->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(frameOurs, plain, false)->Name("frame/qv1k")->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(frameOurs, calibrated, true)->Name("frame/calibrated")->Unit(benchmark::kMillisecond);
+[[maybe_unused]] const bool kernelsRegistered = registerKernels();
 BENCHMARK(frameCopy)->Name("frame/copy")->Unit(benchmark::kMillisecond);
 
 } // namespace
