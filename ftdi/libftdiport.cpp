@@ -84,10 +84,11 @@ std::optional<std::size_t> LibFtdiPort::write(std::span<const std::uint8_t> byte
                                               std::chrono::milliseconds patience)
 {
     int sent = 0;
-    const int result = libusb_bulk_transfer(
-        m_context->usb_dev, static_cast<std::uint8_t>(m_context->in_ep),
-        const_cast<std::uint8_t *>(bytes.data()), // only read by an outward transfer
-        static_cast<int>(std::min(bytes.size(), m_outSize)), &sent, static_cast<unsigned>(patience.count()));
+    const int result =
+        libusb_bulk_transfer(m_context->usb_dev, static_cast<std::uint8_t>(m_context->in_ep),
+                             const_cast<std::uint8_t *>(bytes.data()), // only read by an outward transfer
+                             static_cast<int>(std::min(bytes.size(), m_outSize)), &sent,
+                             static_cast<unsigned int>(patience.count()));
     if (result != LIBUSB_SUCCESS && result != LIBUSB_ERROR_TIMEOUT)
         return {};
     return static_cast<std::size_t>(sent);

@@ -56,4 +56,9 @@ TEST_F(Project, NoTargetLinksItselfInTheEnd)
     expectNone(targetCircles(layers()));
 }
 
+TEST_F(Project, NoFolderUsesItselfInTheEnd)
+{
+    expectNone(folderCircles(tree()));
+}
+
 } // namespace
