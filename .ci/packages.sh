@@ -1,4 +1,4 @@
-# Debian packages and how they get installed. Sourced by ./run and ./test.
+# Debian packages and how they get installed. Sourced by ./run, ./test and .ci/tidy.
 
 build_packages=(
     g++ cmake ninja-build pkg-config
@@ -11,6 +11,7 @@ test_packages=(
     libgtest-dev libgmock-dev libbenchmark-dev clang-format
     xvfb xauth openbox xdotool x11-utils imagemagick
 )
+tidy_packages=(clang-tidy)
 
 as_root() {
     if [ "$(id -u)" -eq 0 ]; then
