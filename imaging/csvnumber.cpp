@@ -1,6 +1,6 @@
 #include "imaging/csvnumber.h"
 
-#include "imaging/exactarithmetic.h"
+#include "imaging/pixelmath.h"
 
 #include <QByteArray>
 #include <QtGlobal>
@@ -16,7 +16,8 @@
 namespace CsvNumber {
 namespace {
 
-constexpr quint64 ticksPerUnit = 10000;
+constexpr auto ticksPerUnit = static_cast<quint64>(PixelMath::decimals);
+static_assert(ticksPerUnit == 10000, "the tables hold four decimals");
 constexpr double tickLimit = 999999.0; // above, rounding may lead to the exponent form
 
 struct Digits

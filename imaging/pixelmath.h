@@ -13,7 +13,7 @@ namespace PixelMath {
 
 inline constexpr qint32 sampleOffset = 4096;
 inline constexpr double countsPerFullScale = 1048576.0;
-inline constexpr double decimals = 10000.0;
+inline constexpr double decimals = 10000.0; ///< a current is a whole number of ten-thousandths of 1 nA
 inline constexpr double nanoPerMicro = 1000.0;
 
 /// std::round(), halves away from zero, for every double.

@@ -1,7 +1,6 @@
 #include "imaging/processimage.h"
 
 #include "device/portmanager.h"
-#include "imaging/pixelkernel.h"
 
 #include <QDateTime>
 #include <QDir>

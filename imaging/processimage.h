@@ -1,5 +1,6 @@
 #pragma once
 
+#include "imaging/pixelkernel.h"
 #include "imaging/recorder.h"
 
 #include <QByteArray>
@@ -102,9 +103,9 @@ private:
     std::vector<double> lastFrameData;
     int pixelCount = 1024 * 1024;
     int caliFrameCount = 1;
-    int rangeMax = 150;
-    int gainNumerator = 25;
-    int gainDenominator = 166;
+    int rangeMax = PixelKernel::Mapping().rangeMax;
+    int gainNumerator = PixelKernel::Mapping().gainNumerator;
+    int gainDenominator = PixelKernel::Mapping().gainDenominator;
     int caliFrameIndex = 0;
     int currentRange = 150;
     QString calibPath;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "imaging/processimage.h"
+#include "imaging/recordingfiles.h"
 #include "tests/imaging/frames.h"
 #include "tests/support/workingfolder.h"
 
@@ -12,13 +13,14 @@ struct Recording
 {
     WorkingFolder folder;
     bool save = QDir(folder.path()).mkdir("save");
+    RecordingFiles stored{folder.filePath("save"), "T"};
     ProcessImage pipeline;
     QSignalSpy messages{&pipeline, &ProcessImage::saveMessage};
 
     explicit Recording(int frames = 1)
     {
-        pipeline.setLogPath(folder.filePath("save"));
-        pipeline.setTimeStamp("T");
+        pipeline.setLogPath(stored.root);
+        pipeline.setTimeStamp(stored.name);
         pipeline.setSaveFrameTotal(frames);
     }
 
@@ -30,7 +32,7 @@ struct Recording
 
     [[nodiscard]] QStringList files() const
     {
-        return QDir(folder.filePath("save/T")).entryList(QDir::Files | QDir::System, QDir::Name);
+        return QDir(stored.folder()).entryList(QDir::Files | QDir::System, QDir::Name);
     }
 
     [[nodiscard]] QList<int> progress() const

@@ -47,7 +47,7 @@ TEST(Recording, a_stop_half_way_keeps_what_is_stored_and_closes_the_video)
     EXPECT_TRUE(recording.pipeline.stopSaving());
     EXPECT_FALSE(recording.pipeline.isSaving());
     EXPECT_FALSE(recording.pipeline.stopSaving());
-    EXPECT_EQ(Video(recording.folder.filePath("save/T/output_video.mp4")).frames(), 2);
+    EXPECT_EQ(Video(recording.stored.video()).frames(), 2);
     recording.feed(2);
     EXPECT_EQ(recording.progress(), (QList<int>{1, 2}));
     EXPECT_EQ(recording.files().size(), 2 * 3 + 1);
@@ -70,7 +70,7 @@ TEST(Recording, a_stop_from_within_the_progress_signal_ends_it)
     recording.pipeline.startSaving(false, true, true);
     recording.feed(2);
     EXPECT_EQ(recording.progress(), QList<int>{1});
-    EXPECT_EQ(Video(recording.folder.filePath("save/T/output_video.mp4")).frames(), 1);
+    EXPECT_EQ(Video(recording.stored.video()).frames(), 1);
 }
 
 TEST(Recording, a_video_stopped_before_its_first_frame_is_no_failure)
@@ -123,7 +123,7 @@ TEST(Recording, the_same_name_twice_overwrites_the_files_of_the_same_numbers)
     EXPECT_EQ(recording.folder.read("save/T/T_data1.csv").size(), 2 * 1024 * 1024);
     EXPECT_EQ(QImage(recording.folder.filePath("save/T/T_pic1.png")).constBits()[0], 255);
     EXPECT_TRUE(recording.folder.read("save/T/T_data3.csv") == third);
-    EXPECT_EQ(Video(recording.folder.filePath("save/T/output_video.mp4")).frames(), 1);
+    EXPECT_EQ(Video(recording.stored.video()).frames(), 1);
 }
 
 TEST(Recording, a_start_while_one_runs_closes_its_video_and_begins_anew)
@@ -134,7 +134,7 @@ TEST(Recording, a_start_while_one_runs_closes_its_video_and_begins_anew)
     recording.pipeline.setTimeStamp("U");
     recording.pipeline.startSaving(false, true, false);
     recording.feed(1);
-    EXPECT_EQ(Video(recording.folder.filePath("save/T/output_video.mp4")).frames(), 2);
+    EXPECT_EQ(Video(recording.stored.video()).frames(), 2);
     EXPECT_EQ(recording.progress(), (QList<int>{1, 2, 1}));
     EXPECT_TRUE(QFile::exists(recording.folder.filePath("save/U/U_pic1.png")));
     EXPECT_EQ(recording.pipeline.failedFiles(), 0);
@@ -147,7 +147,7 @@ TEST(Recording, a_start_with_no_form_ends_a_running_one)
     recording.feed(1);
     recording.pipeline.startSaving(false, false, false);
     EXPECT_FALSE(recording.pipeline.isSaving());
-    EXPECT_EQ(Video(recording.folder.filePath("save/T/output_video.mp4")).frames(), 1);
+    EXPECT_EQ(Video(recording.stored.video()).frames(), 1);
 }
 
 TEST(Recording, a_total_that_is_never_reached_records_until_it_is_stopped)

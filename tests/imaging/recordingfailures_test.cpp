@@ -187,7 +187,7 @@ TEST(RecordingFailures, a_video_torn_while_it_was_written_is_found_when_it_close
     const DebugOutput output;
     recording.pipeline.startSaving(false, false, true);
     recording.feed(1);
-    ASSERT_TRUE(QFile::remove(recording.folder.filePath("save/T/output_video.mp4")));
+    ASSERT_TRUE(QFile::remove(recording.stored.video()));
     recording.feed(1);
     EXPECT_EQ(recording.pipeline.failedFiles(), 1);
     ASSERT_EQ(output.messages().size(), 1);

@@ -149,7 +149,7 @@ TEST(Recording, the_video_holds_the_frames_at_half_a_frame_a_second)
     Recording recording(10);
     recording.pipeline.startSaving(false, false, true);
     recording.feed(12);
-    Video video(recording.folder.filePath("save/T/output_video.mp4"));
+    Video video(recording.stored.video());
     ASSERT_TRUE(video.capture.isOpened());
     EXPECT_DOUBLE_EQ(video.capture.get(cv::CAP_PROP_FPS), 0.5);
     EXPECT_EQ(video.capture.get(cv::CAP_PROP_FRAME_WIDTH), 1024);
