@@ -10,7 +10,8 @@ enum FrameClass : char { BlockHandshake = 0x00, ParameterDownload = 0x01, Query 
 
 QByteArray frame(FrameClass frameClass, int code)
 {
-    return QByteArrayLiteral("\xFF\xAA") + char(frameClass) + char(code) + QByteArrayLiteral("\x0D\xEB");
+    return QByteArrayLiteral("\xFF\xAA") + static_cast<char>(frameClass) + static_cast<char>(code) +
+           QByteArrayLiteral("\x0D\xEB");
 }
 
 } // namespace
@@ -84,14 +85,17 @@ QByteArray parameters(char code, const QByteArray &payload)
 
 QByteArray hexBytes(int value, int width)
 {
-    return QByteArray::fromHex(
-        QString::number(value, 16).rightJustified(2 * qsizetype(width), QLatin1Char('0')).toUtf8());
+    return QByteArray::fromHex(QString::number(value, 16)
+                                   .rightJustified(2 * static_cast<qsizetype>(width), QLatin1Char('0'))
+                                   .toUtf8());
 }
 
 char checksum(const QByteArray &payload)
 {
-    return char(std::accumulate(payload.begin(), payload.end(), 0u,
-                                [](unsigned sum, char byte) { return (sum + uchar(byte)) & 0xFFu; }));
+    return static_cast<char>(
+        std::accumulate(payload.begin(), payload.end(), 0u, [](unsigned int sum, char byte) {
+            return (sum + static_cast<uchar>(byte)) & 0xFFu;
+        }));
 }
 
 } // namespace CommandFrame
@@ -101,7 +105,7 @@ namespace AckFrame {
 QByteArray echoOf(const QByteArray &controlFrame)
 {
     QByteArray echo = controlFrame;
-    echo[1] = char(0xBB);
+    echo[1] = static_cast<char>(0xBB);
     return echo;
 }
 
