@@ -30,9 +30,9 @@ static_assert(sizeof(Digits) == 8);
 /// "0" to "999".
 constexpr std::array<Digits, 1000> wholeNumbers = [] {
     std::array<Digits, 1000> table{};
-    for (unsigned n = 0; n < table.size(); ++n) {
+    for (unsigned int n = 0; n < table.size(); ++n) {
         Digits &digits = table[n];
-        for (unsigned divisor = n < 10 ? 1 : n < 100 ? 10 : 100; divisor != 0; divisor /= 10)
+        for (unsigned int divisor = n < 10 ? 1 : n < 100 ? 10 : 100; divisor != 0; divisor /= 10)
             digits.text[digits.length++] = static_cast<char>('0' + n / divisor % 10);
     }
     return table;
@@ -41,10 +41,10 @@ constexpr std::array<Digits, 1000> wholeNumbers = [] {
 /// ".0001" to ".9999" without zeros at the end; nothing for 0.
 constexpr std::array<Digits, ticksPerUnit> fractions = [] {
     std::array<Digits, ticksPerUnit> table{};
-    for (unsigned n = 1; n < table.size(); ++n) {
+    for (unsigned int n = 1; n < table.size(); ++n) {
         Digits &digits = table[n];
         digits.text[digits.length++] = '.';
-        for (unsigned rest = n, divisor = 1000; rest != 0; rest %= divisor, divisor /= 10)
+        for (unsigned int rest = n, divisor = 1000; rest != 0; rest %= divisor, divisor /= 10)
             digits.text[digits.length++] = static_cast<char>('0' + rest / divisor);
     }
     return table;
@@ -67,7 +67,7 @@ char *appendWhole(char *out, quint64 value)
 char *appendByLibrary(char *out, double value)
 {
     const QByteArray text = QByteArray::number(value, 'g', 6);
-    std::memcpy(out, text.constData(), size_t(text.size()));
+    std::memcpy(out, text.constData(), static_cast<std::size_t>(text.size()));
     return out + text.size();
 }
 
@@ -77,7 +77,7 @@ bool isBelow(double value, quint64 ticks)
     // value = mantissa / 2^shift. The difference of both sides times 2^shift is below 2^14 in magnitude, so
     // it is right although the products wrap around.
     const auto bits = std::bit_cast<quint64>(value);
-    const quint64 mantissa = (bits & ((quint64(1) << 52) - 1)) | quint64(1) << 52;
+    const quint64 mantissa = (bits & ((quint64{1} << 52) - 1)) | quint64{1} << 52;
     const quint64 shift = 1075 - (bits >> 52);
     return static_cast<qint64>(mantissa * ticksPerUnit - (ticks << shift)) < 0;
 }
@@ -101,8 +101,9 @@ char *append(char *out, double value)
 {
     if (!(value >= 0 && value < tickLimit))
         return appendByLibrary(out, value);
-    auto ticks = static_cast<quint64>(value * double(ticksPerUnit) + 0.5);
-    if (std::bit_cast<quint64>(double(ticks) / double(ticksPerUnit)) != std::bit_cast<quint64>(value))
+    auto ticks = static_cast<quint64>(value * static_cast<double>(ticksPerUnit) + 0.5);
+    if (std::bit_cast<quint64>(static_cast<double>(ticks) / static_cast<double>(ticksPerUnit)) !=
+        std::bit_cast<quint64>(value))
         return appendByLibrary(out, value);
     if (ticks >= 100 * ticksPerUnit)
         ticks = roundedToSixDigits(value, ticks);
@@ -112,8 +113,8 @@ char *append(char *out, double value)
 
 char *append(char *out, int value)
 {
-    if (value >= 0 && value < int(wholeNumbers.size()))
-        return append(out, wholeNumbers[size_t(value)]);
+    if (value >= 0 && value < static_cast<int>(wholeNumbers.size()))
+        return append(out, wholeNumbers[static_cast<std::size_t>(value)]);
     return std::to_chars(out, out + maxChars, value).ptr;
 }
 

@@ -12,10 +12,10 @@
 
 namespace {
 
-constexpr size_t lineValues = PixelKernel::imageSide;
-constexpr size_t lineRoom = lineValues * CsvNumber::maxChars;
-constexpr size_t stripeCount = 16;
-constexpr size_t maxLines = PixelKernel::imageSide;
+constexpr std::size_t lineValues = PixelKernel::imageSide;
+constexpr std::size_t lineRoom = lineValues * CsvNumber::maxChars;
+constexpr std::size_t stripeCount = 16;
+constexpr std::size_t maxLines = PixelKernel::imageSide;
 
 template <typename Number>
 char *appendLine(char *out, std::span<const Number> values)
@@ -36,19 +36,20 @@ QString CsvWriter::writeLines(const QString &path, std::span<const Number> value
     if (!m_text)
         m_text = std::make_unique_for_overwrite<char[]>(maxLines * lineRoom);
 
-    const size_t lines = std::min(values.size() / lineValues, maxLines);
-    const auto firstLine = [lines](size_t stripe) {
+    const std::size_t lines = std::min(values.size() / lineValues, maxLines);
+    const auto firstLine = [lines](std::size_t stripe) {
         return lines * stripe / stripeCount;
     };
-    const auto textOf = [this, firstLine](size_t stripe) {
+    const auto textOf = [this, firstLine](std::size_t stripe) {
         return m_text.get() + firstLine(stripe) * lineRoom;
     };
     std::array<char *, stripeCount> ends{};
 
-    cv::parallel_for_(cv::Range(0, int(stripeCount)), [&](const cv::Range &range) {
-        for (auto stripe = size_t(range.start); stripe < size_t(range.end); ++stripe) {
+    cv::parallel_for_(cv::Range(0, static_cast<int>(stripeCount)), [&](const cv::Range &range) {
+        for (auto stripe = static_cast<std::size_t>(range.start);
+             stripe < static_cast<std::size_t>(range.end); ++stripe) {
             char *out = textOf(stripe);
-            for (size_t line = firstLine(stripe); line < firstLine(stripe + 1); ++line)
+            for (std::size_t line = firstLine(stripe); line < firstLine(stripe + 1); ++line)
                 out = appendLine(out, values.subspan(line * lineValues, lineValues));
             ends[stripe] = out;
         }
@@ -56,8 +57,8 @@ QString CsvWriter::writeLines(const QString &path, std::span<const Number> value
 
     // Moved together, so that the file is written in one piece.
     char *end = m_text.get();
-    for (size_t stripe = 0; stripe < stripeCount; ++stripe) {
-        const auto length = size_t(ends[stripe] - textOf(stripe));
+    for (std::size_t stripe = 0; stripe < stripeCount; ++stripe) {
+        const auto length = static_cast<std::size_t>(ends[stripe] - textOf(stripe));
         std::memmove(end, textOf(stripe), length);
         end += length;
     }

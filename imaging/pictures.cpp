@@ -16,7 +16,7 @@ cv::Mat samples(const QImage &image)
 {
     // cv::Mat has no read-only view; the samples are only read.
     return {image.height(), image.width(), CV_8UC1, const_cast<uchar *>(image.constBits()),
-            size_t(image.bytesPerLine())};
+            static_cast<std::size_t>(image.bytesPerLine())};
 }
 
 } // namespace
@@ -30,7 +30,7 @@ QString Pictures::savePng(const QString &path, const QImage &image)
         return failureLine(QStringLiteral("图片保存失败"), path,
                            QStringLiteral("the picture cannot be encoded"));
     OutputFile file(path);
-    file.write(QByteArrayView(bytes.data(), qsizetype(bytes.size())));
+    file.write(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
     return file.finish();
 }
 

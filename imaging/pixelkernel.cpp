@@ -23,15 +23,15 @@ static_assert(imageSide % blockPixels == 0);
 qint32 cutSample(std::span<const uchar> bytes, qsizetype offset)
 {
     quint32 sample = 0;
-    for (qsizetype i = offset; i < qMin(offset + bytesPerPixel, qsizetype(bytes.size())); ++i)
-        sample = sample << 8 | bytes[size_t(i)];
+    for (qsizetype i = offset; i < qMin(offset + bytesPerPixel, static_cast<qsizetype>(bytes.size())); ++i)
+        sample = sample << 8 | bytes[static_cast<std::size_t>(i)];
     return static_cast<qint32>(sample);
 }
 
 Q_ALWAYS_INLINE void loadSamples(std::span<const uchar> bytes, int firstPixel, qint32 *samples)
 {
-    const auto offset = qsizetype(firstPixel) * bytesPerPixel;
-    if (offset + blockPixels * bytesPerPixel <= qsizetype(bytes.size())) {
+    const auto offset = static_cast<qsizetype>(firstPixel) * bytesPerPixel;
+    if (offset + blockPixels * bytesPerPixel <= static_cast<qsizetype>(bytes.size())) {
         std::memcpy(samples, bytes.data() + offset, blockPixels * bytesPerPixel);
         for (int i = 0; i < blockPixels; ++i)
             samples[i] = qFromBigEndian(samples[i]);

@@ -27,7 +27,7 @@ ProcessImage::ProcessImage(QObject *parent)
     if (PortManager *link = PortManager::instance())
         connect(link, &PortManager::read_ready, this, &ProcessImage::onReadReady);
 
-    const auto pixels = size_t(pixelCount);
+    const auto pixels = static_cast<std::size_t>(pixelCount);
     frameData.resize(pixels);
     grayData.resize(pixels);
     fullOffData.resize(pixels);
@@ -54,14 +54,15 @@ QImage ProcessImage::processImage(QByteArray &m_data)
 
     // The finished frame becomes the last one, and the buffer of the frame before takes the next.
     frameData.swap(lastFrameData);
-    frameData.resize(size_t(pixelCount));
+    frameData.resize(static_cast<std::size_t>(pixelCount));
     return image;
 }
 
 void ProcessImage::processPixels(const QByteArray &bytes, uchar *picture)
 {
     PixelKernel::Frame frame;
-    frame.bytes = {reinterpret_cast<const uchar *>(bytes.constData()), size_t(bytes.size())};
+    frame.bytes = {reinterpret_cast<const uchar *>(bytes.constData()),
+                   static_cast<std::size_t>(bytes.size())};
     frame.currents = frameData.data();
     frame.grayLevels = grayData.data();
     frame.picture = picture;

@@ -33,7 +33,7 @@ QString writingProblem(const QString &path)
     qint64 written = 1;
     while (written > 0 && !rest.isEmpty()) {
         written = file.write(rest);
-        rest.remove(0, qMax(written, qint64(0)));
+        rest.remove(0, qMax(written, qint64{0}));
     }
     const QString reason = rest.isEmpty() ? QString() : file.errorString();
     file.resize(size);
