@@ -62,10 +62,10 @@ bool registerKernels()
 void frameCopy(benchmark::State &state)
 {
     const QByteArray frame = Frames::useful(1);
-    const auto size = size_t(frame.size());
+    const auto size = static_cast<std::size_t>(frame.size());
     std::vector<char> out(3 * size + size / 4);
     for (auto _ : state) {
-        for (size_t part = 0; part < 3; ++part)
+        for (std::size_t part = 0; part < 3; ++part)
             std::memcpy(out.data() + part * size, frame.constData(), size);
         std::memcpy(out.data() + 3 * size, frame.constData(), size / 4);
         benchmark::ClobberMemory();

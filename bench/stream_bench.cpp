@@ -26,10 +26,10 @@ void unpaced(benchmark::State &state)
     timer.start();
     for (auto _ : state)
         stream.showFrames(framesPerRound);
-    const double seconds = double(timer.nsecsElapsed()) * 1e-9;
-    state.counters["bytes_per_second"] =
-        benchmark::Counter(double(state.iterations()) * framesPerRound * double(frameSize) / seconds,
-                           benchmark::Counter::kDefaults, benchmark::Counter::kIs1000);
+    const double seconds = static_cast<double>(timer.nsecsElapsed()) * 1e-9;
+    state.counters["bytes_per_second"] = benchmark::Counter(
+        static_cast<double>(state.iterations()) * framesPerRound * static_cast<double>(frameSize) / seconds,
+        benchmark::Counter::kDefaults, benchmark::Counter::kIs1000);
 }
 
 /// How long the window would not have answered while everything is recorded at the detector's own pace, the
@@ -61,7 +61,7 @@ void longestStall(benchmark::State &state)
         // come.
         longest = std::max(longest, sinceTick.elapsed());
     }
-    state.counters["longest_stall_ms"] = double(longest);
+    state.counters["longest_stall_ms"] = static_cast<double>(longest);
     if (stream.pipeline().isSaving() || stream.pipeline().failedFiles() != 0)
         state.SkipWithError("files not written");
 }
