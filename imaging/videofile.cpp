@@ -35,7 +35,7 @@ QString writingProblem(const QString &path)
         written = file.write(rest);
         rest.remove(0, qMax(written, qint64{0}));
     }
-    const QString reason = rest.isEmpty() ? QString() : file.errorString();
+    QString reason = rest.isEmpty() ? QString() : file.errorString();
     file.resize(size);
     return reason;
 }
