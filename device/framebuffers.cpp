@@ -6,7 +6,7 @@
 
 QByteArray FrameBuffers::take(qint64 framesDone)
 {
-    while (!m_lent.empty() && m_lentCount - qint64(m_lent.size()) < framesDone) {
+    while (!m_lent.empty() && m_lentCount - static_cast<qint64>(m_lent.size()) < framesDone) {
         QByteArray oldest = std::move(m_lent.front());
         m_lent.pop_front();
         if (oldest.isDetached()) {

@@ -99,7 +99,7 @@ QList<QString> PortManager::listDevices()
         return {};
     }
     // A device may have gone between the two calls; more than there is room for cannot have been filled in.
-    records.resize(qMin(std::size_t(count), records.size()));
+    records.resize(qMin(static_cast<std::size_t>(count), records.size()));
 
     m_portList.clear();
     for (const DeviceRecord &record : records) {
@@ -189,7 +189,7 @@ void PortManager::write(QByteArray bytes)
 void PortManager::writeTo(Handle handle, const QByteArray &bytes)
 {
     quint32 written = 0;
-    m_driver->write(handle, bytes.constData(), quint32(bytes.size()), &written);
+    m_driver->write(handle, bytes.constData(), static_cast<quint32>(bytes.size()), &written);
 }
 
 quint32 PortManager::bytesWaiting(Handle handle)
@@ -211,15 +211,15 @@ QByteArray PortManager::wait_for_read(int timeoutMs, int expectedBytes)
         const quint32 waiting = bytesWaiting(m_handle);
         if (waiting == 0)
             continue;
-        QByteArray bytes(qsizetype(waiting), Qt::Uninitialized);
+        QByteArray bytes(static_cast<qsizetype>(waiting), Qt::Uninitialized);
         quint32 bytesRead = 0;
         if (m_driver->read(m_handle, bytes.data(), waiting, &bytesRead) != Status::Ok) {
             log(QStringLiteral("串口接收数据失败"));
             return reply;
         }
-        bytes.truncate(qsizetype(bytesRead));
+        bytes.truncate(static_cast<qsizetype>(bytesRead));
         reply += bytes.toHex().toUpper();
-        if (reply.size() == 2 * qsizetype(expectedBytes)) {
+        if (reply.size() == 2 * static_cast<qsizetype>(expectedBytes)) {
             log(QStringLiteral("串口接收数据 = ") + QString::fromLatin1(reply));
             return reply;
         }

@@ -20,7 +20,7 @@ constexpr qint64 waitingFramesResume = waitingFramesLimit / 2;
 ReceiveLoop::ReceiveLoop(PortManager &link) : m_link(link)
 {
     for (std::size_t counter = 0; counter < m_blockRequests.size(); ++counter)
-        m_blockRequests[counter] = CommandFrame::blockRequest(int(counter));
+        m_blockRequests[counter] = CommandFrame::blockRequest(static_cast<int>(counter));
 }
 
 void ReceiveLoop::run()
@@ -64,10 +64,10 @@ void ReceiveLoop::pass()
 
 void ReceiveLoop::receive(quint32 waiting)
 {
-    char *room = m_assembler.reserve(qsizetype(waiting));
+    char *room = m_assembler.reserve(static_cast<qsizetype>(waiting));
     quint32 bytesRead = 0;
     if (m_link.m_driver->read(m_handle, room, waiting, &bytesRead) == Status::Ok) {
-        m_assembler.keep(qsizetype(qMin(bytesRead, waiting)));
+        m_assembler.keep(static_cast<qsizetype>(qMin(bytesRead, waiting)));
     } else {
         m_assembler.drop();
         LogManager::instance()->writeLog(QStringLiteral("串口线程接收数据失败"));
@@ -99,7 +99,7 @@ void ReceiveLoop::requestNextBlock()
     if (m_link.m_stopRequested)
         halt();
     else
-        m_link.writeTo(m_handle, m_blockRequests[std::size_t(m_assembler.nextRequest())]);
+        m_link.writeTo(m_handle, m_blockRequests[static_cast<std::size_t>(m_assembler.nextRequest())]);
 }
 
 void ReceiveLoop::halt()
