@@ -41,7 +41,8 @@ void printLine(const QString &line)
 void printFrame(int number, double seconds, const std::vector<double> &currents)
 {
     const auto [lowest, highest] = std::minmax_element(currents.begin(), currents.end());
-    const double mean = std::accumulate(currents.begin(), currents.end(), 0.0) / double(currents.size());
+    const double mean =
+        std::accumulate(currents.begin(), currents.end(), 0.0) / static_cast<double>(currents.size());
     printLine(QString::asprintf("frame %4d  %8.3f s  min %10.4f nA  mean %10.4f nA  max %10.4f nA", number,
                                 seconds, *lowest, mean, *highest));
 }
@@ -152,7 +153,7 @@ QString AcquisitionRun::receiveFrames()
             .arg(m_frames)
             .arg(m_options.frames);
     }
-    const double seconds = double(m_clock.elapsed()) / 1000.0;
+    const double seconds = static_cast<double>(m_clock.elapsed()) / 1000.0;
     printLine(QString::asprintf("%d frames in %.3f s: %.2f frames per second", m_frames, seconds,
                                 m_frames / seconds));
     printLine(QStringLiteral("Recorded in ") + QDir(m_options.output).absoluteFilePath(m_options.name));
@@ -166,7 +167,7 @@ QString AcquisitionRun::receiveFrames()
 void AcquisitionRun::onFrame()
 {
     ++m_frames;
-    printFrame(m_frames, double(m_clock.elapsed()) / 1000.0, m_pipeline.lastFrame());
+    printFrame(m_frames, static_cast<double>(m_clock.elapsed()) / 1000.0, m_pipeline.lastFrame());
     m_frameTimeout.start();
     if (m_frames == m_options.frames)
         m_link.requestStop();
