@@ -38,7 +38,7 @@ QImage greyChannel(const QImage &rgb)
     for (int y = 0; y < rgb.height(); ++y) {
         const auto *source = reinterpret_cast<const QRgb *>(rgb.constScanLine(y));
         std::transform(source, source + rgb.width(), grey.scanLine(y),
-                       [](QRgb pixel) { return uchar(qBlue(pixel)); });
+                       [](QRgb pixel) { return static_cast<uchar>(qBlue(pixel)); });
     }
     grey.setDevicePixelRatio(rgb.devicePixelRatio());
     grey.setDotsPerMeterX(rgb.dotsPerMeterX());
