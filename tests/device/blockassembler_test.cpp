@@ -9,7 +9,7 @@ namespace {
 
 void append(BlockAssembler &assembler, qsizetype length, char value)
 {
-    std::memset(assembler.reserve(length), value, std::size_t(length));
+    std::memset(assembler.reserve(length), value, static_cast<std::size_t>(length));
     assembler.keep(length);
 }
 
@@ -41,7 +41,7 @@ TEST(BlockAssembler, a_taken_frame_holds_everything_and_the_next_begins_empty_wi
 {
     BlockAssembler assembler;
     for (int block = 1; block <= blocksPerFrame; ++block) {
-        append(assembler, blockSize, char(block));
+        append(assembler, blockSize, static_cast<char>(block));
         ASSERT_TRUE(assembler.boundaryReached());
         ASSERT_EQ(assembler.frameComplete(), block == blocksPerFrame);
         if (block < blocksPerFrame) {
@@ -51,7 +51,7 @@ TEST(BlockAssembler, a_taken_frame_holds_everything_and_the_next_begins_empty_wi
     const QByteArray frame = assembler.takeFrame();
     ASSERT_EQ(frame.size(), frameSize);
     for (int block = 1; block <= blocksPerFrame; ++block)
-        EXPECT_EQ(frame.at((block - 1) * blockSize), char(block));
+        EXPECT_EQ(frame.at((block - 1) * blockSize), static_cast<char>(block));
     EXPECT_EQ(assembler.nextRequest(), 0);
     EXPECT_FALSE(assembler.boundaryReached());
 }

@@ -47,7 +47,7 @@ protected:
         ASSERT_TRUE(QTest::qWaitFor([&] { return fake.statusCalls() > seen + 2; }, 10000));
     }
 
-    static QByteArray block(int value) { return QByteArray(blockSize, char(value)); }
+    static QByteArray block(int value) { return QByteArray(blockSize, static_cast<char>(value)); }
 
     static QByteArray requests(int first, int last)
     {
@@ -205,7 +205,7 @@ TEST_F(ReceiveLoop, a_removal_in_mid_frame_leaves_nothing_behind_for_the_next_st
     arriveBlocks(32);
     ASSERT_TRUE(QTest::qWaitFor([&] { return frames.size() == 1; }));
     EXPECT_EQ(frames[0].size(), frameSize);
-    EXPECT_EQ(frames[0].at(0), char(0));
+    EXPECT_EQ(frames[0].at(0), static_cast<char>(0));
     EXPECT_EQ(fake.writtenHex(), requests(1, 31) + requests(0, 0));
 }
 
@@ -254,7 +254,7 @@ TEST_F(ReceiveLoop, a_failing_read_is_logged_and_its_bytes_dropped)
     EXPECT_EQ(fake.writtenHex(), "");
     arriveBlocks(32);
     ASSERT_TRUE(QTest::qWaitFor([&] { return frames.size() == 1; }));
-    EXPECT_EQ(frames[0].left(4), QByteArray(4, char(0)));
+    EXPECT_EQ(frames[0].left(4), QByteArray(4, static_cast<char>(0)));
 }
 
 TEST_F(ReceiveLoop, a_pause_slows_the_loop_but_does_not_stop_the_reading)

@@ -52,7 +52,7 @@ private:
 
 double current(qint64 count)
 {
-    return PixelMath::current(qint32(4096 + count), 25, 166);
+    return PixelMath::current(static_cast<qint32>(4096 + count), 25, 166);
 }
 
 } // namespace
@@ -110,9 +110,10 @@ TEST(CsvNumber, what_looks_like_a_half_and_its_neighbours_are_written_like_by_a_
     AgainstTextStream check;
     QRandomGenerator random(5);
     for (const int unit : {10, 100, 1000, 10000}) {
+        const int halfUnit = unit / 2;
         for (int i = 0; i < 100000; ++i) {
             const int digits = 100000 + random.bounded(900000);
-            const double half = (double(digits) * unit + unit / 2) / 10000;
+            const double half = (static_cast<double>(digits) * unit + halfUnit) / 10000;
             check.add(half);
             check.add(std::nextafter(half, 0.0));
             check.add(std::nextafter(half, 1e9));

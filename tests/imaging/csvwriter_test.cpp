@@ -15,13 +15,13 @@
 
 namespace {
 
-constexpr size_t pixels = Straightforward::pixels;
+constexpr std::size_t pixels = Straightforward::pixels;
 
 std::vector<double> currentsOfAllKinds()
 {
     QRandomGenerator random(1);
     std::vector<double> values(pixels);
-    for (size_t i = 0; i < pixels; ++i)
+    for (std::size_t i = 0; i < pixels; ++i)
         values[i] = random.bounded(1 << (i % 31)) / 10000.0;
     const double odd[] = {0,
                           0.0001,
@@ -35,8 +35,8 @@ std::vector<double> currentsOfAllKinds()
                           1.0 / 3,
                           std::numeric_limits<double>::infinity(),
                           std::numeric_limits<double>::quiet_NaN()};
-    for (size_t i = 0; i < 5000; ++i)
-        values[size_t(random.bounded(int(pixels)))] = odd[i % std::size(odd)];
+    for (std::size_t i = 0; i < 5000; ++i)
+        values[static_cast<std::size_t>(random.bounded(static_cast<int>(pixels)))] = odd[i % std::size(odd)];
     values[1023] = 308433.7;
     values[pixels - 1] = -1.23457e-308;
     return values;
@@ -46,8 +46,8 @@ std::vector<int> levelsOfAllKinds()
 {
     QRandomGenerator random(2);
     std::vector<int> values(pixels);
-    for (size_t i = 0; i < pixels; ++i)
-        values[i] = i % 50 == 0 ? int(random.generate()) : random.bounded(300);
+    for (std::size_t i = 0; i < pixels; ++i)
+        values[i] = i % 50 == 0 ? static_cast<int>(random.generate()) : random.bounded(300);
     return values;
 }
 
@@ -128,13 +128,14 @@ TEST(CsvWriter, a_plain_parser_reads_the_values_back_to_six_digits)
     QRandomGenerator random(3);
     std::vector<double> values(pixels);
     for (double &value : values)
-        value = PixelMath::current(qint32(random.generate() >> (1 + random.bounded(31))), 25, 166);
+        value =
+            PixelMath::current(static_cast<qint32>(random.generate() >> (1 + random.bounded(31))), 25, 166);
     CsvWriter writer;
     ASSERT_EQ(writer.write("a.csv", values), QString());
     const QByteArray text = folder.read("a.csv");
     const char *at = text.constData();
     const char *const end = at + text.size();
-    for (size_t i = 0; i < pixels; ++i) {
+    for (std::size_t i = 0; i < pixels; ++i) {
         double value = -1;
         const auto [after, error] = std::from_chars(at, end, value);
         ASSERT_EQ(error, std::errc());

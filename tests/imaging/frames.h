@@ -14,9 +14,9 @@ inline constexpr int pixels = 1024 * 1024;
 /// A whole frame with one sample a pixel.
 inline QByteArray of(const std::function<quint32(int pixel)> &sample)
 {
-    QByteArray bytes(qsizetype(pixels) * 4, Qt::Uninitialized);
+    QByteArray bytes(static_cast<qsizetype>(pixels) * 4, Qt::Uninitialized);
     for (int i = 0; i < pixels; ++i)
-        qToBigEndian(sample(i), bytes.data() + qsizetype(i) * 4);
+        qToBigEndian(sample(i), bytes.data() + static_cast<qsizetype>(i) * 4);
     return bytes;
 }
 
@@ -54,7 +54,7 @@ inline QByteArray edges()
         0x01000000, 0x7FFFFFFE, 0x7FFFFFFF, 0x80000000, 0x80001001, 0xFFFFFFFE, 0xFFFFFFFF};
     QRandomGenerator random(7);
     return of([&](int i) {
-        if (size_t(i) < std::size(samples))
+        if (static_cast<std::size_t>(i) < std::size(samples))
             return samples[i];
         return random.generate() >> random.bounded(32);
     });

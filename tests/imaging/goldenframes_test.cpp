@@ -35,7 +35,7 @@ std::vector<NamedFrame> frames()
     return {{"useful", Frames::useful(1)},
             {"edges", Frames::edges()},
             {"noise", Frames::noise(2)},
-            {"ramp", Frames::of([](int i) { return 4096U + quint32(i); })},
+            {"ramp", Frames::of([](int i) { return 4096U + static_cast<quint32>(i); })},
             {"cut", Frames::useful(3).first(3'000'001)},
             {"long", Frames::useful(4) + "more"}};
 }
@@ -63,13 +63,13 @@ constexpr Mapping mappings[] = {{"plain", 1.0, false, false},
 
 QByteArray darkFrame()
 {
-    return Frames::of([](int i) { return 4096U + quint32(i % 977) * 8U; });
+    return Frames::of([](int i) { return 4096U + static_cast<quint32>(i % 977) * 8U; });
 }
 
 /// Some pixels are not brighter than in the dark frame, and some are darker.
 QByteArray brightFrame()
 {
-    return Frames::of([](int i) { return 4096U + quint32(i % 1009) * 900U; });
+    return Frames::of([](int i) { return 4096U + static_cast<quint32>(i % 1009) * 900U; });
 }
 
 /// The pipeline and the files that it records, in an empty folder.

@@ -14,7 +14,7 @@ inline QImage random(quint32 seed)
     QImage image(1024, 1024, QImage::Format_Grayscale8);
     QRandomGenerator random(seed);
     for (qsizetype i = 0; i < image.sizeInBytes(); ++i)
-        image.bits()[i] = uchar(i < 256 ? i : random.bounded(256));
+        image.bits()[i] = static_cast<uchar>(i < 256 ? i : random.bounded(256));
     return image;
 }
 

@@ -25,7 +25,8 @@ struct Output
 PixelKernel::Frame frameOf(const QByteArray &bytes, Straightforward::Pipeline &state, Output &output)
 {
     PixelKernel::Frame frame;
-    frame.bytes = {reinterpret_cast<const uchar *>(bytes.constData()), size_t(bytes.size())};
+    frame.bytes = {reinterpret_cast<const uchar *>(bytes.constData()),
+                   static_cast<std::size_t>(bytes.size())};
     frame.currents = output.currents.data();
     frame.grayLevels = output.gray.data();
     frame.picture = output.picture.data();
@@ -43,9 +44,9 @@ PixelKernel::Mapping mappingOf(const Straightforward::Pipeline &state)
 template <typename Value>
 int firstDifference(const std::vector<Value> &a, const Value *b)
 {
-    for (size_t i = 0; i < a.size(); ++i)
+    for (std::size_t i = 0; i < a.size(); ++i)
         if (std::memcmp(&a[i], &b[i], sizeof(Value)) != 0)
-            return int(i);
+            return static_cast<int>(i);
     return -1;
 }
 
@@ -85,11 +86,12 @@ Straightforward::Pipeline calibratedWithOddReferences()
     Straightforward::Pipeline state;
     state.caliEnabled = true;
     QRandomGenerator random(3);
-    for (size_t i = 0; i < size_t(Frames::pixels); ++i) {
+    for (std::size_t i = 0; i < static_cast<std::size_t>(Frames::pixels); ++i) {
         const bool ordinary = random.bounded(2) == 0;
-        state.fullOffData[i] = ordinary ? random.bounded(20.0) : odd[random.bounded(quint32(std::size(odd)))];
+        state.fullOffData[i] =
+            ordinary ? random.bounded(20.0) : odd[random.bounded(static_cast<quint32>(std::size(odd)))];
         state.fullOnData[i] =
-            ordinary ? 60 + random.bounded(90.0) : odd[random.bounded(quint32(std::size(odd)))];
+            ordinary ? 60 + random.bounded(90.0) : odd[random.bounded(static_cast<quint32>(std::size(odd)))];
     }
     return state;
 }
@@ -125,13 +127,15 @@ TEST(PixelKernel, each_instruction_set_of_this_processor_has_its_variant)
 TEST(PixelKernel, every_count_up_to_two_to_the_21_decodes_like_its_text)
 {
     for (const quint32 first : {0u, 1u << 20, 2u << 20}) // 4096 and 2^21 more lie within
-        holdAgainstReference(Frames::of([first](int i) { return first + quint32(i); }), plain(1.0));
+        holdAgainstReference(Frames::of([first](int i) { return first + static_cast<quint32>(i); }),
+                             plain(1.0));
 }
 
 TEST(PixelKernel, samples_over_the_whole_32_bits_decode_like_their_text)
 {
     for (const quint32 offset : {0u, 1u, 1234u})
-        holdAgainstReference(Frames::of([offset](int i) { return quint32(i) * 4096u + offset; }), plain(1.0));
+        holdAgainstReference(Frames::of([offset](int i) { return static_cast<quint32>(i) * 4096u + offset; }),
+                             plain(1.0));
 }
 
 TEST(PixelKernel, random_bytes_decode_like_their_text)
@@ -234,7 +238,7 @@ TEST(PixelKernel, a_reference_over_several_frames_is_their_sum_divided_once)
             expected.caliEnabled = true;
             (dark ? expected.fullOffFlag : expected.fullOnFlag) = true;
             for (int n = 1; n <= frames; ++n) {
-                const QByteArray bytes = Frames::useful(quint32(30 + n));
+                const QByteArray bytes = Frames::useful(static_cast<quint32>(30 + n));
                 const QImage picture = expected.processImage(bytes);
                 Output output;
                 PixelKernel::Frame frame = frameOf(bytes, state, output);

@@ -27,10 +27,11 @@ std::vector<double> doublesOfAllKinds()
     }
     QRandomGenerator random(1);
     for (int i = 0; i < 2'000'000; ++i) {
-        values.push_back(std::bit_cast<double>(random.generate64()));                 // any magnitude
-        values.push_back((random.generateDouble() - 0.5) * 1e10);                     // around 32 bits
-        values.push_back(double(random.bounded(1 << 30)) + 0.5);                      // halves
-        values.push_back(std::nextafter(double(random.bounded(1 << 30)) + 0.5, 0.0)); // nearly halves
+        values.push_back(std::bit_cast<double>(random.generate64()));         // any magnitude
+        values.push_back((random.generateDouble() - 0.5) * 1e10);             // around 32 bits
+        values.push_back(static_cast<double>(random.bounded(1 << 30)) + 0.5); // halves
+        values.push_back(
+            std::nextafter(static_cast<double>(random.bounded(1 << 30)) + 0.5, 0.0)); // nearly halves
     }
     return values;
 }

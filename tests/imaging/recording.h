@@ -27,7 +27,7 @@ struct Recording
     void feed(int frames)
     {
         for (int n = 1; n <= frames; ++n)
-            pipeline.onReadReady(Frames::useful(quint32(n)));
+            pipeline.onReadReady(Frames::useful(static_cast<quint32>(n)));
     }
 
     [[nodiscard]] QStringList files() const

@@ -21,7 +21,7 @@ void fillDisk(const Recording &recording, const QString &file)
 
 int linesWith(const DebugOutput &output, const QString &text)
 {
-    return int(output.messages().filter(text).size());
+    return static_cast<int>(output.messages().filter(text).size());
 }
 
 } // namespace

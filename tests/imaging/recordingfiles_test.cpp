@@ -109,7 +109,7 @@ TEST(Recording, values_of_every_size_stand_in_the_data_file)
     recording.pipeline.startSaving(true, false, false);
     QByteArray frame = Frames::flat(0);
     const quint32 samples[] = {4097, Frames::sampleOf(12.5), 4096 + 1048576, 0x7FFFFFFF, 0x80000000};
-    for (size_t i = 0; i < std::size(samples); ++i)
+    for (std::size_t i = 0; i < std::size(samples); ++i)
         qToBigEndian(samples[i], frame.data() + 4 * i);
     recording.pipeline.onReadReady(frame);
     EXPECT_TRUE(recording.folder.read("save/T/T_data1.csv").startsWith("0.0001,12.5,150.602,308433,0,0,0,"));
@@ -155,7 +155,8 @@ TEST(Recording, the_video_holds_the_frames_at_half_a_frame_a_second)
     EXPECT_EQ(video.capture.get(cv::CAP_PROP_FRAME_WIDTH), 1024);
     EXPECT_EQ(video.capture.get(cv::CAP_PROP_FRAME_HEIGHT), 1024);
     EXPECT_EQ(video.capture.get(cv::CAP_PROP_FRAME_COUNT), 10);
-    EXPECT_EQ(int(video.capture.get(cv::CAP_PROP_FOURCC)), cv::VideoWriter::fourcc('m', 'p', '4', 'v'));
+    EXPECT_EQ(static_cast<int>(video.capture.get(cv::CAP_PROP_FOURCC)),
+              cv::VideoWriter::fourcc('m', 'p', '4', 'v'));
     EXPECT_EQ(video.frames(), 10);
     EXPECT_EQ(recording.pipeline.failedFiles(), 0);
 }

@@ -20,7 +20,7 @@ void writeLines(const QString &path, const std::vector<Number> &values)
     QTextStream stream(&file);
     for (int row = 0; row < side; ++row) {
         for (int column = 0; column < side; ++column) {
-            stream << values[size_t(row * side + column)];
+            stream << values[std::size_t(row * side + column)];
             if (column != side - 1)
                 stream << ",";
         }
@@ -57,7 +57,7 @@ void Pipeline::processPixel(const QByteArray &hex, int i, uchar *picture)
     const double v = std::round(counts / 1048576.0 * gainNumerator / gainDenominator * 1000 * 10000) / 10000;
 
     const auto accumulate = [&](std::vector<double> &reference) {
-        double &r = reference[size_t(i)];
+        double &r = reference[static_cast<std::size_t>(i)];
         r = caliFrameIndex == 1 ? v : r + v;
         if (caliFrameIndex == caliFrameCount)
             r = r / caliFrameCount;
@@ -67,7 +67,7 @@ void Pipeline::processPixel(const QByteArray &hex, int i, uchar *picture)
     if (fullOnFlag)
         accumulate(fullOnData);
 
-    frameData[size_t(i)] = v;
+    frameData[static_cast<std::size_t>(i)] = v;
     if (caliEnabled)
         mapCalibrated(v, i, picture);
     else
@@ -76,7 +76,7 @@ void Pipeline::processPixel(const QByteArray &hex, int i, uchar *picture)
 
 void Pipeline::mapPlain(double v, int i, uchar *picture)
 {
-    grayData[size_t(i)] = truncated(v / rangeMax * 255);
+    grayData[static_cast<std::size_t>(i)] = truncated(v / rangeMax * 255);
     double s = v * contrastRatio;
     if (s > rangeMax)
         s = rangeMax;
@@ -85,8 +85,8 @@ void Pipeline::mapPlain(double v, int i, uchar *picture)
 
 void Pipeline::mapCalibrated(double v, int i, uchar *picture)
 {
-    const double off = fullOffData[size_t(i)];
-    const double on = fullOnData[size_t(i)];
+    const double off = fullOffData[static_cast<std::size_t>(i)];
+    const double on = fullOnData[static_cast<std::size_t>(i)];
     double d = v - off;
     if (d < 0)
         d = 0;
@@ -94,7 +94,7 @@ void Pipeline::mapCalibrated(double v, int i, uchar *picture)
         d = on - off;
     const double g = d / (on - off) * 255;
     picture[i] = static_cast<uchar>(truncated(g));
-    grayData[size_t(i)] = picture[i];
+    grayData[static_cast<std::size_t>(i)] = picture[i];
 }
 
 int truncated(double value)
@@ -125,7 +125,7 @@ void writeCsv(const QString &path, const std::vector<int> &values)
 cv::Mat colourFrame(const QImage &image)
 {
     const cv::Mat gray(image.height(), image.width(), CV_8UC1, const_cast<uchar *>(image.constBits()),
-                       size_t(image.bytesPerLine()));
+                       static_cast<std::size_t>(image.bytesPerLine()));
     std::vector<uchar> png;
     cv::imencode(".png", gray, png);
     return cv::imdecode(png, 1);
