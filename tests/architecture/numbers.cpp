@@ -37,7 +37,7 @@ QList<Finding> castsOfAnotherStyle(const SourceTree &tree)
 {
     // Not in a function's type, as in std::function<int(int)> or int (*)(int), and no operator.
     static const QRegularExpression call =
-        pattern(QStringLiteral(R"((?<!<)(?<!operator )(?<!::)NUMBER\((?!\)|[\w: ]*\*))"));
+        pattern(QStringLiteral(R"((?<!<)(?<!operator )(?<!::)NUMBER\((?!\)|[\w: ]*\*\w*\)\())"));
     // Not the parameter of a declaration, nor what sizeof measures.
     static const QRegularExpression old = pattern(
         QStringLiteral(R"((?:^|[=,(+\-*/%<>&|?:!\[{;]|\breturn) *\((?:const )?NUMBER *[*&]?\) *[\w(~+\-])"));

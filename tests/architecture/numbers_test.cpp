@@ -13,7 +13,7 @@ TEST(Casts, OfAnotherStyleAreTold)
 {
     for (const char *text :
          {"x = int(y);", "f(qsizetype(y), 1);", "return double(a) / b;", "quint32(x) + 1", "std::size_t(n)",
-          "size_t(n)", "a[uchar(c)]", "DWORD(x)", "!bool(x)", "x = (int)y;", "f((double)a)",
+          "size_t(n)", "a[uchar(c)]", "DWORD(x)", "!bool(x)", "int(a * b)", "x = (int)y;", "f((double)a)",
           "return (const char *)p;", "int n = -(qint64)x;"}) {
         EXPECT_EQ(castsOfAnotherStyle(line(text)),
                   (QList<Finding>{{QStringLiteral("a/b.cpp"), 1,

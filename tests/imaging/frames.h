@@ -28,7 +28,7 @@ inline QByteArray flat(quint32 sample)
 /// The sample whose current is nearest to `nanoamperes`; one count is 0.000144 nA.
 inline quint32 sampleOf(double nanoamperes)
 {
-    return 4096 + quint32(nanoamperes * 1048576.0 * 166 / 25 / 1000 + 0.5);
+    return 4096 + static_cast<quint32>(nanoamperes * 1048576.0 * 166 / 25 / 1000 + 0.5);
 }
 
 /// Samples of the useful range: what a detector sends.
