@@ -1,4 +1,4 @@
-#include "chromewindow.h"
+#include "tests/ui/chrome/chromewindow.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "dialog.h"
 #include "tests/support/debugoutput.h"
 #include "tests/support/linkfixture.h"
+#include "tests/ui/develop/dialog.h"
 
 #include <QThread>
 

@@ -1,6 +1,6 @@
 // Version and EEPROM read-backs.
 
-#include "linkeddialog.h"
+#include "tests/ui/develop/linkeddialog.h"
 
 #include <QElapsedTimer>
 

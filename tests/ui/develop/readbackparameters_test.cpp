@@ -1,6 +1,6 @@
 // The parameter read-back.
 
-#include "linkeddialog.h"
+#include "tests/ui/develop/linkeddialog.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 // The buttons that send one fixed or one short frame.
 
-#include "linkeddialog.h"
+#include "tests/ui/develop/linkeddialog.h"
 
 #include <QElapsedTimer>
 #include <QMetaObject>

@@ -1,6 +1,6 @@
 // The buttons that send a whole group of fields.
 
-#include "linkeddialog.h"
+#include "tests/ui/develop/linkeddialog.h"
 
 namespace {
 

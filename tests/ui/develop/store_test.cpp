@@ -1,4 +1,4 @@
-#include "dialog.h"
+#include "tests/ui/develop/dialog.h"
 
 #include <QTest>
 

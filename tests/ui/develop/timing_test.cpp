@@ -1,5 +1,5 @@
-#include "dialog.h"
 #include "tests/support/debugoutput.h"
+#include "tests/ui/develop/dialog.h"
 
 namespace {
 

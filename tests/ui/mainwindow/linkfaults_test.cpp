@@ -1,4 +1,4 @@
-#include "mainwindowtest.h"
+#include "tests/ui/mainwindow/mainwindowtest.h"
 
 #include "ui/mainwindow/stylesheets.h"
 

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "fakedetector.h"
-#include "forwardlibrary.h"
-#include "mainwindowinspector.h"
 #include "tests/support/children.h"
 #include "tests/support/messageboxes.h"
 #include "tests/support/workingfolder.h"
+#include "tests/ui/mainwindow/fakedetector.h"
+#include "tests/ui/mainwindow/forwardlibrary.h"
+#include "tests/ui/mainwindow/mainwindowinspector.h"
 #include "ui/mainwindow.h"
 
 #include <QCheckBox>

@@ -1,7 +1,7 @@
 #include "device/portmanager.h"
 #include "imaging/pixelmath.h"
 #include "simulator/sensor/testpatterns.h"
-#include "virtualwindow.h"
+#include "tests/ui/mainwindow/virtualwindow.h"
 
 #include <QRegularExpression>
 

@@ -1,5 +1,5 @@
 #include "tests/imaging/straightforward/straightforward.h"
-#include "virtualwindow.h"
+#include "tests/ui/mainwindow/virtualwindow.h"
 
 #include <QDoubleSpinBox>
 #include <QProgressBar>

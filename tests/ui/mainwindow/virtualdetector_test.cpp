@@ -1,4 +1,4 @@
-#include "virtualwindow.h"
+#include "tests/ui/mainwindow/virtualwindow.h"
 
 #include "device/d2xxlibrary.h"
 

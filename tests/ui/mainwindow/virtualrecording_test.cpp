@@ -1,7 +1,7 @@
 #include "tests/imaging/frames.h"
 #include "tests/imaging/straightforward/straightforward.h"
 #include "tests/support/limitedwriting.h"
-#include "virtualwindow.h"
+#include "tests/ui/mainwindow/virtualwindow.h"
 
 #include <QDir>
 #include <QDoubleSpinBox>

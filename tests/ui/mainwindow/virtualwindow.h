@@ -1,9 +1,9 @@
 #pragma once
 
-#include "mainwindowinspector.h"
 #include "tests/support/children.h"
 #include "tests/support/messageboxes.h"
 #include "tests/support/workingfolder.h"
+#include "tests/ui/mainwindow/mainwindowinspector.h"
 
 #include <QCheckBox>
 #include <QComboBox>

@@ -1,6 +1,6 @@
 // The settings page, down to what the detector then holds and does.
 
-#include "parameterwindow.h"
+#include "tests/ui/parameters/parameterwindow.h"
 
 namespace {
 

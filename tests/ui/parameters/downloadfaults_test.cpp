@@ -1,6 +1,6 @@
 // A download whose packets the virtual detector takes but answers badly.
 
-#include "parameterwindow.h"
+#include "tests/ui/parameters/parameterwindow.h"
 
 #include <QElapsedTimer>
 

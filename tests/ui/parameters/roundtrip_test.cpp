@@ -1,6 +1,6 @@
 // The engineering dialog, opened from the window, and the virtual detector.
 
-#include "parameterwindow.h"
+#include "tests/ui/parameters/parameterwindow.h"
 
 namespace {
 
