@@ -2,6 +2,7 @@
 
 #include "device/portmanager.h"
 #include "tests/support/faked2xx.h"
+#include "tests/support/hex.h"
 #include "tests/support/logfile.h"
 
 #include <gtest/gtest.h>
@@ -18,7 +19,6 @@ protected:
     ~LinkFixture() override { PortManager::destroyInstance(); }
 
     static PortManager &link() { return *PortManager::instance(); }
-    static QByteArray hex(const char *digits) { return QByteArray::fromHex(digits); }
 
     LogFile log;
     FakeD2xx fake;

@@ -12,7 +12,7 @@ protected:
     /// A reply of 129 bytes: these words, then zeros.
     static QByteArray eeprom(const QByteArray &wordsHex)
     {
-        return QByteArray::fromHex(wordsHex.leftJustified(258, '0'));
+        return hex(wordsHex.leftJustified(258, '0'));
     }
 };
 

@@ -14,7 +14,7 @@ struct Reply
 
     [[nodiscard]] QByteArray bytes() const
     {
-        return QByteArray::fromHex((mode + adc + voltages + timing).leftJustified(512, 'F'));
+        return hex((mode + adc + voltages + timing).leftJustified(512, 'F'));
     }
 };
 

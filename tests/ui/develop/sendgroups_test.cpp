@@ -1,5 +1,6 @@
 // The buttons that send a whole group of fields.
 
+#include "tests/support/commandbytes.h"
 #include "tests/ui/develop/linkeddialog.h"
 
 namespace {
@@ -7,11 +8,7 @@ namespace {
 /// A parameter frame as it stands on the wire, with its checksum.
 QByteArray frame(const char *code, const QByteArray &payloadHex)
 {
-    int sum = 0;
-    for (const char byte : QByteArray::fromHex(payloadHex))
-        sum += static_cast<uchar>(byte);
-    return QByteArray("FFAA01") + code + "0DEB" + payloadHex +
-           QByteArray(1, char(sum & 0xFF)).toHex().toUpper();
+    return hexText(parameterFrame(hex(code).at(0), hex(payloadHex)));
 }
 
 QString invalid(int number)

@@ -1,3 +1,4 @@
+#include "tests/support/commandbytes.h"
 #include "tests/ui/mainwindow/mainwindowtest.h"
 
 #include <array>
@@ -11,24 +12,18 @@ struct Gear
     const char *adc; ///< the whole ADC packet
 };
 
-QByteArray word(qint32 value)
-{
-    return QByteArray::number(value, 16).toUpper().rightJustified(8, '0');
-}
-
 /// The timing packet written out from the formulas, independently of the program's own.
 QByteArray timingPacket(qint32 base)
 {
     const qint32 a = base + 15700;
     const qint32 b = 4 * a + 20000;
     const qint32 c = 4 * b + 16000;
-    QByteArray payload = word(258 * c + 2000) + word(1000) + word(1000) + word(c) + word(c / 2) + word(2000) +
-                         word(1000) + word(b) + word(4000) + word(1000) + word(1000) + word(a) + word(6000) +
-                         word(1000) + word(300) + word(qint32(0.8 * base)) + word(15400) + word(17360);
-    quint8 sum = 0;
-    for (const char byte : QByteArray::fromHex(payload))
-        sum = quint8(sum + quint8(byte));
-    return "FFAA01100DEB" + payload + QByteArray::number(sum, 16).toUpper().rightJustified(2, '0');
+    const auto scaled = static_cast<qint32>(0.8 * base);
+    QByteArray payload;
+    for (const qint32 value : {258 * c + 2000, 1000, 1000, c, c / 2, 2000, 1000, b, 4000, 1000, 1000, a, 6000, 1000,
+                               300, scaled, 15400, 17360})
+        payload += words({static_cast<quint32>(value)});
+    return hexText(parameterFrame(0x10, payload));
 }
 
 constexpr char startVoltages[] = "FFAA01020DEB"
@@ -43,13 +38,7 @@ constexpr char startVoltages[] = "FFAA01020DEB"
 class MainWindowDownload : public MainWindowTest
 {
 protected:
-    [[nodiscard]] QList<QByteArray> packets() const
-    {
-        QList<QByteArray> hexTexts;
-        for (const QByteArray &frame : detector.link.written())
-            hexTexts << frame.toHex().toUpper();
-        return hexTexts;
-    }
+    [[nodiscard]] QByteArrayList packets() const { return detector.writtenTexts(); }
 
     void download()
     {

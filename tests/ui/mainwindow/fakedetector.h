@@ -3,14 +3,10 @@
 #include "device/blockassembler.h"
 #include "device/protocol/commandframes.h"
 #include "tests/support/faked2xx.h"
+#include "tests/support/hex.h"
 
 #include <QMutexLocker>
 #include <QtEndian>
-
-inline QByteArray hex(const char *text)
-{
-    return QByteArray::fromHex(text);
-}
 
 /// The replies of a healthy detector behind the driver library that the test drives. A test takes back or
 /// changes single replies with answer().
@@ -62,6 +58,15 @@ public:
         const QMutexLocker lock(&m_mutex);
         m_owesBlock = false;
         link.push(QByteArray(blockSize, '\0'));
+    }
+
+    /// Everything written so far as hexadecimal text, one entry a write.
+    [[nodiscard]] QByteArrayList writtenTexts() const
+    {
+        QByteArrayList texts;
+        for (const QByteArray &bytes : link.written())
+            texts << hexText(bytes);
+        return texts;
     }
 
     /// How often a frame was written.

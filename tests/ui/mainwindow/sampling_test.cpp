@@ -13,7 +13,7 @@ protected:
         QByteArray all;
         for (const QByteArray &frame : detector.link.written()) {
             if (frame != CommandFrame::levelQuery())
-                all += frame.toHex().toUpper() + ' ';
+                all += hexText(frame) + ' ';
         }
         return all.trimmed();
     }

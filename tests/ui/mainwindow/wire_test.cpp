@@ -14,15 +14,6 @@ void appendBlockRequests(QByteArrayList &frames)
 
 class MainWindowWire : public MainWindowTest
 {
-protected:
-    /// Everything written so far, one entry per write.
-    [[nodiscard]] QByteArrayList written() const
-    {
-        QByteArrayList frames;
-        for (const QByteArray &bytes : detector.link.written())
-            frames.append(bytes.toHex().toUpper());
-        return frames;
-    }
 };
 
 TEST_F(MainWindowWire, a_whole_run_writes_exactly_these_frames_each_in_one_piece)
@@ -57,6 +48,6 @@ TEST_F(MainWindowWire, a_whole_run_writes_exactly_these_frames_each_in_one_piece
 
     click("pushButton_Connect"); // says nothing to the detector
     EXPECT_EQ(button("pushButton_Connect")->text(), "Connect");
-    EXPECT_EQ(written(), expected);
+    EXPECT_EQ(detector.writtenTexts(), expected);
     EXPECT_TRUE(boxes->isEmpty());
 }
