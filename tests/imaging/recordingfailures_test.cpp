@@ -2,10 +2,9 @@
 #include "tests/imaging/recording.h"
 #include "tests/support/debugoutput.h"
 #include "tests/support/limitedwriting.h"
+#include "tests/support/logfile.h"
 
 #include <gtest/gtest.h>
-
-#include <QDate>
 
 // Folders and files are made unusable in ways that hold for every user, the administrator included: a file
 // stands where a folder should be, a link leads to a device that is always full, the administrator's rights
@@ -231,8 +230,7 @@ TEST(RecordingFailures, with_a_log_the_line_stands_there_once_and_is_repeated_on
     recording.pipeline.startSaving(true, false, false);
     recording.feed(1);
     LogManager::destroyInstance(); // after the lines are written
-    const QString log = QString::fromUtf8(
-        recording.folder.read("Logs/Log" + QDate::currentDate().toString("yyyyMMdd") + ".txt"));
+    const QString log = QString::fromUtf8(recording.folder.read(logName()));
     EXPECT_EQ(log.count("no/such_data1.csv"), 1);
     EXPECT_EQ(log.count("no/such_data_gray1.csv"), 1);
     EXPECT_EQ(log.count("No such file or directory"), 2);

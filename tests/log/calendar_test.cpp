@@ -1,5 +1,5 @@
 #include "log/logmanager.h"
-#include "tests/support/workingfolder.h"
+#include "tests/support/logfile.h"
 
 #include <gtest/gtest.h>
 
@@ -41,11 +41,6 @@ protected:
         daysAhead = 0;
     }
 
-    static QString nameOf(QDate day)
-    {
-        return QStringLiteral("Logs/Log%1.txt").arg(day.toString(QStringLiteral("yyyyMMdd")));
-    }
-
     void waitForMessage(const QString &file, const QString &message)
     {
         LogManager::instance()->writeLog(message);
@@ -82,7 +77,7 @@ protected:
 TEST_F(LogCalendar, a_run_past_midnight_stays_in_the_file_of_its_first_day_and_stamps_the_new_date)
 {
     const QDate first = QDate::currentDate();
-    const QString file = nameOf(first);
+    const QString file = logName(first);
     LogManager::createInstance();
     waitForMessage(file, QStringLiteral("before midnight"));
     daysAhead = 1;
@@ -93,7 +88,7 @@ TEST_F(LogCalendar, a_run_past_midnight_stays_in_the_file_of_its_first_day_and_s
     const QString stamp = first.addDays(1).toString(QStringLiteral("yyyy-MM-dd "));
     EXPECT_TRUE(content(file).split(u'\n').at(2).startsWith(stamp)) << qPrintable(content(file));
     EXPECT_EQ(content(file).count(stamp), 2) << "the message and the closing line";
-    EXPECT_FALSE(QFileInfo::exists(m_folder.filePath(nameOf(first.addDays(1)))));
+    EXPECT_FALSE(QFileInfo::exists(m_folder.filePath(logName(first.addDays(1)))));
 }
 
 TEST_F(LogCalendar, a_file_made_ten_days_ago_stays)

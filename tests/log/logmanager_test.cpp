@@ -1,11 +1,10 @@
 #include "log/logmanager.h"
 
 #include "tests/support/debugoutput.h"
-#include "tests/support/workingfolder.h"
+#include "tests/support/logfile.h"
 
 #include <gtest/gtest.h>
 
-#include <QDate>
 #include <QDateTime>
 #include <QDir>
 #include <QRegularExpression>
@@ -15,12 +14,6 @@
 namespace {
 
 const QString separator = QStringLiteral("   >>   ");
-
-QString logName()
-{
-    return QStringLiteral("Logs/Log") + QDate::currentDate().toString(QStringLiteral("yyyyMMdd")) +
-           QStringLiteral(".txt");
-}
 
 class Log : public testing::Test
 {
@@ -34,14 +27,7 @@ protected:
     [[nodiscard]] QStringList lines() const { return content().split(QLatin1Char('\n'), Qt::SkipEmptyParts); }
 
     /// What stands behind the stamp of each line.
-    [[nodiscard]] QStringList messages() const
-    {
-        QStringList result;
-        const QStringList all = lines();
-        for (const QString &line : all)
-            result << line.section(separator, 1);
-        return result;
-    }
+    [[nodiscard]] QStringList messages() const { return logMessages(content()); }
 
     bool waitForLines(int count)
     {

@@ -6,6 +6,22 @@
 #include <QDate>
 #include <QTest>
 
+/// Where the log of a day lies in the working folder.
+inline QString logName(QDate day = QDate::currentDate())
+{
+    return QStringLiteral("Logs/Log%1.txt").arg(day.toString(QStringLiteral("yyyyMMdd")));
+}
+
+/// The messages of a log, without the stamps of their lines.
+inline QStringList logMessages(const QString &log)
+{
+    QStringList result;
+    const QStringList lines = log.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    for (const QString &line : lines)
+        result << line.section(QStringLiteral("   >>   "), 1);
+    return result;
+}
+
 /// The program's log in an empty working folder, for the life of a test.
 class LogFile
 {
@@ -17,12 +33,7 @@ public:
     /// The messages written so far, without their stamps; "日志线程开启" is the first.
     [[nodiscard]] QStringList messages() const
     {
-        QStringList result;
-        const QStringList lines =
-            QString::fromUtf8(m_folder.read(name())).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-        for (const QString &line : lines)
-            result << line.section(QStringLiteral("   >>   "), 1);
-        return result;
+        return logMessages(QString::fromUtf8(m_folder.read(logName())));
     }
 
     /// Waits until the log thread has written all of these, in this order, and nothing else so far.
@@ -41,11 +52,5 @@ public:
     [[nodiscard]] const WorkingFolder &folder() const { return m_folder; }
 
 private:
-    static QString name()
-    {
-        return QStringLiteral("Logs/Log") + QDate::currentDate().toString(QStringLiteral("yyyyMMdd")) +
-               QStringLiteral(".txt");
-    }
-
     WorkingFolder m_folder;
 };

@@ -82,11 +82,9 @@ TEST_F(Acquire, the_log_of_a_run_begins_and_ends_with_the_threads_lines)
 {
     detector("");
     runVirtual({});
-    const QStringList logs = QDir(QStringLiteral("Logs")).entryList(QDir::Files);
-    ASSERT_EQ(logs.size(), 1);
-    const QString log = QString::fromUtf8(folder.read(QStringLiteral("Logs/") + logs[0]));
-    EXPECT_TRUE(log.section(QLatin1Char('\n'), 0, 0).endsWith(QStringLiteral("   >>   日志线程开启")));
-    EXPECT_TRUE(log.endsWith(QStringLiteral("   >>   日志线程结束\n")));
+    const QString written = log();
+    EXPECT_TRUE(written.section(QLatin1Char('\n'), 0, 0).endsWith(QStringLiteral("   >>   日志线程开启")));
+    EXPECT_TRUE(written.endsWith(QStringLiteral("   >>   日志线程结束\n")));
 }
 
 TEST_F(Acquire, wrong_arguments_are_told_in_one_line_and_end_with_status_2)

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QStringList>
@@ -44,6 +45,14 @@ protected:
         EXPECT_EQ(errors.count(QLatin1Char('\n')), 1) << qPrintable(errors);
         EXPECT_TRUE(errors.startsWith(QStringLiteral("qv1k-acquire: "))) << qPrintable(errors);
         EXPECT_TRUE(errors.contains(text)) << qPrintable(errors);
+    }
+
+    /// What the run wrote to the log: one file, whatever day it is.
+    [[nodiscard]] QString log() const
+    {
+        const QStringList logs = QDir(folder.filePath(QStringLiteral("Logs"))).entryList(QDir::Files);
+        EXPECT_EQ(logs.size(), 1);
+        return QString::fromUtf8(folder.read(QStringLiteral("Logs/") + logs.value(0)));
     }
 
     WorkingFolder folder;

@@ -10,10 +10,7 @@ class DevelopReadback : public LinkedDialog
 {
 protected:
     /// A reply of 129 bytes: these words, then zeros.
-    static QByteArray eeprom(const QByteArray &wordsHex)
-    {
-        return hex(wordsHex.leftJustified(258, '0'));
-    }
+    static QByteArray eeprom(const QByteArray &wordsHex) { return hex(wordsHex.leftJustified(258, '0')); }
 };
 
 } // namespace

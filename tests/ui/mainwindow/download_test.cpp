@@ -20,8 +20,8 @@ QByteArray timingPacket(qint32 base)
     const qint32 c = 4 * b + 16000;
     const auto scaled = static_cast<qint32>(0.8 * base);
     QByteArray payload;
-    for (const qint32 value : {258 * c + 2000, 1000, 1000, c, c / 2, 2000, 1000, b, 4000, 1000, 1000, a, 6000, 1000,
-                               300, scaled, 15400, 17360})
+    for (const qint32 value : {258 * c + 2000, 1000, 1000, c, c / 2, 2000, 1000, b, 4000, 1000, 1000, a, 6000,
+                               1000, 300, scaled, 15400, 17360})
         payload += words({static_cast<quint32>(value)});
     return hexText(parameterFrame(0x10, payload));
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/support/children.h"
+#include "tests/support/logfile.h"
 #include "tests/support/messageboxes.h"
 #include "tests/support/workingfolder.h"
 #include "tests/ui/mainwindow/fakedetector.h"
@@ -126,8 +127,7 @@ protected:
     [[nodiscard]] QString finalLog()
     {
         window.reset();
-        const QString name = QStringLiteral("Logs/Log%1.txt").arg(QDate::currentDate().toString("yyyyMMdd"));
-        return QString::fromUtf8(folder.read(name));
+        return QString::fromUtf8(folder.read(logName()));
     }
 
     WorkingFolder folder;

@@ -1,3 +1,4 @@
+#include "tests/support/logfile.h"
 #include "tests/ui/mainwindow/virtualwindow.h"
 
 #include "device/d2xxlibrary.h"
@@ -26,8 +27,7 @@ TEST_F(MainWindowOnVirtualDetector, five_acquisitions_in_one_run_show_the_phanto
     }
     EXPECT_TRUE(boxes.isEmpty());
     window.reset();
-    const QString log = QStringLiteral("Logs/Log%1.txt").arg(QDate::currentDate().toString("yyyyMMdd"));
-    EXPECT_EQ(folder.read(log).count("下位机停止成功"), 5);
+    EXPECT_EQ(folder.read(logName()).count("下位机停止成功"), 5);
 }
 
 TEST_F(MainWindowOnVirtualDetector, pictures_come_at_the_pace_of_the_timing_and_a_click_reads_a_current)

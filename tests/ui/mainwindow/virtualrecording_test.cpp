@@ -1,6 +1,7 @@
 #include "tests/imaging/frames.h"
 #include "tests/imaging/straightforward/straightforward.h"
 #include "tests/support/limitedwriting.h"
+#include "tests/support/logfile.h"
 #include "tests/ui/mainwindow/virtualwindow.h"
 
 #include <QDir>
@@ -107,11 +108,10 @@ protected:
     /// Waits until the log names that many files of the folder, in a line each with the same reason.
     void expectLogged(const QString &files, int count, const QString &reason)
     {
-        const QString log = QStringLiteral("Logs/Log%1.txt").arg(QDate::currentDate().toString("yyyyMMdd"));
         QStringList lines;
         EXPECT_TRUE(QTest::qWaitFor(
             [&] {
-                lines = QString::fromUtf8(folder.read(log)).split(u'\n').filter(files);
+                lines = QString::fromUtf8(folder.read(logName())).split(u'\n').filter(files);
                 return lines.size() >= count;
             },
             20000));
