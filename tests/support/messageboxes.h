@@ -23,8 +23,7 @@ public:
         QMessageBox::StandardButton defaultButton;
     };
 
-    /// Each box is answered with `answer` when it has that button, otherwise with its default.
-    explicit MessageBoxes(QMessageBox::StandardButton answer = QMessageBox::Ok) : m_answer(answer)
+    MessageBoxes()
     {
         connect(&m_timer, &QTimer::timeout, this, &MessageBoxes::look);
         m_timer.start(5);
@@ -33,6 +32,14 @@ public:
     [[nodiscard]] const QList<Box> &boxes() const { return m_boxes; }
     [[nodiscard]] bool isEmpty() const { return m_boxes.isEmpty(); }
     [[nodiscard]] Box last() const { return m_boxes.isEmpty() ? Box{} : m_boxes.last(); }
+
+    /// Forgets the boxes so far. From now on each is answered with this button when it has it; without it, it
+    /// is dismissed.
+    void startOver(QMessageBox::StandardButton answer = QMessageBox::Ok)
+    {
+        m_answer = answer;
+        m_boxes.clear();
+    }
 
     std::function<void(QDialog *)> onDialog;
 
@@ -61,7 +68,7 @@ private:
             box.done(QMessageBox::NoButton);
     }
 
-    QMessageBox::StandardButton m_answer;
+    QMessageBox::StandardButton m_answer = QMessageBox::Ok;
     QTimer m_timer;
     QList<Box> m_boxes;
 };

@@ -18,11 +18,11 @@ protected:
 
     void expectRefused(QPushButton *pressed)
     {
-        ASSERT_EQ(boxes->boxes().size(), 1);
-        EXPECT_EQ(boxes->last().title, "Error");
-        EXPECT_EQ(boxes->last().text, "Please start sample first");
-        EXPECT_EQ(boxes->last().icon, QMessageBox::Information);
-        EXPECT_EQ(boxes->last().buttons, QMessageBox::Ok);
+        ASSERT_EQ(boxes.boxes().size(), 1);
+        EXPECT_EQ(boxes.last().title, "Error");
+        EXPECT_EQ(boxes.last().text, "Please start sample first");
+        EXPECT_EQ(boxes.last().icon, QMessageBox::Information);
+        EXPECT_EQ(boxes.last().buttons, QMessageBox::Ok);
         EXPECT_FALSE(pressed->isChecked());
         EXPECT_FALSE(pipeline().fullOnFlag);
         EXPECT_FALSE(pipeline().fullOffFlag);
@@ -78,7 +78,7 @@ TEST_F(MainWindowCalibration, a_capture_without_an_acquisition_is_refused)
     stop();
     click("pushButton_full_on"); // still enabled since the acquisition ran
     expectRefused(fullOn());
-    boxes.emplace();
+    boxes.startOver();
     click("pushButton_full_off");
     expectRefused(fullOff());
 }
@@ -124,7 +124,7 @@ TEST_F(MainWindowCalibration, full_on_during_a_full_off_capture_is_cancelled_and
     EXPECT_FALSE(pipeline().fullOnFlag);
     EXPECT_TRUE(fullOff()->isChecked());
     EXPECT_TRUE(pipeline().fullOffFlag);
-    EXPECT_TRUE(boxes->isEmpty());
+    EXPECT_TRUE(boxes.isEmpty());
 }
 
 TEST_F(MainWindowCalibration, full_off_during_a_full_on_capture_is_cancelled_and_leaves_it_running)

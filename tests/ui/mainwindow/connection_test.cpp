@@ -28,7 +28,7 @@ TEST_F(MainWindowConnection,
     EXPECT_TRUE(statusTimer().isActive());
     EXPECT_EQ(statusTimer().interval(), 120000);
     EXPECT_FALSE(statusTimer().isSingleShot());
-    EXPECT_TRUE(boxes->isEmpty());
+    EXPECT_TRUE(boxes.isEmpty());
 }
 
 TEST_F(MainWindowConnection, disconnect_closes_the_detector_and_stops_the_poll)
@@ -48,11 +48,11 @@ TEST_F(MainWindowConnection, without_a_detector_connect_says_device_not_found)
     detector.link.serialNumbers.clear();
     open();
     click("pushButton_Connect");
-    ASSERT_EQ(boxes->boxes().size(), 1);
-    EXPECT_EQ(boxes->last().title, "Error");
-    EXPECT_EQ(boxes->last().text, "Device not found");
-    EXPECT_EQ(boxes->last().icon, QMessageBox::Critical);
-    EXPECT_EQ(boxes->last().buttons, QMessageBox::Ok);
+    ASSERT_EQ(boxes.boxes().size(), 1);
+    EXPECT_EQ(boxes.last().title, "Error");
+    EXPECT_EQ(boxes.last().text, "Device not found");
+    EXPECT_EQ(boxes.last().icon, QMessageBox::Critical);
+    EXPECT_EQ(boxes.last().buttons, QMessageBox::Ok);
     EXPECT_EQ(button("pushButton_Connect")->text(), "Connect");
     EXPECT_FALSE(detector.link.calls().join(u' ').contains("OpenEx"));
     EXPECT_FALSE(statusTimer().isActive());
@@ -63,11 +63,11 @@ TEST_F(MainWindowConnection, a_detector_that_another_program_holds_says_device_c
     detector.link.openStatus = d2xx::Status::DeviceNotOpened;
     open();
     click("pushButton_Connect");
-    ASSERT_EQ(boxes->boxes().size(), 1);
-    EXPECT_EQ(boxes->last().title, "Error");
-    EXPECT_EQ(boxes->last().text, "Device connect failed");
-    EXPECT_EQ(boxes->last().icon, QMessageBox::Critical);
-    EXPECT_EQ(boxes->last().buttons, QMessageBox::Ok);
+    ASSERT_EQ(boxes.boxes().size(), 1);
+    EXPECT_EQ(boxes.last().title, "Error");
+    EXPECT_EQ(boxes.last().text, "Device connect failed");
+    EXPECT_EQ(boxes.last().icon, QMessageBox::Critical);
+    EXPECT_EQ(boxes.last().buttons, QMessageBox::Ok);
     EXPECT_EQ(button("pushButton_Connect")->text(), "Connect");
     EXPECT_TRUE(detector.link.written().isEmpty());
     EXPECT_FALSE(statusTimer().isActive());
@@ -81,10 +81,10 @@ TEST_F(MainWindowConnection, disconnect_is_refused_while_the_acquisition_runs)
 {
     openSampling();
     click("pushButton_Connect");
-    ASSERT_EQ(boxes->boxes().size(), 1);
-    EXPECT_EQ(boxes->last().title, "Error");
-    EXPECT_EQ(boxes->last().text, "Device is running,Please stop sample first");
-    EXPECT_EQ(boxes->last().icon, QMessageBox::Critical);
+    ASSERT_EQ(boxes.boxes().size(), 1);
+    EXPECT_EQ(boxes.last().title, "Error");
+    EXPECT_EQ(boxes.last().text, "Device is running,Please stop sample first");
+    EXPECT_EQ(boxes.last().icon, QMessageBox::Critical);
     EXPECT_EQ(button("pushButton_Connect")->text(), "Disconnect");
     EXPECT_TRUE(detector.link.isOpen());
     EXPECT_TRUE(looksRunning());

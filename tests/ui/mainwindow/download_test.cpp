@@ -52,11 +52,11 @@ TEST_F(MainWindowDownload, sends_timing_then_adc_then_voltages_and_says_success)
     openConnected();
     download();
     EXPECT_EQ(packets(), QList<QByteArray>({timingPacket(16600), "FFAA01010DEB01B6B7", startVoltages}));
-    ASSERT_EQ(boxes->boxes().size(), 1);
-    EXPECT_EQ(boxes->last().title, "Info");
-    EXPECT_EQ(boxes->last().text, "set success");
-    EXPECT_EQ(boxes->last().icon, QMessageBox::Information);
-    EXPECT_EQ(boxes->last().buttons, QMessageBox::Ok);
+    ASSERT_EQ(boxes.boxes().size(), 1);
+    EXPECT_EQ(boxes.last().title, "Info");
+    EXPECT_EQ(boxes.last().text, "set success");
+    EXPECT_EQ(boxes.last().icon, QMessageBox::Information);
+    EXPECT_EQ(boxes.last().buttons, QMessageBox::Ok);
 }
 
 TEST_F(MainWindowDownload, the_timing_of_150_na_is_these_bytes)
@@ -81,7 +81,7 @@ TEST_F(MainWindowDownload, each_current_range_has_its_timing_adc_code_and_stored
         download();
         EXPECT_EQ(packets(), QList<QByteArray>({timingPacket(gear.integrationTime), gear.adc, startVoltages}))
             << gear.button;
-        EXPECT_EQ(boxes->last().text, "set success");
+        EXPECT_EQ(boxes.last().text, "set success");
     }
     EXPECT_EQ(pipeline().getCurrentRange(), 1);
 }
@@ -157,7 +157,7 @@ TEST_F(MainWindowDownload, an_acknowledgement_anywhere_in_the_reply_counts)
     detector.answerParameters('\x10', hex("00FFBB010000"));
     detector.answerParameters('\x01', hex("0FFBB0100000")); // off a byte boundary
     download();
-    EXPECT_EQ(boxes->last().text, "set success");
+    EXPECT_EQ(boxes.last().text, "set success");
 }
 
 TEST_F(MainWindowDownload, the_four_ranges_exclude_each_other_and_the_free_range_takes_no_part)
@@ -178,5 +178,5 @@ TEST_F(MainWindowDownload, it_is_closed_while_the_acquisition_runs)
     detector.link.clearWritten();
     click("pushButton_set");
     EXPECT_TRUE(packets().isEmpty());
-    EXPECT_TRUE(boxes->isEmpty());
+    EXPECT_TRUE(boxes.isEmpty());
 }

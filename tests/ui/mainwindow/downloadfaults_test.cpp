@@ -24,11 +24,11 @@ class MainWindowDownloadFaults : public MainWindowTest
 protected:
     void expectFailure(const Packet &packet, int boxesBefore)
     {
-        ASSERT_EQ(boxes->boxes().size(), boxesBefore + 1);
-        EXPECT_EQ(boxes->last().title, "Error");
-        EXPECT_EQ(boxes->last().text, packet.failure);
-        EXPECT_EQ(boxes->last().icon, QMessageBox::Critical);
-        EXPECT_EQ(boxes->last().buttons, QMessageBox::Ok);
+        ASSERT_EQ(boxes.boxes().size(), boxesBefore + 1);
+        EXPECT_EQ(boxes.last().title, "Error");
+        EXPECT_EQ(boxes.last().text, packet.failure);
+        EXPECT_EQ(boxes.last().icon, QMessageBox::Critical);
+        EXPECT_EQ(boxes.last().buttons, QMessageBox::Ok);
         EXPECT_EQ(detector.link.written().size(), packet.sent) << packet.failure;
         EXPECT_EQ(detector.link.written().last().at(3), packet.code);
     }
@@ -46,7 +46,7 @@ TEST_F(MainWindowDownloadFaults, a_packet_that_is_refused_ends_the_download_with
     }
     EXPECT_TRUE(button("pushButton_set")->isEnabled());
     click("pushButton_set");
-    EXPECT_EQ(boxes->last().text, "set success");
+    EXPECT_EQ(boxes.last().text, "set success");
 }
 
 TEST_F(MainWindowDownloadFaults, a_packet_without_an_answer_fails_after_two_seconds_and_is_not_repeated)
@@ -71,7 +71,7 @@ TEST_F(MainWindowDownloadFaults, values_are_stored_also_when_the_first_packet_fa
     click("radioButton_1");
     detector.answerParameters('\x10', hex("00"));
     click("pushButton_set");
-    EXPECT_EQ(boxes->last().text, "set time sequence fail");
+    EXPECT_EQ(boxes.last().text, "set time sequence fail");
     EXPECT_EQ(pipeline().getCurrentRange(), 1);
     window.reset();
     EXPECT_EQ(stored("comboBox_pcrange").toInt(), 6);
@@ -84,13 +84,13 @@ TEST_F(MainWindowDownloadFaults, a_late_answer_does_not_pass_for_the_next_packet
     openConnected();
     detector.answerParameters('\x10', {});
     click("pushButton_set");
-    EXPECT_EQ(boxes->last().text, "set time sequence fail");
+    EXPECT_EQ(boxes.last().text, "set time sequence fail");
     detector.link.push(hex("FFBB01000DEB")); // now it comes
     detector.answerParameters('\x10', hex("FFBB01000DEB"));
     detector.link.clearWritten();
     // The answer that waits is read together with the new one: longer than expected, it still acknowledges.
     click("pushButton_set");
-    EXPECT_EQ(boxes->last().text, "set success");
+    EXPECT_EQ(boxes.last().text, "set success");
     EXPECT_EQ(detector.link.written().size(), 3);
 }
 
@@ -98,7 +98,7 @@ TEST_F(MainWindowDownloadFaults, a_download_without_a_connection_fails_by_its_fi
 {
     open();
     click("pushButton_set");
-    EXPECT_EQ(boxes->boxes().size(), 1);
-    EXPECT_EQ(boxes->last().text, "set time sequence fail");
+    EXPECT_EQ(boxes.boxes().size(), 1);
+    EXPECT_EQ(boxes.last().text, "set time sequence fail");
     EXPECT_TRUE(detector.link.written().isEmpty());
 }

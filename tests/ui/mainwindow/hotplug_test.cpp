@@ -68,7 +68,7 @@ TEST_F(MainWindowHotPlug, pulling_out_the_last_detector_while_idle_returns_to_di
     EXPECT_FALSE(statusTimer().isActive());
     EXPECT_TRUE(looksIdle());
     EXPECT_EQ(button("pushButton_sample")->styleSheet(), StyleSheets::playIdle);
-    EXPECT_TRUE(boxes->isEmpty());
+    EXPECT_TRUE(boxes.isEmpty());
 }
 
 TEST_F(MainWindowHotPlug, pulling_out_while_nothing_is_connected_changes_only_the_list)
@@ -100,7 +100,7 @@ TEST_F(MainWindowHotPlug, pulling_out_while_sampling_returns_to_disconnected_at_
     EXPECT_TRUE(button("pushButton_set")->isEnabled());
     EXPECT_FALSE(pipeline().isSaving());
     EXPECT_EQ(text("label_savestate"), "Save Stop");
-    EXPECT_TRUE(boxes->isEmpty());
+    EXPECT_TRUE(boxes.isEmpty());
 }
 
 TEST_F(MainWindowHotPlug, a_stop_that_arrives_after_the_removal_changes_nothing_and_does_not_block)

@@ -7,11 +7,11 @@ class MainWindowLinkFaults : public MainWindowTest
 protected:
     void expectFailure(const char *message)
     {
-        ASSERT_EQ(boxes->boxes().size(), 1);
-        EXPECT_EQ(boxes->last().title, "Error");
-        EXPECT_EQ(boxes->last().text, message);
-        EXPECT_EQ(boxes->last().icon, QMessageBox::Critical);
-        EXPECT_EQ(boxes->last().buttons, QMessageBox::Ok);
+        ASSERT_EQ(boxes.boxes().size(), 1);
+        EXPECT_EQ(boxes.last().title, "Error");
+        EXPECT_EQ(boxes.last().text, message);
+        EXPECT_EQ(boxes.last().icon, QMessageBox::Critical);
+        EXPECT_EQ(boxes.last().buttons, QMessageBox::Ok);
         EXPECT_TRUE(looksIdle());
         EXPECT_EQ(button("pushButton_sample")->styleSheet(), StyleSheets::playIdle);
         EXPECT_TRUE(button("pushButton_set")->isEnabled());
@@ -74,7 +74,7 @@ TEST_F(MainWindowLinkFaults, a_stop_that_the_detector_does_not_confirm_still_ret
     EXPECT_TRUE(looksIdle());
     EXPECT_TRUE(button("pushButton_set")->isEnabled());
     EXPECT_TRUE(statusTimer().isActive());
-    EXPECT_TRUE(boxes->isEmpty());
+    EXPECT_TRUE(boxes.isEmpty());
     EXPECT_FALSE(finalLog().contains(QStringLiteral("下位机停止成功")));
 }
 
@@ -109,5 +109,5 @@ TEST_F(MainWindowLinkFaults, a_charge_query_that_fails_while_idle_changes_nothin
     window->check_lower_computer_status();
     EXPECT_EQ(find<QWidget>("battery_color")->geometry(), before);
     EXPECT_EQ(button("pushButton_Connect")->text(), "Disconnect");
-    EXPECT_TRUE(boxes->isEmpty());
+    EXPECT_TRUE(boxes.isEmpty());
 }

@@ -58,7 +58,7 @@ TEST_F(MainWindowReadout, an_error_that_the_pipeline_reports_is_ignored)
 {
     open();
     Q_EMIT pipeline().errorOccurred({});
-    EXPECT_TRUE(boxes->isEmpty());
+    EXPECT_TRUE(boxes.isEmpty());
     EXPECT_TRUE(looksIdle());
 }
 

@@ -23,11 +23,11 @@ TEST_F(MainWindowSampling, play_while_disconnected_says_so_and_stays_usable)
 {
     open();
     click("pushButton_sample");
-    ASSERT_EQ(boxes->boxes().size(), 1);
-    EXPECT_EQ(boxes->last().title, "Error");
-    EXPECT_EQ(boxes->last().text, "No Devices Connected");
-    EXPECT_EQ(boxes->last().icon, QMessageBox::Information);
-    EXPECT_EQ(boxes->last().buttons, QMessageBox::Ok);
+    ASSERT_EQ(boxes.boxes().size(), 1);
+    EXPECT_EQ(boxes.last().title, "Error");
+    EXPECT_EQ(boxes.last().text, "No Devices Connected");
+    EXPECT_EQ(boxes.last().icon, QMessageBox::Information);
+    EXPECT_EQ(boxes.last().buttons, QMessageBox::Ok);
     EXPECT_TRUE(looksIdle());
     EXPECT_TRUE(detector.link.written().isEmpty());
 }
@@ -103,7 +103,7 @@ TEST_F(MainWindowSampling, five_starts_and_stops_in_one_run_each_show_their_own_
         stop();
         EXPECT_EQ(detector.count(CommandFrame::haltAcquisition()), cycle);
     }
-    EXPECT_TRUE(boxes->isEmpty());
+    EXPECT_TRUE(boxes.isEmpty());
 }
 
 TEST_F(MainWindowSampling, the_contrast_reaches_the_pipeline_only_when_the_acquisition_starts)

@@ -25,7 +25,7 @@ protected:
 
     void chooseFolder(const QString &choice)
     {
-        boxes->onDialog = [this, choice](QDialog *dialog) {
+        boxes.onDialog = [this, choice](QDialog *dialog) {
             auto *chooser = qobject_cast<QFileDialog *>(dialog);
             ASSERT_NE(chooser, nullptr);
             m_title = chooser->windowTitle();
@@ -101,7 +101,7 @@ TEST_F(MainWindowSave, a_chosen_folder_is_shown_stored_and_used_at_once)
     EXPECT_EQ(m_start, folder.path());
     EXPECT_TRUE(m_directoriesOnly);
     EXPECT_EQ(find<QLineEdit>("lineEdit_savepath")->text(), choice);
-    EXPECT_TRUE(boxes->isEmpty());
+    EXPECT_TRUE(boxes.isEmpty());
 
     arm("run", "1", {"checkBox_picture"});
     EXPECT_TRUE(QFileInfo(choice + "/run").isDir());
@@ -124,9 +124,9 @@ TEST_F(MainWindowSave, a_cancelled_chooser_asks_for_a_valid_path_and_changes_not
 {
     open("SavePath=" + folder.path().toUtf8() + "\n");
     chooseFolder(QString());
-    ASSERT_EQ(boxes->boxes().size(), 1);
-    EXPECT_EQ(boxes->last().text, "Please select a valid path");
-    EXPECT_EQ(boxes->last().buttons, QMessageBox::Ok);
+    ASSERT_EQ(boxes.boxes().size(), 1);
+    EXPECT_EQ(boxes.last().text, "Please select a valid path");
+    EXPECT_EQ(boxes.last().buttons, QMessageBox::Ok);
     EXPECT_EQ(find<QLineEdit>("lineEdit_savepath")->text(), folder.path());
     EXPECT_EQ(stored("SavePath").toString(), folder.path());
 }

@@ -77,9 +77,9 @@ TEST_F(MainWindowStartup, without_a_driver_library_the_window_says_why_and_finds
     EXPECT_TRUE(said.contains("No driver library could be loaded")) << qPrintable(said);
     EXPECT_TRUE(said.contains("libmissing.so")) << qPrintable(said);
     click("pushButton_Connect");
-    EXPECT_EQ(boxes->last().text, "Device not found");
+    EXPECT_EQ(boxes.last().text, "Device not found");
     click("pushButton_sample");
-    EXPECT_EQ(boxes->last().text, "No Devices Connected");
+    EXPECT_EQ(boxes.last().text, "No Devices Connected");
     EXPECT_TRUE(looksIdle());
 }
 

@@ -9,21 +9,21 @@ class MainWindowTitleBar : public MainWindowTest
 TEST_F(MainWindowTitleBar, closing_asks_first_with_no_as_the_default)
 {
     open();
-    boxes.emplace(QMessageBox::No);
+    boxes.startOver(QMessageBox::No);
     click("pushButton_close");
-    ASSERT_EQ(boxes->boxes().size(), 1);
-    EXPECT_EQ(boxes->last().title, "Warning");
-    EXPECT_EQ(boxes->last().text, QStringLiteral("Are you sure you want to exit\uFF1F"));
-    EXPECT_EQ(boxes->last().icon, QMessageBox::Question);
-    EXPECT_EQ(boxes->last().buttons, QMessageBox::Yes | QMessageBox::No);
-    EXPECT_EQ(boxes->last().defaultButton, QMessageBox::No);
+    ASSERT_EQ(boxes.boxes().size(), 1);
+    EXPECT_EQ(boxes.last().title, "Warning");
+    EXPECT_EQ(boxes.last().text, QStringLiteral("Are you sure you want to exit\uFF1F"));
+    EXPECT_EQ(boxes.last().icon, QMessageBox::Question);
+    EXPECT_EQ(boxes.last().buttons, QMessageBox::Yes | QMessageBox::No);
+    EXPECT_EQ(boxes.last().defaultButton, QMessageBox::No);
     EXPECT_TRUE(window->isVisible());
 }
 
 TEST_F(MainWindowTitleBar, yes_closes_the_window)
 {
     open();
-    boxes.emplace(QMessageBox::Yes);
+    boxes.startOver(QMessageBox::Yes);
     click("pushButton_close");
     EXPECT_FALSE(window->isVisible());
 }
@@ -31,9 +31,9 @@ TEST_F(MainWindowTitleBar, yes_closes_the_window)
 TEST_F(MainWindowTitleBar, a_dismissed_question_leaves_the_window_open)
 {
     open();
-    boxes.emplace(QMessageBox::Ok); // not among its buttons
+    boxes.startOver(QMessageBox::Ok); // not among its buttons
     click("pushButton_close");
-    EXPECT_EQ(boxes->boxes().size(), 1);
+    EXPECT_EQ(boxes.boxes().size(), 1);
     EXPECT_TRUE(window->isVisible());
 }
 
@@ -88,7 +88,7 @@ TEST_F(MainWindowTitleBar, the_developer_and_voltage_buttons_open_modal_dialogs_
 {
     open("DebugMode=true\n");
     QStringList dialogs;
-    boxes->onDialog = [&](QDialog *dialog) {
+    boxes.onDialog = [&](QDialog *dialog) {
         dialogs << QString::fromLatin1(dialog->metaObject()->className());
         EXPECT_EQ(dialog->parentWidget(), window.get());
         EXPECT_TRUE(dialog->isModal());

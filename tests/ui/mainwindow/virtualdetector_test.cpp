@@ -1,4 +1,3 @@
-#include "tests/support/logfile.h"
 #include "tests/ui/mainwindow/virtualwindow.h"
 
 #include "device/d2xxlibrary.h"
@@ -26,8 +25,7 @@ TEST_F(MainWindowOnVirtualDetector, five_acquisitions_in_one_run_show_the_phanto
         stop();
     }
     EXPECT_TRUE(boxes.isEmpty());
-    window.reset();
-    EXPECT_EQ(folder.read(logName()).count("下位机停止成功"), 5);
+    EXPECT_EQ(finalLog().count("下位机停止成功"), 5);
 }
 
 TEST_F(MainWindowOnVirtualDetector, pictures_come_at_the_pace_of_the_timing_and_a_click_reads_a_current)
@@ -41,7 +39,7 @@ TEST_F(MainWindowOnVirtualDetector, pictures_come_at_the_pace_of_the_timing_and_
     EXPECT_EQ(find<QLabel>("label_fps")->text(), "FPS: N/A");
     waitForPictures(10);
     // One picture per 0.1581044 s; a busy computer may be late, nothing can be early.
-    const double rate = find<QLabel>("label_fps")->text().section(u' ', 1).toDouble();
+    const double rate = framesPerSecond();
     EXPECT_GT(rate, 3.0);
     EXPECT_LT(rate, 6.5);
 

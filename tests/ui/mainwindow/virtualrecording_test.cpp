@@ -1,7 +1,6 @@
 #include "tests/imaging/frames.h"
 #include "tests/imaging/straightforward/straightforward.h"
 #include "tests/support/limitedwriting.h"
-#include "tests/support/logfile.h"
 #include "tests/ui/mainwindow/virtualwindow.h"
 
 #include <QDir>

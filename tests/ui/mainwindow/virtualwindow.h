@@ -1,32 +1,17 @@
 #pragma once
 
-#include "tests/support/children.h"
-#include "tests/support/messageboxes.h"
-#include "tests/support/workingfolder.h"
-#include "tests/ui/mainwindow/mainwindowinspector.h"
+#include "tests/ui/mainwindow/windowfixture.h"
 
-#include <QCheckBox>
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QPushButton>
-#include <QStackedWidget>
-#include <QTest>
-
-#include <memory>
 #include <set>
 
 /// The whole way from the buttons down to the virtual detector and back.
-class MainWindowOnVirtualDetector : public testing::Test
+class MainWindowOnVirtualDetector : public WindowFixture
 {
 protected:
     void open(const QByteArray &detector = {}, const QByteArray &config = {})
     {
         settleDetector(detector);
-        folder.write("config.ini", "[General]\nD2xxLibrary=" QV1K_VIRTUAL_LIBRARY "\n" + config);
-        window = std::make_unique<mainwindow>();
-        window->show();
+        openOn(QV1K_VIRTUAL_LIBRARY, config);
         QObject::connect(&pipeline(), &ProcessImage::sendImagetoMain, window.get(),
                          [this](const QImage &image) {
                              ++pictures;
@@ -38,26 +23,6 @@ protected:
     void settleDetector(const QByteArray &lines)
     {
         folder.write("virtual-detector.ini", "[General]\nPacing=none\n" + lines);
-    }
-
-    template <typename Widget>
-    [[nodiscard]] Widget *find(const char *name) const
-    {
-        return getChild<Widget>(*window, name);
-    }
-    [[nodiscard]] QPushButton *button(const char *name) const { return find<QPushButton>(name); }
-    [[nodiscard]] ProcessImage &pipeline() const { return MainWindowInspector::pipeline(*window); }
-
-    void click(const char *name)
-    {
-        auto *target = find<QAbstractButton>(name);
-        auto *pages = find<QStackedWidget>("stackedWidget");
-        for (int row = 0; row < pages->count(); ++row) {
-            if (pages->widget(row)->isAncestorOf(target))
-                find<QListWidget>("listWidget")->setCurrentRow(row);
-        }
-        ASSERT_TRUE(target->isVisible()) << name;
-        QTest::mouseClick(target, Qt::LeftButton, {}, QPoint(8, target->height() / 2));
     }
 
     void start()
@@ -81,7 +46,8 @@ protected:
         EXPECT_TRUE(button("pushButton_sample")->isEnabled());
     }
 
-    [[nodiscard]] QString text(const char *label) const { return find<QLabel>(label)->text(); }
+    /// The rate that the window shows.
+    [[nodiscard]] double framesPerSecond() const { return text("label_fps").section(u' ', 1).toDouble(); }
 
     /// Waits until the label says so.
     void waitForText(const char *label, const char *expected)
@@ -98,9 +64,6 @@ protected:
         return levels;
     }
 
-    WorkingFolder folder;
-    MessageBoxes boxes;
     int pictures = 0;
     QImage picture;
-    std::unique_ptr<mainwindow> window;
 };

@@ -49,5 +49,5 @@ TEST_F(MainWindowWire, a_whole_run_writes_exactly_these_frames_each_in_one_piece
     click("pushButton_Connect"); // says nothing to the detector
     EXPECT_EQ(button("pushButton_Connect")->text(), "Connect");
     EXPECT_EQ(detector.writtenTexts(), expected);
-    EXPECT_TRUE(boxes->isEmpty());
+    EXPECT_TRUE(boxes.isEmpty());
 }

@@ -6,10 +6,6 @@
 #include "tests/ui/mainwindow/virtualwindow.h"
 #include "ui/developwindow.h"
 
-#include <QDoubleSpinBox>
-#include <QRadioButton>
-#include <QSettings>
-
 #include <functional>
 
 /// The real window on the virtual detector, with its engineering dialog within reach.
@@ -19,8 +15,7 @@ protected:
     void openConnected(const QByteArray &detector = {}, const QByteArray &config = {})
     {
         open(detector, "DebugMode=true\n" + config);
-        click("pushButton_Connect");
-        ASSERT_EQ(button("pushButton_Connect")->text(), "Disconnect");
+        connectDetector();
     }
 
     /// Chooses a current range and downloads it.
@@ -47,12 +42,11 @@ protected:
         return {reply.mid(0, 2), reply.mid(2, 4), reply.mid(6, 64), reply.mid(70, 144)};
     }
 
-    /// What config.ini says of a key.
-    [[nodiscard]] QString stored(const QString &key) const
+    using WindowFixture::stored;
+    [[nodiscard]] QVariant stored(int field) const
     {
-        return QSettings(folder.filePath("config.ini"), QSettings::IniFormat).value(key).toString();
+        return stored(QStringLiteral("lineEdit_%1").arg(field));
     }
-    [[nodiscard]] QString stored(int field) const { return stored(QStringLiteral("lineEdit_%1").arg(field)); }
 
     /// Opens the engineering dialog by its button, does something in it and closes it.
     void inDialog(const std::function<void(developwindow &)> &work)
