@@ -2,6 +2,7 @@
 
 #include "tests/support/children.h"
 #include "tests/support/workingfolder.h"
+#include "tests/ui/develop/dialogfields.h"
 #include "ui/developwindow.h"
 
 #include <QComboBox>
@@ -27,10 +28,7 @@ public:
 
     [[nodiscard]] developwindow &window() { return *m_dialog; }
 
-    [[nodiscard]] QLineEdit *field(int number)
-    {
-        return getChild<QLineEdit>(*m_dialog, qPrintable(QStringLiteral("lineEdit_%1").arg(number)));
-    }
+    [[nodiscard]] QLineEdit *field(int number) { return DialogFields::field(*m_dialog, number); }
     [[nodiscard]] QString text(int number) { return field(number)->text(); }
     void setText(int number, const QString &text) { field(number)->setText(text); }
     void setTexts(int first, const QStringList &texts)
@@ -40,10 +38,7 @@ public:
     }
     [[nodiscard]] QStringList texts(int first, int count)
     {
-        QStringList result;
-        for (int number = first; number < first + count; ++number)
-            result << text(number);
-        return result;
+        return DialogFields::shown(*m_dialog, first, count);
     }
 
     [[nodiscard]] QComboBox *list(const char *name) { return getChild<QComboBox>(*m_dialog, name); }

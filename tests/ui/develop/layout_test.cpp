@@ -171,7 +171,7 @@ TEST_F(DevelopLayout, the_tabulator_goes_through_the_fields_in_their_order)
     } while (widget != dialog.field(1));
     QStringList expected;
     for (int number = 1; number <= 66; ++number)
-        expected << QStringLiteral("lineEdit_%1").arg(number);
+        expected << DialogFields::fieldName(number);
     EXPECT_EQ(visited, expected);
 }
 

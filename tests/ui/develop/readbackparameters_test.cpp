@@ -26,11 +26,6 @@ protected:
         replyWith(reply.bytes());
         sentBy("pushButton_parm_readback");
     }
-    QStringList selections()
-    {
-        return {dialog.list("comboBox_ope")->currentText(), dialog.list("comboBox_data")->currentText(),
-                dialog.list("comboBox_mode")->currentText(), dialog.list("comboBox_pcrange")->currentText()};
-    }
 };
 
 } // namespace
@@ -62,7 +57,7 @@ TEST_F(DevelopParameters, the_adc_word_sets_the_four_lists)
     };
     for (const auto &[word, expected] : words) {
         readBack({.adc = word});
-        EXPECT_EQ(selections(), expected) << word.constData();
+        EXPECT_EQ(DialogFields::chosen(dialog.window()), expected) << word.constData();
     }
 }
 
@@ -157,7 +152,7 @@ TEST_F(DevelopParameters, a_short_reply_leaves_everything_as_it_is)
     EXPECT_TRUE(debug.messages().contains(QStringLiteral("接收到的数据长度不足 256 字节，实际长度为:510")));
     EXPECT_EQ(dialog.texts(1, 66), before);
     EXPECT_TRUE(dialog.radio("radioButton_1k")->isChecked());
-    EXPECT_EQ(selections(), QStringList({"A only", "20 bit", "off", "25"}));
+    EXPECT_EQ(DialogFields::chosen(dialog.window()), QStringList({"A only", "20 bit", "off", "25"}));
 }
 
 TEST_F(DevelopParameters, an_empty_reply_is_told_with_its_length)

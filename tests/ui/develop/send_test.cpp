@@ -100,29 +100,25 @@ TEST_F(DevelopSend, the_adc_word_follows_the_four_lists)
 {
     struct Choice
     {
-        int operation, dataFormat, testMode, pcRange;
+        std::array<int, 4> indexes; ///< of the lists, in their order
         const char *frame;
     };
     const Choice choices[] = {
-        {0, 0, 0, 0, "FFAA01010DEB01B6B7"}, {1, 0, 0, 0, "FFAA01010DEB00B6B6"},
-        {2, 0, 0, 0, "FFAA01010DEB03B6B9"}, {3, 0, 0, 0, "FFAA01010DEB07B6BD"},
-        {0, 1, 0, 0, "FFAA01010DEB013637"}, {0, 0, 1, 0, "FFAA01010DEB01F6F7"},
-        {0, 0, 0, 3, "FFAA01010DEB019B9C"}, {0, 0, 0, 6, "FFAA01010DEB018081"},
-        {3, 1, 1, 5, "FFAA01010DEB074950"},
+        {{0, 0, 0, 0}, "FFAA01010DEB01B6B7"}, {{1, 0, 0, 0}, "FFAA01010DEB00B6B6"},
+        {{2, 0, 0, 0}, "FFAA01010DEB03B6B9"}, {{3, 0, 0, 0}, "FFAA01010DEB07B6BD"},
+        {{0, 1, 0, 0}, "FFAA01010DEB013637"}, {{0, 0, 1, 0}, "FFAA01010DEB01F6F7"},
+        {{0, 0, 0, 3}, "FFAA01010DEB019B9C"}, {{0, 0, 0, 6}, "FFAA01010DEB018081"},
+        {{3, 1, 1, 5}, "FFAA01010DEB074950"},
     };
     for (const Choice &choice : choices) {
-        dialog.list("comboBox_ope")->setCurrentIndex(choice.operation);
-        dialog.list("comboBox_data")->setCurrentIndex(choice.dataFormat);
-        dialog.list("comboBox_mode")->setCurrentIndex(choice.testMode);
-        dialog.list("comboBox_pcrange")->setCurrentIndex(choice.pcRange);
+        DialogFields::choose(dialog.window(), choice.indexes);
         EXPECT_EQ(sentBy("pushButton_set_adc"), choice.frame);
     }
 }
 
 TEST_F(DevelopSend, lists_with_nothing_selected_send_the_fallback_word)
 {
-    for (const char *name : {"comboBox_ope", "comboBox_data", "comboBox_mode", "comboBox_pcrange"})
-        dialog.list(name)->setCurrentIndex(-1);
+    DialogFields::choose(dialog.window(), {-1, -1, -1, -1});
     EXPECT_EQ(sentBy("pushButton_set_adc"), "FFAA01010DEB013637");
 }
 

@@ -2,12 +2,9 @@
 
 #include <QTest>
 
-namespace {
+using DialogFields::fieldName;
 
-QString key(int number)
-{
-    return QStringLiteral("lineEdit_%1").arg(number);
-}
+namespace {
 
 class DevelopStore : public testing::Test
 {
@@ -37,11 +34,11 @@ TEST_F(DevelopStore, closing_stores_every_key)
 {
     dialog.open();
     dialog.close();
-    QStringList expected{QStringLiteral("comboBox_ope"), QStringLiteral("comboBox_data"),
-                         QStringLiteral("comboBox_mode"), QStringLiteral("comboBox_pcrange"),
-                         QStringLiteral("mode")};
+    QStringList expected{QStringLiteral("mode")};
+    for (const char *name : DialogFields::lists)
+        expected << QString::fromLatin1(name);
     for (int number = 1; number <= 66; ++number)
-        expected << key(number);
+        expected << fieldName(number);
     QStringList keys = dialog.settings.allKeys();
     keys.sort();
     expected.sort();
@@ -59,8 +56,8 @@ TEST_F(DevelopStore, the_values_are_indexes_a_boolean_and_texts)
     const QSettings file(QStringLiteral("./config.ini"), QSettings::IniFormat);
     EXPECT_EQ(file.value(QStringLiteral("comboBox_ope")).toInt(), 3);
     EXPECT_EQ(file.value(QStringLiteral("mode")), QVariant(QStringLiteral("false")));
-    EXPECT_EQ(file.value(key(16)).toString(), QStringLiteral(" 1.5 "));
-    EXPECT_EQ(file.value(key(17)).toString(), QStringLiteral("158102800"));
+    EXPECT_EQ(file.value(fieldName(16)).toString(), QStringLiteral(" 1.5 "));
+    EXPECT_EQ(file.value(fieldName(17)).toString(), QStringLiteral("158102800"));
 }
 
 TEST_F(DevelopStore, everything_comes_back_at_the_next_opening)
@@ -103,7 +100,7 @@ TEST_F(DevelopStore, it_comes_back_from_the_file_too)
 TEST_F(DevelopStore, a_key_that_is_there_is_taken_the_others_stay_at_their_defaults)
 {
     dialog.settings.setValue(QStringLiteral("comboBox_pcrange"), 3);
-    dialog.settings.setValue(key(32), 400000);
+    dialog.settings.setValue(fieldName(32), 400000);
     dialog.open();
     EXPECT_EQ(dialog.list("comboBox_pcrange")->currentText(), QStringLiteral("13"));
     EXPECT_EQ(dialog.list("comboBox_ope")->currentIndex(), 0);
@@ -114,17 +111,17 @@ TEST_F(DevelopStore, a_key_that_is_there_is_taken_the_others_stay_at_their_defau
 TEST_F(DevelopStore, what_was_stored_is_overwritten_and_other_keys_are_left_alone)
 {
     dialog.settings.setValue(QStringLiteral("SavePath"), QStringLiteral("/data"));
-    dialog.settings.setValue(key(1), QStringLiteral("3.3"));
+    dialog.settings.setValue(fieldName(1), QStringLiteral("3.3"));
     dialog.open();
     dialog.setText(1, QStringLiteral("-1"));
     dialog.close();
-    EXPECT_EQ(dialog.settings.value(key(1)).toString(), QStringLiteral("-1"));
+    EXPECT_EQ(dialog.settings.value(fieldName(1)).toString(), QStringLiteral("-1"));
     EXPECT_EQ(dialog.settings.value(QStringLiteral("SavePath")).toString(), QStringLiteral("/data"));
 }
 
 TEST_F(DevelopStore, a_hand_edit_of_the_file_is_shown_and_not_written_over)
 {
-    dialog.settings.setValue(key(1), QStringLiteral("1"));
+    dialog.settings.setValue(fieldName(1), QStringLiteral("1"));
     dialog.settings.sync();
     dialog.folder.write(QStringLiteral("config.ini"), "[General]\nlineEdit_1=2.5\ncomboBox_ope=2\n");
     dialog.open();

@@ -2,6 +2,8 @@
 
 #include "tests/ui/parameters/parameterwindow.h"
 
+using namespace DialogFields;
+
 namespace {
 
 struct Gear

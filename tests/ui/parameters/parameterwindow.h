@@ -3,6 +3,7 @@
 #include "device/portmanager.h"
 #include "device/protocol/commandframes.h"
 #include "device/protocol/readback.h"
+#include "tests/ui/develop/dialogfields.h"
 #include "tests/ui/mainwindow/virtualwindow.h"
 #include "ui/developwindow.h"
 
@@ -43,10 +44,7 @@ protected:
     }
 
     using WindowFixture::stored;
-    [[nodiscard]] QVariant stored(int field) const
-    {
-        return stored(QStringLiteral("lineEdit_%1").arg(field));
-    }
+    [[nodiscard]] QVariant stored(int field) const { return stored(DialogFields::fieldName(field)); }
 
     /// Opens the engineering dialog by its button, does something in it and closes it.
     void inDialog(const std::function<void(developwindow &)> &work)
@@ -60,43 +58,5 @@ protected:
         click("pushButton_develop");
         boxes.onDialog = {};
         EXPECT_TRUE(opened);
-    }
-
-    static void press(const developwindow &dialog, const char *name)
-    {
-        QTest::mouseClick(getChild<QAbstractButton>(dialog, name), Qt::LeftButton, {}, QPoint(8, 8));
-    }
-    static QLineEdit *field(const developwindow &dialog, int number)
-    {
-        return getChild<QLineEdit>(dialog, qPrintable(QStringLiteral("lineEdit_%1").arg(number)));
-    }
-    /// Types over what is in the fields from `first` on.
-    static void type(const developwindow &dialog, int first, const QStringList &texts)
-    {
-        for (const QString &text : texts) {
-            QLineEdit *edit = field(dialog, first++);
-            edit->selectAll();
-            QTest::keyClicks(edit, text);
-        }
-    }
-    static QStringList shown(const developwindow &dialog, int first, int count)
-    {
-        QStringList texts;
-        for (int number = first; number < first + count; ++number)
-            texts << field(dialog, number)->text();
-        return texts;
-    }
-    static void choose(const developwindow &dialog, const std::array<int, 4> &indexes)
-    {
-        std::size_t i = 0;
-        for (const char *name : {"comboBox_ope", "comboBox_data", "comboBox_mode", "comboBox_pcrange"})
-            getChild<QComboBox>(dialog, name)->setCurrentIndex(indexes[i++]);
-    }
-    static QStringList chosen(const developwindow &dialog)
-    {
-        QStringList texts;
-        for (const char *name : {"comboBox_ope", "comboBox_data", "comboBox_mode", "comboBox_pcrange"})
-            texts << getChild<QComboBox>(dialog, name)->currentText();
-        return texts;
     }
 };

@@ -2,6 +2,8 @@
 
 #include "tests/ui/parameters/parameterwindow.h"
 
+using namespace DialogFields;
+
 namespace {
 
 // Multiples of 0.625 V are whole codes: they are shown as they were sent.
