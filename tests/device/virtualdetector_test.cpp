@@ -6,6 +6,7 @@
 #include "device/protocol/currentrange.h"
 #include "device/protocol/readback.h"
 #include "tests/support/logfile.h"
+#include "tests/support/virtualdetector.h"
 
 #include <gtest/gtest.h>
 
@@ -20,7 +21,7 @@ class VirtualDetector : public testing::Test
 protected:
     VirtualDetector()
     {
-        settings("");
+        settleVirtualDetector(log.folder());
         PortManager::setDriver(D2xxLibrary::load(QStringLiteral("virtual")).driver);
         PortManager::createInstance();
         QObject::connect(&link(), &PortManager::read_ready, &m_context,
@@ -33,11 +34,6 @@ protected:
     ~VirtualDetector() override { PortManager::destroyInstance(); }
 
     static PortManager &link() { return *PortManager::instance(); }
-
-    void settings(const QByteArray &more) const
-    {
-        log.folder().write(QStringLiteral("virtual-detector.ini"), "[General]\nPacing=none\n" + more);
-    }
 
     /// Starts the counter pattern: pixel i of frame k holds 4096 + (i + k * 4099) mod 2^20.
     void startCounter()
@@ -140,7 +136,7 @@ TEST_F(VirtualDetector, closing_in_mid_stream_and_opening_again_begins_afresh)
 
 TEST_F(VirtualDetector, a_torn_block_stalls_the_stream_instead_of_shifting_the_frame)
 {
-    settings("[Faults]\nTornBlockAt=40\n");
+    settleVirtualDetector(log.folder(), "[Faults]\nTornBlockAt=40\n");
     ASSERT_TRUE(link().openDevice(QStringLiteral("QV1K")));
     startCounter();
     ASSERT_TRUE(waitForFrames(1));
@@ -150,7 +146,7 @@ TEST_F(VirtualDetector, a_torn_block_stalls_the_stream_instead_of_shifting_the_f
 
 TEST_F(VirtualDetector, a_doubled_block_shows_up_in_the_counter)
 {
-    settings("[Faults]\nDoubledBlockAt=3\n");
+    settleVirtualDetector(log.folder(), "[Faults]\nDoubledBlockAt=3\n");
     ASSERT_TRUE(link().openDevice(QStringLiteral("QV1K")));
     startCounter();
     ASSERT_TRUE(waitForFrames(1));

@@ -1,10 +1,9 @@
 #include "ftdi/bulkreader.h"
 
 #include "tests/ftdi/fakelibusb.h"
+#include "tests/ftdi/numbered.h"
 
 #include <gmock/gmock.h>
-
-#include <numeric>
 
 using ftdi::BulkReader;
 using ftdi::withoutStatusBytes;
@@ -37,13 +36,6 @@ Bytes packed(std::span<const std::uint8_t> payload)
         transfer.insert(transfer.end(), part.begin(), part.end());
     } while (!payload.empty());
     return transfer;
-}
-
-Bytes numbered(std::size_t count, std::uint8_t first = 0)
-{
-    Bytes bytes(count);
-    std::iota(bytes.begin(), bytes.end(), first);
-    return bytes;
 }
 
 class BulkReading : public testing::Test

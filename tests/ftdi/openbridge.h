@@ -3,22 +3,13 @@
 #include "ftdi/opendevice.h"
 
 #include "tests/ftdi/fakeusb.h"
+#include "tests/ftdi/numbered.h"
 
 #include <gmock/gmock.h>
 
 #include <QTest>
 
-#include <numeric>
-
 inline constexpr int patienceMs = 10'000;
-
-/// Bytes that count upwards.
-inline FakeChip::Bytes numbered(std::size_t count, std::uint8_t first = 0)
-{
-    FakeChip::Bytes bytes(count);
-    std::iota(bytes.begin(), bytes.end(), first);
-    return bytes;
-}
 
 /// An open bridge with a small queue, and the chip that the test drives by hand.
 class OpenBridge : public testing::Test

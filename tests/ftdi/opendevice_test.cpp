@@ -1,6 +1,7 @@
 #include "tests/ftdi/openbridge.h"
 
 #include <future>
+#include <numeric>
 
 using d2xx::Status;
 using ftdi::OpenDevice;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/support/workingfolder.h"
+#include "tests/support/virtualdetector.h"
 
 #include <gtest/gtest.h>
 
@@ -14,10 +14,7 @@ class Acquire : public testing::Test
 {
 protected:
     /// Settings of the virtual detector, unpaced unless said otherwise.
-    void detector(const QByteArray &settings) const
-    {
-        folder.write(QStringLiteral("virtual-detector.ini"), "[General]\nPacing=none\n" + settings);
-    }
+    void detector(const QByteArray &settings) const { settleVirtualDetector(folder, settings); }
 
     void run(const QStringList &arguments)
     {

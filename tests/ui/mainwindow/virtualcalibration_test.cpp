@@ -52,7 +52,7 @@ protected:
     /// Lights the flat scene, and waits until the frames show it.
     void light(double share)
     {
-        settleDetector("Scene=flat\nLight=" + QByteArray::number(share) + "\n");
+        settleVirtualDetector(folder, "Scene=flat\nLight=" + QByteArray::number(share) + "\n");
         const auto isLit = [&] {
             return std::abs(meanOf(pipeline().lastFrame()) - share * fullLight) < 0.05 * fullLight;
         };

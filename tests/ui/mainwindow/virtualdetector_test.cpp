@@ -140,7 +140,7 @@ TEST_F(MainWindowOnVirtualDetector, the_cable_pulled_and_plugged_in_again_while_
     EXPECT_TRUE(button("pushButton_sample")->isEnabled());
     EXPECT_FALSE(MainWindowInspector::statusTimer(*window).isActive());
 
-    settleDetector("Seed=2\n");
+    settleVirtualDetector(folder, "Seed=2\n");
     ASSERT_TRUE(QTest::qWaitFor([this] { return find<QComboBox>("comboBox_port")->count() == 1; }, 20000));
     EXPECT_EQ(find<QComboBox>("comboBox_port")->currentText(), "QV1K");
     start();

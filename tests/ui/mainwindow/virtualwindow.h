@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tests/support/virtualdetector.h"
 #include "tests/ui/mainwindow/windowfixture.h"
 
 #include <set>
@@ -10,19 +11,13 @@ class MainWindowOnVirtualDetector : public WindowFixture
 protected:
     void open(const QByteArray &detector = {}, const QByteArray &config = {})
     {
-        settleDetector(detector);
+        settleVirtualDetector(folder, detector);
         openOn(QV1K_VIRTUAL_LIBRARY, config);
         QObject::connect(&pipeline(), &ProcessImage::sendImagetoMain, window.get(),
                          [this](const QImage &image) {
                              ++pictures;
                              picture = image.copy();
                          });
-    }
-
-    /// Writes the detector's settings; paces are off unless said otherwise.
-    void settleDetector(const QByteArray &lines)
-    {
-        folder.write("virtual-detector.ini", "[General]\nPacing=none\n" + lines);
     }
 
     void start()
