@@ -71,6 +71,7 @@ TEST(BlockAssembler, blocks_arrive_in_the_place_from_which_the_frame_is_handed_o
         const char *nextPlace = next.constData();
         EXPECT_EQ(assembler.takeFrame(std::move(next)).constData(), place);
         place = nextPlace;
+        next = QByteArray();
     }
 }
 
