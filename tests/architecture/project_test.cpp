@@ -56,6 +56,16 @@ TEST_F(Project, NoTargetLinksItselfInTheEnd)
     expectNone(targetCircles(layers()));
 }
 
+TEST_F(Project, IncludesGoByThePathFromTheRoot)
+{
+    expectNone(includesBesideThePath(tree()));
+}
+
+TEST_F(Project, IncludesFollowTheLinkLists)
+{
+    expectNone(includesAgainstLinks(tree(), layers()));
+}
+
 TEST_F(Project, NoFolderUsesItselfInTheEnd)
 {
     expectNone(folderCircles(tree()));
