@@ -24,7 +24,7 @@ struct FakeD2xx::Entry
     {
         const QMutexLocker lock(&fake->m_mutex);
         fake->m_calls << QStringLiteral("CreateDeviceInfoList");
-        *count = quint32(fake->serialNumbers.size());
+        *count = static_cast<quint32>(fake->serialNumbers.size());
         return fake->createListStatus;
     }
 
@@ -34,7 +34,7 @@ struct FakeD2xx::Entry
         fake->m_calls << QStringLiteral("GetDeviceInfoList");
         for (quint32 i = 0; i < *count; ++i) {
             records[i] = {};
-            std::strncpy(records[i].serialNumber, qPrintable(fake->serialNumbers.at(int(i))),
+            std::strncpy(records[i].serialNumber, qPrintable(fake->serialNumbers.at(static_cast<int>(i))),
                          sizeof records[i].serialNumber - 1);
         }
         return fake->getListStatus;
@@ -93,7 +93,7 @@ struct FakeD2xx::Entry
     {
         const QMutexLocker lock(&fake->m_mutex);
         ++fake->m_statusCalls;
-        *rxBytes = quint32(fake->m_queue.size());
+        *rxBytes = static_cast<quint32>(fake->m_queue.size());
         *txBytes = 0;
         *events = 0;
         return fake->m_statusResult;
@@ -103,16 +103,16 @@ struct FakeD2xx::Entry
     {
         const QMutexLocker lock(&fake->m_mutex);
         ++fake->m_reads;
-        const qsizetype count = qMin(qsizetype(length), fake->m_queue.size());
-        std::memcpy(buffer, fake->m_queue.constData(), std::size_t(count));
+        const qsizetype count = qMin(static_cast<qsizetype>(length), fake->m_queue.size());
+        std::memcpy(buffer, fake->m_queue.constData(), static_cast<std::size_t>(count));
         fake->m_queue.remove(0, count);
-        *bytesRead = quint32(count);
+        *bytesRead = static_cast<quint32>(count);
         return fake->m_readResult;
     }
 
     static Status write(Handle, void *buffer, quint32 length, quint32 *bytesWritten)
     {
-        const QByteArray bytes(static_cast<const char *>(buffer), qsizetype(length));
+        const QByteArray bytes(static_cast<const char *>(buffer), static_cast<qsizetype>(length));
         std::function<void(const QByteArray &)> callback;
         {
             const QMutexLocker lock(&fake->m_mutex);

@@ -41,7 +41,7 @@ TEST_F(MainWindowDownloadFaults, a_packet_that_is_refused_ends_the_download_with
         detector.answerParameters(packets[i].code, hex("FFBB02000DEB"));
         detector.link.clearWritten();
         click("pushButton_set");
-        expectFailure(packets[i], int(i));
+        expectFailure(packets[i], static_cast<int>(i));
         detector.answerParameters(packets[i].code, hex("FFBB01000DEB"));
     }
     EXPECT_TRUE(button("pushButton_set")->isEnabled());
@@ -60,7 +60,7 @@ TEST_F(MainWindowDownloadFaults, a_packet_without_an_answer_fails_after_two_seco
         click("pushButton_set");
         EXPECT_GE(clock.elapsed(), 2000);
         EXPECT_LT(clock.elapsed(), 4000);
-        expectFailure(packets[i], int(i));
+        expectFailure(packets[i], static_cast<int>(i));
         detector.answerParameters(packets[i].code, hex("FFBB01000DEB"));
     }
 }

@@ -60,7 +60,7 @@ TEST_F(MainWindowLayout, the_views_keep_their_ratios)
     window->resize(1280, 820);
     const auto ratio = [](const QWidget *view) {
         const auto *content = view->findChild<QWidget *>();
-        return double(content->width()) / content->height();
+        return static_cast<double>(content->width()) / content->height();
     };
     EXPECT_NEAR(ratio(find<KeepRatioWidget>("frame")), 1.0, 0.01);
     EXPECT_NEAR(ratio(find<KeepRatioWidget>("frame_orvane")), 847.0 / 209.0, 0.1);

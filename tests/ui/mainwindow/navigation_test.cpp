@@ -31,7 +31,7 @@ TEST_F(MainWindowNavigation, the_list_switches_pages_and_marks_the_chosen_one_by
     }};
     open();
     auto *list = find<QListWidget>("listWidget");
-    ASSERT_EQ(list->count(), int(rows.size()));
+    ASSERT_EQ(list->count(), static_cast<int>(rows.size()));
     EXPECT_EQ(list->focusPolicy(), Qt::NoFocus);
     EXPECT_EQ(list->currentRow(), 0);
     EXPECT_TRUE(itemHasIcon(0, "control_2.png"));
@@ -40,9 +40,9 @@ TEST_F(MainWindowNavigation, the_list_switches_pages_and_marks_the_chosen_one_by
         QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
                           list->visualItemRect(list->item(chosen)).center());
         EXPECT_EQ(find<QStackedWidget>("stackedWidget")->currentWidget()->objectName(),
-                  rows[std::size_t(chosen)].page);
+                  rows[static_cast<std::size_t>(chosen)].page);
         for (int row = 0; row < list->count(); ++row) {
-            const Row &expected = rows[std::size_t(row)];
+            const Row &expected = rows[static_cast<std::size_t>(row)];
             EXPECT_EQ(list->item(row)->text(), expected.text);
             EXPECT_EQ(list->item(row)->font().weight(), QFont::Bold);
             EXPECT_TRUE(itemHasIcon(row, row == chosen ? expected.selectedIcon : expected.idleIcon))

@@ -9,8 +9,9 @@ protected:
     void clickPicture(double across, double down)
     {
         auto *picture = find<QWidget>("frame")->findChild<QLabel *>();
-        QTest::mouseClick(picture, Qt::LeftButton, {},
-                          QPoint(int(across * picture->width()), int(down * picture->height())));
+        QTest::mouseClick(
+            picture, Qt::LeftButton, {},
+            QPoint(static_cast<int>(across * picture->width()), static_cast<int>(down * picture->height())));
     }
 };
 

@@ -97,7 +97,7 @@ TEST_F(MainWindowSampling, five_starts_and_stops_in_one_run_each_show_their_own_
         click("pushButton_sample");
         ASSERT_TRUE(looksRunning()) << cycle;
         EXPECT_EQ(text("label_fps"), "FPS: N/A") << cycle;
-        showFrames(2, 4096 + 1000 * quint32(cycle));
+        showFrames(2, 4096 + 1000 * static_cast<quint32>(cycle));
         EXPECT_NE(text("label_fps"), "FPS: N/A") << cycle;
         EXPECT_NE(text("label_current"), "Current: 0.0nA") << cycle;
         stop();

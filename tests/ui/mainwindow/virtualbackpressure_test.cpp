@@ -88,7 +88,7 @@ std::vector<uchar> levelsByCount()
     std::vector<uchar> levels(simulator::fullScale);
     for (int count = 0; count < simulator::fullScale; ++count) {
         const double current = PixelMath::current(simulator::sampleOffset + count, 25, 166);
-        levels[size_t(count)] = uchar(std::min(current, 150.0) / 150 * 255);
+        levels[static_cast<std::size_t>(count)] = static_cast<uchar>(std::min(current, 150.0) / 150 * 255);
     }
     return levels;
 }
@@ -135,7 +135,7 @@ TEST_F(BackPressureOnVirtualDetector, a_thousand_frames_onto_a_slow_writer_are_a
     for (int n = 1; n <= frames; ++n) {
         const QString file = folder.filePath(QStringLiteral("Logs/run/run_pic%1.png").arg(n));
         const cv::Mat stored = cv::imread(file.toStdString(), cv::IMREAD_UNCHANGED);
-        ASSERT_TRUE(isCounterFrame(stored, levels, quint64(n) - 1)) << n;
+        ASSERT_TRUE(isCounterFrame(stored, levels, static_cast<quint64>(n) - 1)) << n;
     }
     EXPECT_FALSE(QFile::exists(folder.filePath("Logs/run/run_pic1001.png")));
 }

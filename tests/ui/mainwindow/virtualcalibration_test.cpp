@@ -26,7 +26,7 @@ protected:
     {
         std::vector<double> levels(image.constBits(), image.constBits() + image.sizeInBytes());
         std::vector<double> columns(1024);
-        for (size_t i = 0; i < levels.size(); ++i)
+        for (std::size_t i = 0; i < levels.size(); ++i)
             columns[i % 1024] += levels[i] / 1024;
         // Without the few pixels that are dead or hot: calibration cannot help them.
         constexpr auto faulty = 50;
@@ -37,7 +37,7 @@ protected:
 
     static double meanOf(std::span<const double> values)
     {
-        return std::accumulate(values.begin(), values.end(), 0.0) / double(values.size());
+        return std::accumulate(values.begin(), values.end(), 0.0) / static_cast<double>(values.size());
     }
 
     static double deviationOf(std::span<const double> values)
@@ -46,7 +46,7 @@ protected:
         double squares = 0;
         for (const double value : values)
             squares += (value - mean) * (value - mean);
-        return std::sqrt(squares / double(values.size()));
+        return std::sqrt(squares / static_cast<double>(values.size()));
     }
 
     /// Lights the flat scene, and waits until the frames show it.

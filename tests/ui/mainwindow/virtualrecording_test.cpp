@@ -86,7 +86,7 @@ protected:
         cv::VideoCapture video(path(name, "output_video.mp4").toStdString());
         ASSERT_TRUE(video.isOpened());
         EXPECT_DOUBLE_EQ(video.get(cv::CAP_PROP_FPS), 0.5);
-        EXPECT_EQ(int(video.get(cv::CAP_PROP_FRAME_COUNT)), recorded.size());
+        EXPECT_EQ(static_cast<int>(video.get(cv::CAP_PROP_FRAME_COUNT)), recorded.size());
         cv::Mat frame;
         for (const Frame &expected : recorded) {
             ASSERT_TRUE(video.read(frame));
@@ -130,7 +130,7 @@ QByteArray framesOfAllKinds()
 {
     QByteArray first = Frames::edges();
     const quint32 samples[] = {4096, 4097, Frames::sampleOf(12.3456), 4096 + 1048576, 0x7FFFFFFF};
-    for (size_t i = 0; i < std::size(samples); ++i)
+    for (std::size_t i = 0; i < std::size(samples); ++i)
         qToBigEndian(samples[i], first.data() + 4 * i);
     return first + Frames::useful(1) + Frames::flat(Frames::sampleOf(50));
 }
