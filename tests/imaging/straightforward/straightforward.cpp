@@ -20,7 +20,8 @@ void writeLines(const QString &path, const std::vector<Number> &values)
     QTextStream stream(&file);
     for (int row = 0; row < side; ++row) {
         for (int column = 0; column < side; ++column) {
-            stream << values[static_cast<std::size_t>(row * side + column)];
+            const int index = row * side + column;
+            stream << values[static_cast<std::size_t>(index)];
             if (column != side - 1)
                 stream << ",";
         }
