@@ -73,17 +73,17 @@ TEST(CommandFrames, the_sign_of_a_negative_value_is_dropped_and_its_magnitude_se
 
 TEST(CommandFrames, the_checksum_is_the_plain_sum_of_the_payload_bytes)
 {
-    EXPECT_EQ(CommandFrame::checksum({}), char(0));
-    EXPECT_EQ(CommandFrame::checksum(QByteArray::fromHex("01B6")), char(0xB7));
-    EXPECT_EQ(CommandFrame::checksum(QByteArray(2, char(0xFF))), char(0xFE));
-    EXPECT_EQ(CommandFrame::checksum(QByteArray(256, char(0x01))), char(0));
+    EXPECT_EQ(CommandFrame::checksum({}), static_cast<char>(0));
+    EXPECT_EQ(CommandFrame::checksum(QByteArray::fromHex("01B6")), static_cast<char>(0xB7));
+    EXPECT_EQ(CommandFrame::checksum(QByteArray(2, static_cast<char>(0xFF))), static_cast<char>(0xFE));
+    EXPECT_EQ(CommandFrame::checksum(QByteArray(256, static_cast<char>(0x01))), static_cast<char>(0));
 }
 
 TEST(CommandFrames, a_parameter_frame_keeps_the_end_mark_in_its_head)
 {
-    EXPECT_EQ(hex(CommandFrame::parameters(char(0x10), QByteArray::fromHex("0102"))),
+    EXPECT_EQ(hex(CommandFrame::parameters(static_cast<char>(0x10), QByteArray::fromHex("0102"))),
               "FF AA 01 10 0D EB 01 02 03");
-    EXPECT_EQ(hex(CommandFrame::parameters(char(0xEE), {})), "FF AA 01 EE 0D EB 00");
+    EXPECT_EQ(hex(CommandFrame::parameters(static_cast<char>(0xEE), {})), "FF AA 01 EE 0D EB 00");
 }
 
 TEST(Acknowledgements, an_echo_must_stand_at_the_start_of_the_reply)
