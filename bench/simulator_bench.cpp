@@ -1,7 +1,7 @@
 #include "d2xx/arguments.h"
-#include "device/blockassembler.h"
 #include "device/d2xxlibrary.h"
 #include "device/protocol/commandframes.h"
+#include "device/protocol/frameformat.h"
 
 #include <benchmark/benchmark.h>
 
@@ -51,8 +51,9 @@ public:
     [[nodiscard]] bool readFrame()
     {
         uchar *block = m_frame.data();
-        for (int number = 0; number < blocksPerFrame; ++number, block += blockSize) {
-            if (!exchange(CommandFrame::blockRequest(number), block, blockSize))
+        for (int number = 0; number < FrameFormat::blocksPerFrame;
+             ++number, block += FrameFormat::blockBytes) {
+            if (!exchange(CommandFrame::blockRequest(number), block, FrameFormat::blockBytes))
                 return false;
         }
         return true;
@@ -75,7 +76,7 @@ private:
     QString m_before;
     std::shared_ptr<D2xx> m_driver = D2xxLibrary::load(QStringLiteral("virtual")).driver;
     d2xx::Handle m_handle = nullptr;
-    std::vector<uchar> m_frame = std::vector<uchar>(frameSize);
+    std::vector<uchar> m_frame = std::vector<uchar>(FrameFormat::frameBytes);
 };
 
 /// One frame a round.
@@ -92,7 +93,7 @@ void simulator(benchmark::State &state, const char *scene, int pattern)
             break;
         }
     }
-    state.SetBytesProcessed(state.iterations() * frameSize);
+    state.SetBytesProcessed(state.iterations() * FrameFormat::frameBytes);
 }
 
 BENCHMARK_CAPTURE(simulator, dark, "dark", 0)->Unit(benchmark::kMillisecond);

@@ -1,5 +1,6 @@
 #include "bench/benchstream.h"
 #include "device/blockassembler.h"
+#include "device/protocol/frameformat.h"
 
 #include <benchmark/benchmark.h>
 
@@ -27,9 +28,10 @@ void unpaced(benchmark::State &state)
     for (auto _ : state)
         stream.showFrames(framesPerRound);
     const double seconds = static_cast<double>(timer.nsecsElapsed()) * 1e-9;
-    state.counters["bytes_per_second"] = benchmark::Counter(
-        static_cast<double>(state.iterations()) * framesPerRound * static_cast<double>(frameSize) / seconds,
-        benchmark::Counter::kDefaults, benchmark::Counter::kIs1000);
+    state.counters["bytes_per_second"] =
+        benchmark::Counter(static_cast<double>(state.iterations()) * framesPerRound *
+                               static_cast<double>(FrameFormat::frameBytes) / seconds,
+                           benchmark::Counter::kDefaults, benchmark::Counter::kIs1000);
 }
 
 /// How long the window would not have answered while everything is recorded at the detector's own pace, the

@@ -1,5 +1,7 @@
 #include "device/blockassembler.h"
 
+#include "device/protocol/frameformat.h"
+
 #include <utility>
 
 char *BlockAssembler::reserve(qsizetype length)
@@ -20,5 +22,6 @@ void BlockAssembler::restart()
     m_kept = 0;
     m_counter = 1;
     m_bytes.truncate(0);
-    m_bytes.reserve(frameSize + blockSize); // once: blocks are appended without moving what is there
+    // Once: blocks are appended without moving what is there.
+    m_bytes.reserve(FrameFormat::frameBytes + FrameFormat::blockBytes);
 }

@@ -1,10 +1,8 @@
 #pragma once
 
-#include <QByteArray>
+#include "device/protocol/frameformat.h"
 
-inline constexpr qsizetype blockSize = 131072; ///< bytes between two acknowledgements
-inline constexpr int blocksPerFrame = 32;
-inline constexpr qsizetype frameSize = blockSize * blocksPerFrame; ///< bytes of one image frame
+#include <QByteArray>
 
 /// Collects the bytes of one image frame and counts its blocks. Not thread-safe: the receive loop's own.
 class BlockAssembler
@@ -20,10 +18,10 @@ public:
     void drop() { m_bytes.truncate(m_kept); }
 
     /// At least `counter` whole blocks have arrived.
-    [[nodiscard]] bool boundaryReached() const { return m_kept >= m_counter * blockSize; }
+    [[nodiscard]] bool boundaryReached() const { return m_kept >= m_counter * FrameFormat::blockBytes; }
 
     /// The counter stands at the frame's last block.
-    [[nodiscard]] bool frameComplete() const { return m_counter == blocksPerFrame; }
+    [[nodiscard]] bool frameComplete() const { return m_counter == FrameFormat::blocksPerFrame; }
 
     /// Hands out all bytes and goes on with counter 0 and the empty buffer `next` as accumulator.
     [[nodiscard]] QByteArray takeFrame(QByteArray next = {});

@@ -1,6 +1,7 @@
 #include "device/framebuffers.h"
 
 #include "device/blockassembler.h"
+#include "device/protocol/frameformat.h"
 
 #include <utility>
 
@@ -16,7 +17,7 @@ QByteArray FrameBuffers::take(qint64 framesDone)
         // Somebody keeps the frame: it is theirs now.
     }
     QByteArray fresh;
-    fresh.reserve(frameSize + blockSize);
+    fresh.reserve(FrameFormat::frameBytes + FrameFormat::blockBytes);
     return fresh;
 }
 

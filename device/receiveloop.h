@@ -3,6 +3,7 @@
 #include "device/blockassembler.h"
 #include "device/d2xx.h"
 #include "device/framebuffers.h"
+#include "device/protocol/frameformat.h"
 
 #include <array>
 
@@ -33,6 +34,7 @@ private:
     d2xx::Handle m_handle = nullptr; ///< of the current pass
     BlockAssembler m_assembler;
     FrameBuffers m_buffers;
-    std::array<QByteArray, blocksPerFrame> m_blockRequests; ///< by counter; made once, not per block
+    /// By counter; made once, not per block.
+    std::array<QByteArray, FrameFormat::blocksPerFrame> m_blockRequests;
     bool m_heldBack = false; ///< a block request is due as soon as enough frames are through
 };

@@ -1,5 +1,6 @@
 #include "imaging/csvwriter.h"
 
+#include "device/protocol/frameformat.h"
 #include "imaging/csvnumber.h"
 #include "imaging/outputfile.h"
 #include "imaging/pixelkernel.h"
@@ -12,10 +13,10 @@
 
 namespace {
 
-constexpr std::size_t lineValues = PixelKernel::imageSide;
+constexpr std::size_t lineValues = FrameFormat::side;
 constexpr std::size_t lineRoom = lineValues * CsvNumber::maxChars;
 constexpr std::size_t stripeCount = 16;
-constexpr std::size_t maxLines = PixelKernel::imageSide;
+constexpr std::size_t maxLines = FrameFormat::side;
 
 template <typename Number>
 char *appendLine(char *out, std::span<const Number> values)

@@ -1,5 +1,6 @@
 #include "imaging/pixelkernel.h"
 
+#include "device/protocol/frameformat.h"
 #include "imaging/pixelmath.h"
 
 #include <QtEndian>
@@ -17,27 +18,28 @@ namespace PixelKernel {
 namespace {
 
 constexpr int blockPixels = 256;
-static_assert(imageSide % blockPixels == 0);
+static_assert(FrameFormat::side % blockPixels == 0);
 
 /// The value of the digits that are there: 0 to 4 bytes.
 qint32 cutSample(std::span<const uchar> bytes, qsizetype offset)
 {
     quint32 sample = 0;
-    for (qsizetype i = offset; i < qMin(offset + bytesPerPixel, static_cast<qsizetype>(bytes.size())); ++i)
+    for (qsizetype i = offset;
+         i < qMin(offset + FrameFormat::bytesPerPixel, static_cast<qsizetype>(bytes.size())); ++i)
         sample = sample << 8 | bytes[static_cast<std::size_t>(i)];
     return static_cast<qint32>(sample);
 }
 
 Q_ALWAYS_INLINE void loadSamples(std::span<const uchar> bytes, int firstPixel, qint32 *samples)
 {
-    const auto offset = static_cast<qsizetype>(firstPixel) * bytesPerPixel;
-    if (offset + blockPixels * bytesPerPixel <= static_cast<qsizetype>(bytes.size())) {
-        std::memcpy(samples, bytes.data() + offset, blockPixels * bytesPerPixel);
+    const auto offset = static_cast<qsizetype>(firstPixel) * FrameFormat::bytesPerPixel;
+    if (offset + blockPixels * FrameFormat::bytesPerPixel <= static_cast<qsizetype>(bytes.size())) {
+        std::memcpy(samples, bytes.data() + offset, blockPixels * FrameFormat::bytesPerPixel);
         for (int i = 0; i < blockPixels; ++i)
             samples[i] = qFromBigEndian(samples[i]);
     } else {
         for (int i = 0; i < blockPixels; ++i)
-            samples[i] = cutSample(bytes, offset + i * bytesPerPixel);
+            samples[i] = cutSample(bytes, offset + i * FrameFormat::bytesPerPixel);
     }
 }
 
@@ -102,7 +104,7 @@ Q_ALWAYS_INLINE void processBlock(const Frame &frame, const Mapping &mapping, in
 Q_ALWAYS_INLINE void processRows(const Frame &frame, const Mapping &mapping, int firstRow, int endRow)
 {
     const Mapping constants = mapping; // a copy that no store to the pixels can change
-    for (int pixel = firstRow * imageSide; pixel < endRow * imageSide; pixel += blockPixels)
+    for (int pixel = firstRow * FrameFormat::side; pixel < endRow * FrameFormat::side; pixel += blockPixels)
         processBlock(frame, constants, pixel);
 }
 
@@ -157,7 +159,7 @@ std::span<const Variant> variants()
 void process(const Frame &frame, const Mapping &mapping)
 {
     const RowsFunction rows = variants().back().rows;
-    cv::parallel_for_(cv::Range(0, imageSide),
+    cv::parallel_for_(cv::Range(0, FrameFormat::side),
                       [&](const cv::Range &range) { rows(frame, mapping, range.start, range.end); });
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "device/protocol/frameformat.h"
+
 #include <QtGlobal>
 
 #include <span>
@@ -8,10 +10,6 @@
 /// text. Results are those of the formulas below in double precision, to the last bit, whatever the
 /// processor. Free functions, any thread.
 namespace PixelKernel {
-
-inline constexpr int imageSide = 1024;
-inline constexpr int pixelsPerFrame = imageSide * imageSide;
-inline constexpr int bytesPerPixel = 4;
 
 /// What turns a sample into a current and a current into a grey level.
 struct Mapping
@@ -26,12 +24,12 @@ struct Mapping
 /// A reference that is being captured: a running sum over frames, divided once at the last of them.
 struct Capture
 {
-    double *reference = nullptr; ///< pixelsPerFrame elements; null when none is being captured
+    double *reference = nullptr; ///< FrameFormat::pixels elements; null when none is being captured
     bool firstFrame = true;      ///< replaces what stands there
     int divisor = 0;             ///< number of frames when this is the last, otherwise 0
 };
 
-/// One frame's input and output. Every pointer leads to pixelsPerFrame elements.
+/// One frame's input and output. Every pointer leads to FrameFormat::pixels elements.
 struct Frame
 {
     std::span<const uchar> bytes; ///< 4 a pixel, most significant first; of any length

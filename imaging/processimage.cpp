@@ -1,11 +1,10 @@
 #include "imaging/processimage.h"
 
 #include "device/portmanager.h"
+#include "device/protocol/frameformat.h"
 
 #include <QDateTime>
 #include <QDir>
-
-using PixelKernel::imageSide;
 
 namespace {
 
@@ -43,7 +42,7 @@ void ProcessImage::onReadReady(QByteArray m_data)
 
 QImage ProcessImage::processImage(QByteArray &m_data)
 {
-    QImage image(imageSide, imageSide, QImage::Format_Grayscale8);
+    QImage image(FrameFormat::side, FrameFormat::side, QImage::Format_Grayscale8);
     if (fullOnFlag || fullOffFlag) {
         caliFrameIndex += 1;
         Q_EMIT caliMessage(caliFrameIndex);

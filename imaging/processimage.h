@@ -3,6 +3,8 @@
 #include "imaging/pixelkernel.h"
 #include "imaging/recorder.h"
 
+#include "device/protocol/frameformat.h"
+
 #include <QByteArray>
 #include <QImage>
 #include <QObject>
@@ -101,7 +103,7 @@ private:
     std::vector<double> frameData;
     std::vector<int> grayData;
     std::vector<double> lastFrameData;
-    int pixelCount = 1024 * 1024;
+    int pixelCount = FrameFormat::pixels;
     int caliFrameCount = 1;
     int rangeMax = PixelKernel::Mapping().rangeMax;
     int gainNumerator = PixelKernel::Mapping().gainNumerator;

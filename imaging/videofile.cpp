@@ -1,5 +1,6 @@
 #include "imaging/videofile.h"
 
+#include "device/protocol/frameformat.h"
 #include "imaging/failurelog.h"
 #include "imaging/pictures.h"
 #include "imaging/pixelkernel.h"
@@ -43,9 +44,10 @@ QString writingProblem(const QString &path)
 } // namespace
 
 VideoFile::VideoFile(const QString &path)
-    : m_path(path), m_writer(std::make_unique<cv::VideoWriter>(
-                        path.toStdString(), videoLibrary(), cv::VideoWriter::fourcc('m', 'p', '4', 'v'),
-                        framesPerSecond, cv::Size(PixelKernel::imageSide, PixelKernel::imageSide), true))
+    : m_path(path),
+      m_writer(std::make_unique<cv::VideoWriter>(path.toStdString(), videoLibrary(),
+                                                 cv::VideoWriter::fourcc('m', 'p', '4', 'v'), framesPerSecond,
+                                                 cv::Size(FrameFormat::side, FrameFormat::side), true))
 {
 }
 

@@ -1,5 +1,6 @@
 #include "tools/recordingcheck.h"
 
+#include "device/protocol/frameformat.h"
 #include "imaging/videofile.h"
 
 #include <QDir>
@@ -9,7 +10,7 @@
 
 namespace {
 
-constexpr int side = 1024;
+using FrameFormat::side;
 
 /// Counts lines and values without storing them; every value must read as a number.
 QString checkCsv(const QString &path)

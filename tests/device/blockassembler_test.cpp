@@ -1,4 +1,5 @@
 #include "device/blockassembler.h"
+#include "device/protocol/frameformat.h"
 
 #include <gtest/gtest.h>
 
@@ -18,7 +19,7 @@ void append(BlockAssembler &assembler, qsizetype length, char value)
 TEST(BlockAssembler, a_boundary_is_reached_with_the_last_byte_of_a_block)
 {
     BlockAssembler assembler;
-    append(assembler, blockSize - 1, 'a');
+    append(assembler, FrameFormat::blockBytes - 1, 'a');
     EXPECT_FALSE(assembler.boundaryReached());
     append(assembler, 1, 'b');
     EXPECT_TRUE(assembler.boundaryReached());
@@ -40,18 +41,18 @@ TEST(BlockAssembler, what_was_read_in_vain_is_dropped_and_what_was_read_short_is
 TEST(BlockAssembler, a_taken_frame_holds_everything_and_the_next_begins_empty_with_counter_0)
 {
     BlockAssembler assembler;
-    for (int block = 1; block <= blocksPerFrame; ++block) {
-        append(assembler, blockSize, static_cast<char>(block));
+    for (int block = 1; block <= FrameFormat::blocksPerFrame; ++block) {
+        append(assembler, FrameFormat::blockBytes, static_cast<char>(block));
         ASSERT_TRUE(assembler.boundaryReached());
-        ASSERT_EQ(assembler.frameComplete(), block == blocksPerFrame);
-        if (block < blocksPerFrame) {
+        ASSERT_EQ(assembler.frameComplete(), block == FrameFormat::blocksPerFrame);
+        if (block < FrameFormat::blocksPerFrame) {
             ASSERT_EQ(assembler.nextRequest(), block);
         }
     }
     const QByteArray frame = assembler.takeFrame();
-    ASSERT_EQ(frame.size(), frameSize);
-    for (int block = 1; block <= blocksPerFrame; ++block)
-        EXPECT_EQ(frame.at((block - 1) * blockSize), static_cast<char>(block));
+    ASSERT_EQ(frame.size(), FrameFormat::frameBytes);
+    for (int block = 1; block <= FrameFormat::blocksPerFrame; ++block)
+        EXPECT_EQ(frame.at((block - 1) * FrameFormat::blockBytes), static_cast<char>(block));
     EXPECT_EQ(assembler.nextRequest(), 0);
     EXPECT_FALSE(assembler.boundaryReached());
 }
@@ -61,12 +62,12 @@ TEST(BlockAssembler, blocks_arrive_in_the_place_from_which_the_frame_is_handed_o
     BlockAssembler assembler;
     assembler.restart();
     QByteArray next;
-    next.reserve(frameSize + blockSize);
+    next.reserve(FrameFormat::frameBytes + FrameFormat::blockBytes);
     const char *place = assembler.reserve(0);
     for (int frame = 1; frame <= 2; ++frame) {
-        for (int block = 0; block < blocksPerFrame; ++block) {
-            EXPECT_EQ(assembler.reserve(blockSize), place + block * blockSize);
-            assembler.keep(blockSize);
+        for (int block = 0; block < FrameFormat::blocksPerFrame; ++block) {
+            EXPECT_EQ(assembler.reserve(FrameFormat::blockBytes), place + block * FrameFormat::blockBytes);
+            assembler.keep(FrameFormat::blockBytes);
         }
         const char *nextPlace = next.constData();
         EXPECT_EQ(assembler.takeFrame(std::move(next)).constData(), place);
@@ -78,12 +79,12 @@ TEST(BlockAssembler, blocks_arrive_in_the_place_from_which_the_frame_is_handed_o
 TEST(BlockAssembler, a_restart_forgets_the_partial_frame)
 {
     BlockAssembler assembler;
-    append(assembler, blockSize + 7, 'a');
+    append(assembler, FrameFormat::blockBytes + 7, 'a');
     EXPECT_EQ(assembler.nextRequest(), 1);
     assembler.restart();
     EXPECT_FALSE(assembler.boundaryReached());
-    append(assembler, blockSize, 'b');
+    append(assembler, FrameFormat::blockBytes, 'b');
     EXPECT_TRUE(assembler.boundaryReached());
     EXPECT_EQ(assembler.nextRequest(), 1);
-    EXPECT_EQ(assembler.takeFrame(), QByteArray(blockSize, 'b'));
+    EXPECT_EQ(assembler.takeFrame(), QByteArray(FrameFormat::blockBytes, 'b'));
 }

@@ -1,5 +1,6 @@
 #include "device/blockassembler.h"
 #include "device/framebuffers.h"
+#include "device/protocol/frameformat.h"
 
 #include <gtest/gtest.h>
 
@@ -9,8 +10,8 @@ TEST(FrameBuffers, a_frame_that_is_through_and_let_go_of_becomes_the_next_buffer
 {
     FrameBuffers buffers;
     QByteArray frame = buffers.take(0);
-    EXPECT_GE(frame.capacity(), frameSize);
-    frame.resize(frameSize);
+    EXPECT_GE(frame.capacity(), FrameFormat::frameBytes);
+    frame.resize(FrameFormat::frameBytes);
     const char *place = frame.constData();
     buffers.lend(frame);
     frame.clear();
@@ -20,7 +21,7 @@ TEST(FrameBuffers, a_frame_that_is_through_and_let_go_of_becomes_the_next_buffer
     const QByteArray again = buffers.take(1);
     EXPECT_EQ(again.constData(), place);
     EXPECT_EQ(again.size(), 0);
-    EXPECT_GE(again.capacity(), frameSize);
+    EXPECT_GE(again.capacity(), FrameFormat::frameBytes);
 }
 
 TEST(FrameBuffers, a_frame_that_somebody_keeps_is_left_to_them)
@@ -42,7 +43,7 @@ TEST(FrameBuffers, at_most_as_many_buffers_exist_as_frames_wait)
     QSet<const char *> places;
     for (int frame = 0; frame < 100; ++frame) {
         QByteArray buffer = buffers.take(qMax(0, frame - 2)); // two frames wait
-        buffer.resize(frameSize);
+        buffer.resize(FrameFormat::frameBytes);
         places.insert(buffer.constData());
         buffers.lend(buffer);
     }

@@ -1,5 +1,6 @@
 #include "device/blockassembler.h"
 #include "device/protocol/commandframes.h"
+#include "device/protocol/frameformat.h"
 #include "tests/support/linkfixture.h"
 
 #include <QTest>
@@ -18,7 +19,7 @@ protected:
         link().openDevice(QStringLiteral("QV1K"));
         fake.setOnWrite([this](const QByteArray &command) {
             if (command.startsWith(QByteArray("\xFF\xAA\x00", 3)))
-                fake.push(QByteArray(blockSize, 'x'));
+                fake.push(QByteArray(FrameFormat::blockBytes, 'x'));
         });
         QObject::connect(&link(), &PortManager::read_ready, &m_context, [this] {
             ++received;
@@ -56,7 +57,7 @@ private:
     QObject m_context;
 };
 
-constexpr int requestsFor64Frames = 64 * blocksPerFrame;
+constexpr int requestsFor64Frames = 64 * FrameFormat::blocksPerFrame;
 
 } // namespace
 
@@ -112,6 +113,6 @@ TEST_F(HeldBack, a_new_start_while_held_back_begins_afresh)
     fake.clearWritten();
     link().startReceive();
     link().write(CommandFrame::blockRequest(0));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return fake.written().size() > blocksPerFrame; }, 10000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return fake.written().size() > FrameFormat::blocksPerFrame; }, 10000));
     EXPECT_EQ(fake.written().at(1), CommandFrame::blockRequest(1));
 }

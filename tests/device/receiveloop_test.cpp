@@ -1,5 +1,6 @@
 #include "device/blockassembler.h"
 #include "device/protocol/commandframes.h"
+#include "device/protocol/frameformat.h"
 #include "tests/support/linkfixture.h"
 
 #include <QSignalSpy>
@@ -47,7 +48,10 @@ protected:
         ASSERT_TRUE(QTest::qWaitFor([&] { return fake.statusCalls() > seen + 2; }, 10000));
     }
 
-    static QByteArray block(int value) { return QByteArray(blockSize, static_cast<char>(value)); }
+    static QByteArray block(int value)
+    {
+        return QByteArray(FrameFormat::blockBytes, static_cast<char>(value));
+    }
 
     static QByteArray requests(int first, int last)
     {
@@ -78,8 +82,8 @@ TEST_F(ReceiveLoop, each_block_is_acknowledged_and_the_32nd_completes_the_frame_
     ASSERT_TRUE(QTest::qWaitFor([&] { return frames.size() == 1; }));
     EXPECT_EQ(fake.writtenHex(), requests(1, 31) + "FFAA00000DEB");
     ASSERT_EQ(frames[0].size(), 4194304);
-    for (int i = 0; i < blocksPerFrame; ++i)
-        EXPECT_EQ(frames[0].mid(i * blockSize, blockSize), block(i));
+    for (int i = 0; i < FrameFormat::blocksPerFrame; ++i)
+        EXPECT_EQ(frames[0].mid(i * FrameFormat::blockBytes, FrameFormat::blockBytes), block(i));
 }
 
 TEST_F(ReceiveLoop, the_second_frame_counts_from_1_again_and_begins_empty)
@@ -95,9 +99,9 @@ TEST_F(ReceiveLoop, the_second_frame_counts_from_1_again_and_begins_empty)
 TEST_F(ReceiveLoop, a_read_across_two_boundaries_answers_one_and_the_next_with_the_next_data)
 {
     start();
-    arrive(QByteArray(blockSize - 10, 'a'));
+    arrive(QByteArray(FrameFormat::blockBytes - 10, 'a'));
     EXPECT_EQ(fake.writtenHex(), "");
-    arrive(QByteArray(blockSize + 20, 'b'));
+    arrive(QByteArray(FrameFormat::blockBytes + 20, 'b'));
     EXPECT_EQ(fake.writtenHex(), requests(1, 1));
     pass();
     EXPECT_EQ(fake.writtenHex(), requests(1, 1));
@@ -127,7 +131,7 @@ TEST_F(ReceiveLoop, a_stop_request_in_the_middle_of_a_block_reads_on_to_the_boun
     pass();
     EXPECT_EQ(fake.writtenHex(), requests(1, 3));
     EXPECT_EQ(stops, 0);
-    arrive(QByteArray(blockSize - 100, 'x'));
+    arrive(QByteArray(FrameFormat::blockBytes - 100, 'x'));
     ASSERT_TRUE(QTest::qWaitFor([&] { return stops == 1; }));
     EXPECT_EQ(fake.writtenHex(), requests(1, 3) + halt);
 
@@ -152,7 +156,7 @@ TEST_F(ReceiveLoop, a_stop_request_at_the_32nd_block_hands_the_frame_on_first)
     arrive(block(31));
     ASSERT_TRUE(QTest::qWaitFor([&] { return stops == 1; }));
     EXPECT_EQ(order, QStringList({QStringLiteral("frame"), QStringLiteral("stop")}));
-    EXPECT_EQ(frames[0].size(), frameSize);
+    EXPECT_EQ(frames[0].size(), FrameFormat::frameBytes);
     EXPECT_EQ(fake.writtenHex(), requests(1, 31) + halt);
 }
 
@@ -204,7 +208,7 @@ TEST_F(ReceiveLoop, a_removal_in_mid_frame_leaves_nothing_behind_for_the_next_st
     link().startReceive();
     arriveBlocks(32);
     ASSERT_TRUE(QTest::qWaitFor([&] { return frames.size() == 1; }));
-    EXPECT_EQ(frames[0].size(), frameSize);
+    EXPECT_EQ(frames[0].size(), FrameFormat::frameBytes);
     EXPECT_EQ(frames[0].at(0), static_cast<char>(0));
     EXPECT_EQ(fake.writtenHex(), requests(1, 31) + requests(0, 0));
 }
@@ -248,7 +252,7 @@ TEST_F(ReceiveLoop, a_failing_read_is_logged_and_its_bytes_dropped)
 {
     start();
     fake.setReadResult(d2xx::Status::IoError);
-    arrive(QByteArray(blockSize, 'x'));
+    arrive(QByteArray(FrameFormat::blockBytes, 'x'));
     fake.setReadResult(d2xx::Status::Ok);
     EXPECT_TRUE(log.waitForMessage(QStringLiteral("串口线程接收数据失败")));
     EXPECT_EQ(fake.writtenHex(), "");

@@ -4,6 +4,7 @@
 #include "device/portmanager.h"
 #include "device/protocol/commandframes.h"
 #include "device/protocol/currentrange.h"
+#include "device/protocol/frameformat.h"
 #include "device/protocol/readback.h"
 #include "tests/support/logfile.h"
 #include "tests/support/virtualdetector.h"
@@ -52,7 +53,7 @@ protected:
         firstSeen = firstSeen || isCounterFrame(frame, 0);
         if (!firstSeen && earlierAcquisition)
             return;
-        if (frame.size() != frameSize || !isCounterFrame(frame, frames))
+        if (frame.size() != FrameFormat::frameBytes || !isCounterFrame(frame, frames))
             ++wrongFrames;
         ++frames;
     }

@@ -1,3 +1,4 @@
+#include "device/protocol/frameformat.h"
 #include "imaging/pixelkernel.h"
 #include "tests/imaging/frames.h"
 #include "tests/imaging/straightforward/straightforward.h"
@@ -64,7 +65,7 @@ void holdAgainstReference(const QByteArray &bytes, Straightforward::Pipeline sta
     for (const PixelKernel::Variant &variant : PixelKernel::variants()) {
         SCOPED_TRACE(variant.name);
         Output output;
-        variant.rows(frameOf(bytes, state, output), mappingOf(state), 0, PixelKernel::imageSide);
+        variant.rows(frameOf(bytes, state, output), mappingOf(state), 0, FrameFormat::side);
         expectSame(output, state, picture);
     }
 }
@@ -210,7 +211,7 @@ TEST(PixelKernel, ranges_and_gains_without_sense_render_like_the_formula)
         const QImage picture = state.processImage(frame);
         for (const PixelKernel::Variant &variant : PixelKernel::variants()) {
             Output output;
-            variant.rows(frameOf(frame, state, output), mappingOf(state), 0, PixelKernel::imageSide);
+            variant.rows(frameOf(frame, state, output), mappingOf(state), 0, FrameFormat::side);
             EXPECT_TRUE(std::ranges::equal(output.currents, state.frameData, [](double a, double b) {
                 return a == b || (std::isnan(a) && std::isnan(b));
             }));
@@ -245,7 +246,7 @@ TEST(PixelKernel, a_reference_over_several_frames_is_their_sum_divided_once)
                 std::vector<double> &reference = dark ? state.fullOffData : state.fullOnData;
                 (dark ? frame.darkCapture : frame.brightCapture) = {reference.data(), n == 1,
                                                                     n == frames ? frames : 0};
-                variant.rows(frame, mappingOf(expected), 0, PixelKernel::imageSide);
+                variant.rows(frame, mappingOf(expected), 0, FrameFormat::side);
                 expectSame(output, expected, picture);
             }
             EXPECT_EQ(firstDifference(state.fullOffData, expected.fullOffData.data()), -1);

@@ -1,5 +1,7 @@
 #include "ui/keepratiowidget.h"
 
+#include "device/protocol/frameformat.h"
+
 #include <QColorSpace>
 #include <QDebug>
 #include <QHBoxLayout>
@@ -15,7 +17,7 @@
 namespace {
 
 constexpr int contentMargin = 2;
-constexpr double coordinateRange = 1024.0;
+constexpr double coordinateRange = FrameFormat::side;
 
 /// From this many pixels on Qt scales pictures of every format as 32-bit pixels.
 constexpr qint64 largePicture = 1 << 20;

@@ -2,6 +2,7 @@
 
 #include "device/blockassembler.h"
 #include "device/protocol/commandframes.h"
+#include "device/protocol/frameformat.h"
 #include "tests/support/faked2xx.h"
 #include "tests/support/hex.h"
 
@@ -37,10 +38,10 @@ public:
     void stream(int frames, quint32 sample = 4096)
     {
         const QMutexLocker lock(&m_mutex);
-        m_block = QByteArray(blockSize, '\0');
-        for (qsizetype i = 0; i < blockSize; i += 4)
+        m_block = QByteArray(FrameFormat::blockBytes, '\0');
+        for (qsizetype i = 0; i < FrameFormat::blockBytes; i += 4)
             qToBigEndian(sample, m_block.data() + i);
-        m_blocksLeft += frames * blocksPerFrame;
+        m_blocksLeft += frames * FrameFormat::blocksPerFrame;
         if (m_owesBlock)
             pushNext();
     }
@@ -57,7 +58,7 @@ public:
     {
         const QMutexLocker lock(&m_mutex);
         m_owesBlock = false;
-        link.push(QByteArray(blockSize, '\0'));
+        link.push(QByteArray(FrameFormat::blockBytes, '\0'));
     }
 
     /// Everything written so far as hexadecimal text, one entry a write.
