@@ -1,7 +1,7 @@
 #include "ui/developwindow.h"
 
 #include "device/protocol/parameterpackets.h"
-#include "device/protocol/timingcalculator.h"
+#include "device/protocol/timing.h"
 #include "ui/parameterkeys.h"
 
 #include "ui_developwindow.h"

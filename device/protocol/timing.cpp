@@ -1,4 +1,4 @@
-#include "device/protocol/timingcalculator.h"
+#include "device/protocol/timing.h"
 
 namespace {
 

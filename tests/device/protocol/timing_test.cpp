@@ -1,5 +1,5 @@
 #include "device/protocol/currentrange.h"
-#include "device/protocol/timingcalculator.h"
+#include "device/protocol/timing.h"
 
 #include <gtest/gtest.h>
 
