@@ -33,9 +33,9 @@ void frameOurs(benchmark::State &state, bool calibrated)
 void frameKernel(benchmark::State &state, PixelKernel::RowsFunction rows)
 {
     const QByteArray bytes = Frames::useful(1);
-    std::vector<double> currents(PixelKernel::pixelsPerFrame);
-    std::vector<int> grayLevels(PixelKernel::pixelsPerFrame);
-    std::vector<uchar> picture(PixelKernel::pixelsPerFrame);
+    std::vector<double> currents(FrameFormat::pixels);
+    std::vector<int> grayLevels(FrameFormat::pixels);
+    std::vector<uchar> picture(FrameFormat::pixels);
     PixelKernel::Frame frame;
     frame.bytes = {reinterpret_cast<const uchar *>(bytes.constData()),
                    static_cast<std::size_t>(bytes.size())};
@@ -43,7 +43,7 @@ void frameKernel(benchmark::State &state, PixelKernel::RowsFunction rows)
     frame.grayLevels = grayLevels.data();
     frame.picture = picture.data();
     for (auto _ : state) {
-        rows(frame, {}, 0, PixelKernel::imageSide);
+        rows(frame, {}, 0, FrameFormat::side);
         benchmark::ClobberMemory();
     }
 }

@@ -74,14 +74,15 @@ private:
     [[nodiscard]] QString fieldText(int number) const;
     void setFieldText(int number, const QString &text);
 
-    /// The values of `count` fields from `first` on. `parse` turns a field's number and text into a value and
-    /// says whether it could; a field whose text does not parse is left out, so that the later ones move up.
+    /// The values of `count` fields from `first` on. `parse` turns a field's place among them and its text
+    /// into a value and says whether it could; a field whose text does not parse is left out, so that the
+    /// later ones move up.
     template <typename Value, typename Parse>
     [[nodiscard]] QList<Value> gather(int first, int count, Parse parse) const;
 
     void showModeAndAdc(const Readback::Parameters &parameters);
     void showVoltages(const QList<int> &codes);
-    void showTiming(const QList<int> &words);
+    void showTiming(const QList<qint32> &words);
 
     const std::unique_ptr<Ui::developwindow> ui;
     QSettings *const m_store;

@@ -1,5 +1,8 @@
 #include "device/protocol/readback.h"
 
+#include "device/protocol/parameterpackets.h"
+#include "device/protocol/timing.h"
+
 #include <QStringList>
 
 namespace {
@@ -46,9 +49,9 @@ std::optional<Parameters> parameters(const QByteArray &reply)
     Parameters p;
     p.mode = reader.next(1);
     p.adcWord = reader.next(2);
-    p.adc = ParameterPacket::adcSelection(p.adcWord);
+    p.adc = AdcSelection::ofWord(p.adcWord);
     p.voltageCodes = reader.next(voltageBytes, ParameterPacket::voltageCount);
-    p.timingWords = reader.next(wordBytes, ParameterPacket::timingCount);
+    p.timingWords = reader.next(wordBytes, Timing::count);
     return p;
 }
 

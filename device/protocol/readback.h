@@ -1,6 +1,6 @@
 #pragma once
 
-#include "device/protocol/parameterpackets.h"
+#include "device/protocol/adcselection.h"
 
 #include <QByteArray>
 #include <QList>
@@ -21,9 +21,9 @@ struct Parameters
 {
     int mode = 0; ///< 0 is "QV 1K", anything else "QV 256"
     int adcWord = 0;
-    ParameterPacket::AdcSelection adc;
-    QList<int> voltageCodes; ///< 16, as on the wire
-    QList<int> timingWords;  ///< 18, as on the wire
+    AdcSelection adc;
+    QList<int> voltageCodes;   ///< 16, as on the wire
+    QList<qint32> timingWords; ///< 18, as on the wire
 };
 
 /// Empty when the reply is shorter than 256 bytes. What is longer is ignored.

@@ -6,6 +6,7 @@
 #include "device/protocol/currentrange.h"
 #include "device/protocol/frameformat.h"
 #include "device/protocol/readback.h"
+#include "device/protocol/timing.h"
 #include "tests/support/logfile.h"
 #include "tests/support/virtualdetector.h"
 
@@ -106,8 +107,8 @@ TEST_F(VirtualDetector, after_power_up_it_holds_the_parameters_of_the_first_curr
     ASSERT_TRUE(held);
     const CurrentRange::Gear gear = CurrentRange::gears.front();
     EXPECT_EQ(held->mode, 0);
-    EXPECT_EQ(held->adcWord, ParameterPacket::adcWord({.pcRange = gear.pcRangeIndex}));
-    EXPECT_EQ(held->timingWords, CurrentRange::toWire(CurrentRange::timingSequence(gear.integrationTime)));
+    EXPECT_EQ(held->adcWord, AdcSelection{.pcRange = gear.pcRange}.word());
+    EXPECT_EQ(held->timingWords, Timing::ofRange(gear.integrationTime).toWire());
 }
 
 TEST_F(VirtualDetector, five_start_and_stop_cycles_in_one_run_each_begin_with_a_first_frame)

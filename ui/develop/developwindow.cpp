@@ -1,18 +1,17 @@
 #include "ui/developwindow.h"
 
-#include "device/protocol/parameterpackets.h"
 #include "device/protocol/timing.h"
 #include "ui/parameterkeys.h"
+#include "ui/parameters/adclists.h"
 
 #include "ui_developwindow.h"
 
 #include <QSettings>
 
+#include <algorithm>
 #include <array>
 
 namespace {
-
-constexpr int lastField = ParameterPacket::firstEepromField + ParameterPacket::eepromCount - 1;
 
 struct StoredList
 {
@@ -56,13 +55,14 @@ void developwindow::disableExchanges()
 
 void developwindow::fillLists()
 {
-    ui->comboBox_ope->addItems(
-        {QStringLiteral("A only"), QStringLiteral("A/B"), QStringLiteral("A+B"), QStringLiteral("(A+B)/2")});
-    ui->comboBox_data->addItems({QStringLiteral("20 bit"), QStringLiteral("16 bit")});
-    ui->comboBox_mode->addItems({QStringLiteral("off"), QStringLiteral("on")});
-    ui->comboBox_pcrange->addItems({QStringLiteral("25"), QStringLiteral("19"), QStringLiteral("16"),
-                                    QStringLiteral("13"), QStringLiteral("10"), QStringLiteral("7"),
-                                    QStringLiteral("4")});
+    const auto fill = [](QComboBox *list, const auto &entries) {
+        for (const auto &entry : entries)
+            list->addItem(QString::fromLatin1(entry.text));
+    };
+    fill(ui->comboBox_ope, AdcLists::operations);
+    fill(ui->comboBox_data, AdcLists::dataFormats);
+    fill(ui->comboBox_mode, AdcLists::testModes);
+    fill(ui->comboBox_pcrange, AdcLists::pcRanges);
 }
 
 void developwindow::load()
@@ -76,7 +76,7 @@ void developwindow::load()
         const bool is1k = m_store->value(ParameterKeys::mode).toBool();
         (is1k ? ui->radioButton_1k : ui->radioButton_256)->setChecked(true);
     }
-    for (int number = ParameterPacket::firstVoltageField; number <= lastField; ++number) {
+    for (int number = ParameterKeys::firstVoltage; number <= ParameterKeys::lastField; ++number) {
         if (m_store->contains(ParameterKeys::field(number)))
             setFieldText(number, m_store->value(ParameterKeys::field(number)).toString());
     }
@@ -87,7 +87,7 @@ void developwindow::save() const
     for (const auto &[key, list] : listsOf(*ui))
         m_store->setValue(key, list->currentIndex());
     m_store->setValue(ParameterKeys::mode, ui->radioButton_1k->isChecked());
-    for (int number = ParameterPacket::firstVoltageField; number <= lastField; ++number)
+    for (int number = ParameterKeys::firstVoltage; number <= ParameterKeys::lastField; ++number)
         m_store->setValue(ParameterKeys::field(number), fieldText(number));
 }
 
@@ -110,29 +110,17 @@ void developwindow::setFieldText(int number, const QString &text)
 
 void developwindow::cal_time()
 {
-    const auto input = [](const QLineEdit *edit) {
-        return edit->text().toInt();
-    };
-    const auto results = TimingCalculator::calculate({.frameHead = input(ui->lineEdit_18),
-                                                      .frameTail = input(ui->lineEdit_19),
-                                                      .outGap = input(ui->lineEdit_22),
-                                                      .outpCkGap = input(ui->lineEdit_23),
-                                                      .ckpMuxGap = input(ui->lineEdit_27),
-                                                      .adcStartDelay = input(ui->lineEdit_31),
-                                                      .adcIntA = input(ui->lineEdit_32),
-                                                      .adcIntB = input(ui->lineEdit_34)});
+    Timing timing;
+    int number = ParameterKeys::firstTiming;
+    for (const Timing::Field field : Timing::fields)
+        timing.*field = fieldText(number++).toInt();
 
-    const auto show = [](QLineEdit *edit, qint32 value) {
-        edit->setText(QString::number(value));
-    };
-    show(ui->lineEdit_17, results.framePeriod);
-    show(ui->lineEdit_20, results.clkCycle);
-    show(ui->lineEdit_21, results.clkHigh);
-    show(ui->lineEdit_24, results.ckHigh);
-    show(ui->lineEdit_25, results.ckGap);
-    show(ui->lineEdit_26, results.ckOutnGap);
-    show(ui->lineEdit_28, results.muxHigh);
-    show(ui->lineEdit_29, results.muxGap);
-    show(ui->lineEdit_30, results.muxCknGap);
-    show(ui->lineEdit_33, results.adcEndDelay);
+    timing = timing.calculated();
+    number = ParameterKeys::firstTiming;
+    for (const Timing::Field field : Timing::fields) {
+        // What an engineer typed stays as it was typed.
+        if (std::ranges::find(Timing::derived, field) != Timing::derived.end())
+            setFieldText(number, QString::number(timing.*field));
+        ++number;
+    }
 }

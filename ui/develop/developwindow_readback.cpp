@@ -3,7 +3,11 @@
 #include "ui/developwindow.h"
 
 #include "device/protocol/commandframes.h"
+#include "device/protocol/parameterpackets.h"
 #include "device/protocol/readback.h"
+#include "device/protocol/timing.h"
+#include "ui/parameterkeys.h"
+#include "ui/parameters/adclists.h"
 #include "ui/parameters/parameterexchange.h"
 
 #include "ui_developwindow.h"
@@ -63,18 +67,19 @@ void developwindow::showModeAndAdc(const Readback::Parameters &parameters)
 
     trace("第二个参数 (2 字节):", parameters.adcWord);
     qDebug().noquote().nospace() << "bin = " << QString::number(parameters.adcWord, 2);
+    const AdcLists::Indexes indexes = AdcLists::indexes(parameters.adc);
     const auto select = [](QComboBox *list, int index) {
         list->setCurrentText(list->itemText(index));
     };
-    select(ui->comboBox_ope, parameters.adc.operation);
-    select(ui->comboBox_data, parameters.adc.dataFormat);
-    select(ui->comboBox_mode, parameters.adc.testMode);
-    select(ui->comboBox_pcrange, parameters.adc.pcRange);
+    select(ui->comboBox_ope, indexes.operation);
+    select(ui->comboBox_data, indexes.dataFormat);
+    select(ui->comboBox_mode, indexes.testMode);
+    select(ui->comboBox_pcrange, indexes.pcRange);
 }
 
 void developwindow::showVoltages(const QList<int> &codes)
 {
-    int number = ParameterPacket::firstVoltageField;
+    int number = ParameterKeys::firstVoltage;
     for (const int code : codes) {
         traceField("电压参数", number, "(2 字节):", code);
         setFieldText(number, QString::number(ParameterPacket::voltageValue(code), 'f', voltageDecimals));
@@ -82,13 +87,15 @@ void developwindow::showVoltages(const QList<int> &codes)
     }
 }
 
-void developwindow::showTiming(const QList<int> &words)
+void developwindow::showTiming(const QList<qint32> &words)
 {
-    int number = ParameterPacket::firstTimingField;
-    for (const int word : words) {
+    int number = ParameterKeys::firstTiming;
+    auto field = Timing::fields.begin();
+    for (const qint32 word : words) {
         traceField("时序参数", number, "(4 字节):", word);
-        setFieldText(number, QString::number(ParameterPacket::timingFromWire(number, word)));
+        setFieldText(number, QString::number(Timing::fromWire(*field, word)));
         ++number;
+        ++field;
     }
 }
 
@@ -102,7 +109,7 @@ void developwindow::eep_readback()
         qWarning().nospace() << "接收到的数据长度不足 129 字节，实际长度为:" << reply.size();
         return;
     }
-    int number = ParameterPacket::firstEepromField;
+    int number = ParameterKeys::firstEeprom;
     for (const int word : *words)
         setFieldText(number++, QString::number(word));
 }

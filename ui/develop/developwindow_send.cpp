@@ -4,6 +4,8 @@
 
 #include "device/protocol/commandframes.h"
 #include "device/protocol/parameterpackets.h"
+#include "ui/parameterkeys.h"
+#include "ui/parameters/adclists.h"
 #include "ui/parameters/parameterexchange.h"
 
 #include "ui_developwindow.h"
@@ -14,12 +16,13 @@ template <typename Value, typename Parse>
 QList<Value> developwindow::gather(int first, int count, Parse parse) const
 {
     QList<Value> values;
-    for (int number = first; number < first + count; ++number) {
+    for (int place = 0; place < count; ++place) {
+        const int number = first + place;
         const QLineEdit *edit = field(number);
         if (edit == nullptr)
             continue;
         bool ok = false;
-        const Value value = parse(number, edit->text(), &ok);
+        const Value value = parse(place, edit->text(), &ok);
         if (ok)
             values.append(value);
         else
@@ -30,10 +33,11 @@ QList<Value> developwindow::gather(int first, int count, Parse parse) const
 
 void developwindow::set_adc()
 {
-    ParameterExchange::command(ParameterPacket::setAdc({.operation = ui->comboBox_ope->currentIndex(),
-                                                        .dataFormat = ui->comboBox_data->currentIndex(),
-                                                        .testMode = ui->comboBox_mode->currentIndex(),
-                                                        .pcRange = ui->comboBox_pcrange->currentIndex()}));
+    ParameterExchange::command(
+        ParameterPacket::setAdc(AdcLists::selection({.operation = ui->comboBox_ope->currentIndex(),
+                                                     .dataFormat = ui->comboBox_data->currentIndex(),
+                                                     .testMode = ui->comboBox_mode->currentIndex(),
+                                                     .pcRange = ui->comboBox_pcrange->currentIndex()})));
 }
 
 void developwindow::set_mode()
@@ -44,23 +48,22 @@ void developwindow::set_mode()
 void developwindow::set_voltage()
 {
     ParameterExchange::command(ParameterPacket::setVoltages(gather<int>(
-        ParameterPacket::firstVoltageField, ParameterPacket::voltageCount,
+        ParameterKeys::firstVoltage, ParameterPacket::voltageCount,
         [](int, const QString &text, bool *ok) { return ParameterPacket::voltageCode(text.toDouble(ok)); })));
 }
 
 void developwindow::set_time()
 {
-    ParameterExchange::command(ParameterPacket::setTiming(
-        gather<int>(ParameterPacket::firstTimingField, ParameterPacket::timingCount,
-                    [](int number, const QString &text, bool *ok) {
-                        return ParameterPacket::timingToWire(number, text.toInt(ok));
-                    })));
+    ParameterExchange::command(ParameterPacket::setTiming(gather<qint32>(
+        ParameterKeys::firstTiming, Timing::count, [](int place, const QString &text, bool *ok) {
+            return Timing::toWire(Timing::fields.at(static_cast<std::size_t>(place)), text.toInt(ok));
+        })));
 }
 
 void developwindow::send_eep()
 {
     ParameterExchange::command(ParameterPacket::sendEeprom(
-        gather<quint32>(ParameterPacket::firstEepromField, ParameterPacket::eepromCount,
+        gather<quint32>(ParameterKeys::firstEeprom, ParameterPacket::eepromCount,
                         [](int, const QString &text, bool *ok) { return text.toUInt(ok); })));
 }
 

@@ -3,7 +3,9 @@
 #include "device/protocol/commandframes.h"
 #include "device/protocol/currentrange.h"
 #include "device/protocol/parameterpackets.h"
+#include "device/protocol/timing.h"
 #include "ui/parameterkeys.h"
+#include "ui/parameters/adclists.h"
 #include "ui/parameters/parameterexchange.h"
 #include "ui_mainwindow.h"
 
@@ -11,22 +13,12 @@
 
 #include <array>
 
-namespace {
-
-// Voltages that this page sets; the others are kept for the developer window.
-constexpr int gateOnField = 7;
-constexpr int gateOffField = 8;
-constexpr int cathodeField = 15;
-constexpr int commonField = 16;
-
-} // namespace
-
 void mainwindow::on_pushButton_set_clicked()
 {
     const CurrentRange::Gear *gear = chosenGear();
     if (gear == nullptr)
         return;
-    setValue(ParameterKeys::pcRange, gear->pcRangeIndex);
+    setValue(ParameterKeys::pcRange, AdcLists::indexOf(AdcLists::pcRanges, gear->pcRange));
     m_process->setCurrentRange(gear->nanoamperes);
 
     if (!download(storeTiming(gear->integrationTime), tr("set time sequence fail")))
@@ -59,39 +51,38 @@ bool mainwindow::download(const QByteArray &packet, const QString &failure)
 
 QByteArray mainwindow::storeTiming(int integrationTime)
 {
-    const QList<int> sequence = CurrentRange::timingSequence(integrationTime);
-    int field = ParameterPacket::firstTimingField;
-    for (const int value : sequence)
-        setValue(ParameterKeys::field(field++), QString::number(value));
-    return ParameterPacket::setTiming(CurrentRange::toWire(sequence));
+    const Timing timing = Timing::ofRange(integrationTime);
+    int number = ParameterKeys::firstTiming;
+    for (const Timing::Field field : Timing::fields)
+        setValue(ParameterKeys::field(number++), QString::number(timing.*field));
+    return ParameterPacket::setTiming(timing.toWire());
 }
 
 QByteArray mainwindow::adcPacket()
 {
-    ParameterPacket::AdcSelection selection;
-    selection.operation = value(ParameterKeys::operation, 0).toInt();
-    selection.dataFormat = value(ParameterKeys::dataFormat, 0).toInt();
-    selection.testMode = value(ParameterKeys::testMode, 0).toInt();
-    selection.pcRange = value(ParameterKeys::pcRange, 0).toInt();
-    return ParameterPacket::setAdc(selection);
+    return ParameterPacket::setAdc(
+        AdcLists::selection({.operation = value(ParameterKeys::operation, 0).toInt(),
+                             .dataFormat = value(ParameterKeys::dataFormat, 0).toInt(),
+                             .testMode = value(ParameterKeys::testMode, 0).toInt(),
+                             .pcRange = value(ParameterKeys::pcRange, 0).toInt()}));
 }
 
 QByteArray mainwindow::voltagePacket()
 {
     QList<int> codes;
-    for (int field = 1; field <= ParameterPacket::voltageCount; ++field) {
+    for (int field = ParameterKeys::firstVoltage; field < ParameterKeys::firstTiming; ++field) {
         double volts = 0.0;
         switch (field) {
-        case gateOnField:
+        case ParameterKeys::gateOnVoltage:
             volts = ui->doubleSpinBox_von->value();
             break;
-        case gateOffField:
+        case ParameterKeys::gateOffVoltage:
             volts = ui->doubleSpinBox_voff->value();
             break;
-        case cathodeField:
+        case ParameterKeys::cathodeVoltage:
             volts = ui->doubleSpinBox_vss->value();
             break;
-        case commonField:
+        case ParameterKeys::commonVoltage:
             volts = ui->doubleSpinBox_vcom->value();
             break;
         default:

@@ -1,5 +1,8 @@
-#include "device/protocol/commandframes.h"
 #include "device/protocol/readback.h"
+
+#include "device/protocol/commandframes.h"
+#include "device/protocol/parameterpackets.h"
+#include "device/protocol/timing.h"
 
 #include <gtest/gtest.h>
 
@@ -30,19 +33,22 @@ TEST(ParameterReadback, what_was_sent_is_what_is_read_for_random_valid_parameter
 {
     QRandomGenerator random(1);
     for (int round = 0; round < 200; ++round) {
-        const AdcSelection adc{random.bounded(4), random.bounded(2), random.bounded(2), random.bounded(7)};
+        const AdcSelection adc{static_cast<AdcSelection::Operation>(random.bounded(4)),
+                               static_cast<AdcSelection::DataFormat>(random.bounded(2)),
+                               static_cast<AdcSelection::TestMode>(random.bounded(2)),
+                               static_cast<AdcSelection::PcRange>(random.bounded(7))};
         QList<int> voltages;
         for (int i = 0; i < voltageCount; ++i)
             voltages << random.bounded(65536);
         QList<int> timing;
-        for (int i = 0; i < timingCount; ++i)
+        for (int i = 0; i < Timing::count; ++i)
             timing << int(random.generate() & 0x7FFFFFFF);
         const bool is1k = random.bounded(2) == 0;
 
         const auto read = Readback::parameters(replyFor(is1k, adc, voltages, timing));
         ASSERT_TRUE(read);
         EXPECT_EQ(read->mode == 0, is1k);
-        EXPECT_EQ(read->adcWord, adcWord(adc));
+        EXPECT_EQ(read->adcWord, adc.word());
         EXPECT_EQ(read->adc, adc);
         EXPECT_EQ(read->voltageCodes, voltages);
         EXPECT_EQ(read->timingWords, timing);
@@ -52,8 +58,8 @@ TEST(ParameterReadback, what_was_sent_is_what_is_read_for_random_valid_parameter
 TEST(ParameterReadback, integration_times_that_are_multiples_of_five_survive_the_scaling_there_and_back)
 {
     for (int value = 0; value <= 1'000'000; value += 5) {
-        ASSERT_EQ(timingToWire(32, value), value / 5 * 4);
-        ASSERT_EQ(timingFromWire(32, timingToWire(32, value)), value);
+        ASSERT_EQ(Timing::toWire(&Timing::adcIntA, value), value / 5 * 4);
+        ASSERT_EQ(Timing::fromWire(&Timing::adcIntA, Timing::toWire(&Timing::adcIntA, value)), value);
     }
 }
 
@@ -73,7 +79,7 @@ TEST(ParameterReadback, a_short_reply_is_refused_and_a_long_one_read_as_far_as_i
     EXPECT_FALSE(Readback::parameters({}));
     EXPECT_FALSE(Readback::parameters(full.chopped(1)));
     EXPECT_TRUE(Readback::parameters(full));
-    EXPECT_EQ(Readback::parameters(full + "FFFF")->timingWords, QList<int>(timingCount, 0));
+    EXPECT_EQ(Readback::parameters(full + "FFFF")->timingWords, QList<int>(Timing::count, 0));
 }
 
 TEST(ParameterReadback, a_timing_word_with_the_top_bit_set_reads_as_0)
