@@ -63,7 +63,7 @@ PortManager *PortManager::instance()
     return linkInstance;
 }
 
-PortManager::PortManager(std::shared_ptr<D2xx> driver) : m_driver(std::move(driver))
+PortManager::PortManager(std::shared_ptr<D2xx> driver) : m_state(std::move(driver))
 {
     log(QStringLiteral("串口初始化"));
 }
@@ -72,7 +72,7 @@ PortManager::~PortManager()
 {
     log(QStringLiteral("串口销毁"));
     if (m_receiveThread != nullptr) {
-        m_paused = false;
+        m_state.m_paused = false;
         m_receiveThread->requestInterruption();
         m_receiveThread->quit();
         m_receiveThread->wait();
@@ -85,7 +85,7 @@ PortManager::~PortManager()
 QList<QString> PortManager::listDevices()
 {
     quint32 count = 0;
-    if (m_driver->createDeviceInfoList(&count) != Status::Ok) {
+    if (m_state.m_driver->createDeviceInfoList(&count) != Status::Ok) {
         qDebug() << QStringLiteral("获取串口列表失败");
         return {};
     }
@@ -94,7 +94,7 @@ QList<QString> PortManager::listDevices()
         return {};
     }
     std::vector<DeviceRecord> records(count);
-    if (m_driver->getDeviceInfoList(records.data(), &count) != Status::Ok) {
+    if (m_state.m_driver->getDeviceInfoList(records.data(), &count) != Status::Ok) {
         qDebug() << QStringLiteral("获取串口信息失败");
         return {};
     }
@@ -114,8 +114,8 @@ QList<QString> PortManager::listDevices()
 bool PortManager::openDevice(QString serialNumber)
 {
     Handle handle = nullptr;
-    const Status status = m_driver->open(serialNumber.toUtf8().constData(), &handle);
-    m_handle = handle;
+    const Status status = m_state.m_driver->open(serialNumber.toUtf8().constData(), &handle);
+    m_state.m_handle = handle;
     if (status == Status::Ok) {
         configureDevice();
         log(QStringLiteral("串口连接配置成功"));
@@ -129,42 +129,36 @@ bool PortManager::openDevice(QString serialNumber)
 
 void PortManager::configureDevice()
 {
-    m_driver->resetDevice(m_handle);
-    m_driver->setBitMode(m_handle, allDataLines, bitModeSyncFifo);
-    m_driver->setLatencyTimer(m_handle, latencyMs);
-    m_driver->setUsbParameters(m_handle, transferSize, transferSize);
-    m_driver->setFlowControl(m_handle, flowRtsCts, 0, 0);
-    m_driver->purge(m_handle, purgeBoth);
-    m_driver->setTimeouts(m_handle, ioTimeoutMs, ioTimeoutMs);
+    m_state.m_driver->resetDevice(m_state.m_handle);
+    m_state.m_driver->setBitMode(m_state.m_handle, allDataLines, bitModeSyncFifo);
+    m_state.m_driver->setLatencyTimer(m_state.m_handle, latencyMs);
+    m_state.m_driver->setUsbParameters(m_state.m_handle, transferSize, transferSize);
+    m_state.m_driver->setFlowControl(m_state.m_handle, flowRtsCts, 0, 0);
+    m_state.m_driver->purge(m_state.m_handle, purgeBoth);
+    m_state.m_driver->setTimeouts(m_state.m_handle, ioTimeoutMs, ioTimeoutMs);
 }
 
 void PortManager::closeDevice()
 {
-    // A loop that was cut off in mid-frame must not read the replies of the next connection.
-    m_halted = true;
-    if (m_handle == nullptr)
+    const Handle handle = m_state.close();
+    if (handle == nullptr)
         return;
     log(QStringLiteral("串口关闭"));
-    m_driver->close(m_handle.exchange(nullptr));
+    m_state.m_driver->close(handle);
 }
 
 void PortManager::startReceive()
 {
-    m_stopRequested = false;
-    m_restarted = true;
-    m_halted = false;
+    m_state.begin();
     if (m_receiveThread != nullptr)
-        m_paused = false;
+        m_state.m_paused = false;
     else
         startThread();
 }
 
 void PortManager::startThread()
 {
-    // Connected after the pipeline, so that it is told of a frame when the pipeline is through with it.
     m_frameCounter = std::make_unique<QObject>();
-    connect(this, &PortManager::read_ready, m_frameCounter.get(), [this] { ++m_framesDone; });
-
     m_receiveThread = new QThread;
     moveToThread(m_receiveThread);
     connect(m_receiveThread, &QThread::started, this, &PortManager::receiveLoop);
@@ -173,33 +167,31 @@ void PortManager::startThread()
 
 void PortManager::receiveLoop()
 {
-    ReceiveLoop(*this).run();
+    ReceiveLoop(m_state, {.frame = [this](const QByteArray &frame) { handOn(frame); },
+                          .halted =
+                              [this] {
+                                  Q_EMIT stop();
+                              }})
+        .run();
+}
+
+/// The frame, and behind it in the GUI thread's queue of events the word that it is through: whoever is
+/// connected, and since when.
+void PortManager::handOn(const QByteArray &frame)
+{
+    Q_EMIT read_ready(frame);
+    QMetaObject::invokeMethod(
+        m_frameCounter.get(), [this] { ++m_state.m_framesDone; }, Qt::QueuedConnection);
 }
 
 void PortManager::pauseReceive()
 {
-    m_paused = true;
+    m_state.m_paused = true;
 }
 
 void PortManager::write(QByteArray bytes)
 {
-    writeTo(m_handle, bytes);
-}
-
-void PortManager::writeTo(Handle handle, const QByteArray &bytes)
-{
-    quint32 written = 0;
-    m_driver->write(handle, bytes.constData(), static_cast<quint32>(bytes.size()), &written);
-}
-
-quint32 PortManager::bytesWaiting(Handle handle)
-{
-    quint32 rxBytes = 0;
-    quint32 txBytes = 0;
-    quint32 events = 0;
-    const Status status = m_driver->getStatus(handle, &rxBytes, &txBytes, &events);
-    // Without a status nothing counts as waiting: a pulled cable must not make the loop read for ever.
-    return status == Status::Ok ? rxBytes : 0;
+    m_state.write(m_state.m_handle, bytes);
 }
 
 QByteArray PortManager::wait_for_read(int timeoutMs, int expectedBytes)
@@ -208,12 +200,12 @@ QByteArray PortManager::wait_for_read(int timeoutMs, int expectedBytes)
     timer.start();
     QByteArray reply;
     while (timer.elapsed() < timeoutMs) {
-        const quint32 waiting = bytesWaiting(m_handle);
+        const quint32 waiting = m_state.bytesWaiting(m_state.m_handle);
         if (waiting == 0)
             continue;
         QByteArray bytes(static_cast<qsizetype>(waiting), Qt::Uninitialized);
         quint32 bytesRead = 0;
-        if (m_driver->read(m_handle, bytes.data(), waiting, &bytesRead) != Status::Ok) {
+        if (m_state.m_driver->read(m_state.m_handle, bytes.data(), waiting, &bytesRead) != Status::Ok) {
             log(QStringLiteral("串口接收数据失败"));
             return reply;
         }

@@ -1,13 +1,12 @@
 #pragma once
 
-#include "device/d2xx.h"
+#include "device/linkstate.h"
 
 #include <QByteArray>
 #include <QList>
 #include <QObject>
 #include <QString>
 
-#include <atomic>
 #include <memory>
 
 class QThread;
@@ -57,7 +56,7 @@ public:
     void pauseReceive();
 
     /// Asks the receive loop to halt the detector at the next block boundary and then to emit stop().
-    void requestStop() { m_stopRequested = true; }
+    void requestStop() { m_state.m_stopRequested = true; }
 
     /// Sends all bytes with one call; blocks for 10 ms at most. Failures are ignored.
     void write(QByteArray bytes);
@@ -79,18 +78,11 @@ private:
     void configureDevice();
     void startThread();
     void receiveLoop();
-    [[nodiscard]] quint32 bytesWaiting(d2xx::Handle handle);
-    void writeTo(d2xx::Handle handle, const QByteArray &bytes);
-    friend class ReceiveLoop;
+    void handOn(const QByteArray &frame);
 
-    std::shared_ptr<D2xx> m_driver;
-    std::atomic<bool> m_stopRequested{false}; ///< halt at the next block boundary
-    QList<QString> m_portList;                ///< of the last successful enumeration
-    std::atomic<d2xx::Handle> m_handle{nullptr};
-    QThread *m_receiveThread = nullptr;      ///< owned; made on the first startReceive()
-    std::atomic<bool> m_paused{false};       ///< one pass per 100 ms
-    std::atomic<bool> m_halted{false};       ///< no reading
-    std::atomic<bool> m_restarted{false};    ///< begin with an empty accumulator
-    std::atomic<qint64> m_framesDone{0};     ///< handed on with read_ready() and through on the GUI thread
-    std::unique_ptr<QObject> m_frameCounter; ///< GUI thread; counts the above
+    LinkState m_state;
+    QList<QString> m_portList;          ///< of the last successful enumeration
+    QThread *m_receiveThread = nullptr; ///< owned; made on the first startReceive()
+    /// Lives on the GUI thread, whose events tell it that a frame is through.
+    std::unique_ptr<QObject> m_frameCounter;
 };

@@ -1,6 +1,5 @@
 #include "device/receiveloop.h"
 
-#include "device/portmanager.h"
 #include "device/protocol/commandframes.h"
 #include "log/logmanager.h"
 
@@ -17,7 +16,8 @@ constexpr qint64 waitingFramesResume = waitingFramesLimit / 2;
 
 } // namespace
 
-ReceiveLoop::ReceiveLoop(PortManager &link) : m_link(link)
+ReceiveLoop::ReceiveLoop(LinkState &state, Callbacks callbacks)
+    : m_state(state), m_callbacks(std::move(callbacks))
 {
     for (std::size_t counter = 0; counter < m_blockRequests.size(); ++counter)
         m_blockRequests[counter] = CommandFrame::blockRequest(static_cast<int>(counter));
@@ -31,24 +31,22 @@ void ReceiveLoop::run()
     LogManager::instance()->writeLog(QStringLiteral("串口接收线程结束"));
 }
 
+// The order in which the flags are looked at is told in device/linkstate.h.
 void ReceiveLoop::pass()
 {
-    if (m_link.m_paused)
+    if (m_state.m_paused)
         QThread::msleep(pausedPassMs);
-    // One handle for the whole pass: when the device is closed and opened again meanwhile, what this pass
-    // still does fails, instead of taking bytes of the new connection or writing to it.
-    m_handle = m_link.m_handle;
-    const quint32 waiting = m_link.bytesWaiting(m_handle);
-    if (m_link.m_halted) {
+    m_handle = m_state.m_handle;
+    const quint32 waiting = m_state.bytesWaiting(m_handle);
+    if (m_state.m_halted) {
         QThread::msleep(idlePassMs);
         return;
     }
-    // Looked at after m_halted: who sees the halt lifted sees the restart too.
-    if (m_link.m_restarted.exchange(false)) {
+    if (m_state.m_restarted.exchange(false)) {
         m_assembler.restart();
         m_heldBack = false;
     }
-    if (m_heldBack && (m_link.m_stopRequested || framesWaiting() <= waitingFramesResume)) {
+    if (m_heldBack && (m_state.m_stopRequested || framesWaiting() <= waitingFramesResume)) {
         m_heldBack = false;
         requestNextBlock();
         return;
@@ -66,7 +64,7 @@ void ReceiveLoop::receive(quint32 waiting)
 {
     char *room = m_assembler.reserve(static_cast<qsizetype>(waiting));
     quint32 bytesRead = 0;
-    if (m_link.m_driver->read(m_handle, room, waiting, &bytesRead) == Status::Ok) {
+    if (m_state.m_driver->read(m_handle, room, waiting, &bytesRead) == Status::Ok) {
         m_assembler.keep(static_cast<qsizetype>(qMin(bytesRead, waiting)));
     } else {
         m_assembler.drop();
@@ -80,7 +78,7 @@ void ReceiveLoop::handleBlockBoundary()
 {
     if (m_assembler.frameComplete()) {
         handOnFrame();
-        m_heldBack = framesWaiting() >= waitingFramesLimit && !m_link.m_stopRequested;
+        m_heldBack = framesWaiting() >= waitingFramesLimit && !m_state.m_stopRequested;
     }
     if (!m_heldBack)
         requestNextBlock();
@@ -88,34 +86,30 @@ void ReceiveLoop::handleBlockBoundary()
 
 void ReceiveLoop::handOnFrame()
 {
-    const QByteArray frame = m_assembler.takeFrame(m_buffers.take(m_link.m_framesDone));
+    const QByteArray frame = m_assembler.takeFrame(m_buffers.take(m_state.m_framesDone));
     m_buffers.lend(frame);
-    Q_EMIT m_link.read_ready(frame);
+    m_callbacks.frame(frame);
 }
 
 /// Or tells the detector to halt, when that was asked for.
 void ReceiveLoop::requestNextBlock()
 {
-    if (m_link.m_stopRequested)
+    if (m_state.m_stopRequested)
         halt();
     else
-        m_link.writeTo(m_handle, m_blockRequests[static_cast<std::size_t>(m_assembler.nextRequest())]);
+        m_state.write(m_handle, m_blockRequests[static_cast<std::size_t>(m_assembler.nextRequest())]);
 }
 
 void ReceiveLoop::halt()
 {
     m_assembler.restart();
-    m_link.m_halted = true;
-    // A start that came between the request and here has lifted the halt already, and it stays lifted.
-    if (m_link.m_restarted) {
-        m_link.m_halted = false;
+    if (!m_state.halt())
         return;
-    }
-    m_link.writeTo(m_handle, CommandFrame::haltAcquisition());
-    Q_EMIT m_link.stop();
+    m_state.write(m_handle, CommandFrame::haltAcquisition());
+    m_callbacks.halted();
 }
 
 qint64 ReceiveLoop::framesWaiting() const
 {
-    return m_buffers.lentCount() - m_link.m_framesDone;
+    return m_buffers.lentCount() - m_state.m_framesDone;
 }

@@ -1,13 +1,11 @@
 #pragma once
 
 #include "device/blockassembler.h"
-#include "device/d2xx.h"
 #include "device/framebuffers.h"
-#include "device/protocol/frameformat.h"
+#include "device/linkstate.h"
 
 #include <array>
-
-class PortManager;
+#include <functional>
 
 /// The work of the receive thread: reads what waits, acknowledges each block, hands on each frame, halts the
 /// detector on request. Lives on that thread and ends when its interruption is requested.
@@ -17,7 +15,17 @@ class PortManager;
 class ReceiveLoop
 {
 public:
-    explicit ReceiveLoop(PortManager &link);
+    /// What it tells, on its own thread.
+    struct Callbacks
+    {
+        /// A whole frame. That it is through comes back by LinkState::m_framesDone.
+        std::function<void(const QByteArray &)> frame;
+        /// The detector was told to halt.
+        std::function<void()> halted;
+    };
+
+    /// `state` must outlive it.
+    ReceiveLoop(LinkState &state, Callbacks callbacks);
 
     void run();
 
@@ -30,7 +38,8 @@ private:
     void requestNextBlock();
     [[nodiscard]] qint64 framesWaiting() const;
 
-    PortManager &m_link;
+    LinkState &m_state;
+    const Callbacks m_callbacks;
     d2xx::Handle m_handle = nullptr; ///< of the current pass
     BlockAssembler m_assembler;
     FrameBuffers m_buffers;
