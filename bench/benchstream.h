@@ -1,6 +1,6 @@
 #pragma once
 
-#include "device/acquisition.h"
+#include "device/conversations.h"
 #include "device/d2xxlibrary.h"
 #include "device/portmanager.h"
 #include "imaging/processimage.h"

@@ -1,6 +1,6 @@
 #include "tools/acquisitionrun.h"
 
-#include "device/acquisition.h"
+#include "device/conversations.h"
 #include "device/d2xxlibrary.h"
 #include "device/portmanager.h"
 #include "imaging/processimage.h"

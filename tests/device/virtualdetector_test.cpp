@@ -1,4 +1,4 @@
-#include "device/acquisition.h"
+#include "device/conversations.h"
 #include "device/blockassembler.h"
 #include "device/d2xxlibrary.h"
 #include "device/portmanager.h"

@@ -1,6 +1,6 @@
 #include "ui/mainwindow.h"
 
-#include "device/acquisition.h"
+#include "device/conversations.h"
 #include "device/portmanager.h"
 #include "ui/mainwindow/mainwindow_rules.h"
 #include "ui/mainwindow/stylesheets.h"

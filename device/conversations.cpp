@@ -1,4 +1,4 @@
-#include "device/acquisition.h"
+#include "device/conversations.h"
 
 #include "device/portmanager.h"
 #include "device/protocol/commandframes.h"
