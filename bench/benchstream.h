@@ -67,10 +67,10 @@ private:
     static bool start(PortManager &link, int testPattern)
     {
         if (!link.openDevice(QStringLiteral("QV1K")) ||
-            (testPattern != 0 && !Acquisition::selectTestPattern(link, testPattern)) ||
-            !Acquisition::isReady(link) || !Acquisition::start(link))
+            (testPattern != 0 && !Conversation::selectTestPattern(link, testPattern)) ||
+            !Conversation::isReady(link) || !Conversation::start(link))
             return false;
-        Acquisition::beginReceiving(link);
+        Conversation::beginReceiving(link);
         return true;
     }
 

@@ -1,23 +1,34 @@
 #include "device/conversations.h"
 
+#include "device/exchange.h"
 #include "device/portmanager.h"
-#include "device/protocol/commandframes.h"
+#include "device/protocol/readback.h"
 #include "log/logmanager.h"
+
+#include <QThread>
 
 namespace {
 
-constexpr int replyTimeoutMs = 5000;
+constexpr int levelTimeoutMs = 500;
+constexpr int commandTimeoutMs = 2000;
 constexpr int haltTimeoutMs = 3500;
+constexpr int replyTimeoutMs = 5000;
+constexpr unsigned long readinessPauseMs = 1000;
 
 bool isEchoed(PortManager &link, const QByteArray &command)
 {
-    link.write(command);
-    return AckFrame::echoes(link.wait_for_read(replyTimeoutMs, AckFrame::commandBytes), command);
+    return AckFrame::echoes(Exchange::run(link, command, {replyTimeoutMs}), command);
 }
 
 } // namespace
 
-namespace Acquisition {
+namespace Conversation {
+
+std::optional<int> batteryLevel(PortManager &link)
+{
+    const QByteArray reply = Exchange::run(link, CommandFrame::levelQuery(), {levelTimeoutMs});
+    return reply.isEmpty() ? std::nullopt : std::optional(AckFrame::level(reply));
+}
 
 bool selectTestPattern(PortManager &link, int pattern)
 {
@@ -26,8 +37,17 @@ bool selectTestPattern(PortManager &link, int pattern)
 
 bool isReady(PortManager &link)
 {
-    link.write(CommandFrame::readinessQuery());
-    return AckFrame::isReady(link.wait_for_read(replyTimeoutMs, AckFrame::commandBytes));
+    return AckFrame::isReady(Exchange::run(link, CommandFrame::readinessQuery(), {replyTimeoutMs}));
+}
+
+bool waitUntilReady(PortManager &link, const std::function<bool()> &goesOn)
+{
+    while (!isReady(link)) {
+        if (!goesOn())
+            return false;
+        QThread::msleep(readinessPauseMs);
+    }
+    return true;
 }
 
 bool start(PortManager &link)
@@ -44,9 +64,34 @@ void beginReceiving(PortManager &link)
 void confirmHalt(PortManager &link)
 {
     link.pauseReceive();
-    const QByteArray reply = link.wait_for_read(haltTimeoutMs, AckFrame::commandBytes);
+    const QByteArray reply = Exchange::reply(link, {haltTimeoutMs});
     if (AckFrame::echoes(reply, CommandFrame::haltAcquisition()))
         LogManager::instance()->writeLog(QStringLiteral("下位机停止成功"));
 }
 
-} // namespace Acquisition
+void command(PortManager &link, const QByteArray &frame)
+{
+    Exchange::run(link, frame, {commandTimeoutMs});
+}
+
+bool download(PortManager &link, const QByteArray &frame)
+{
+    return AckFrame::acknowledgesParameters(Exchange::run(link, frame, {commandTimeoutMs}));
+}
+
+QByteArray readVersion(PortManager &link)
+{
+    return Exchange::run(link, CommandFrame::versionReadback(), {replyTimeoutMs, Readback::versionBytes});
+}
+
+QByteArray readParameters(PortManager &link)
+{
+    return Exchange::run(link, CommandFrame::parameterReadback(), {replyTimeoutMs, Readback::parameterBytes});
+}
+
+QByteArray readEeprom(PortManager &link)
+{
+    return Exchange::run(link, CommandFrame::eepromReadback(), {replyTimeoutMs, Readback::eepromBytes});
+}
+
+} // namespace Conversation

@@ -1,16 +1,28 @@
 #pragma once
 
+#include <QByteArray>
+
+#include <functional>
+#include <optional>
+
 class PortManager;
 
-/// The exchanges that start and end an acquisition. GUI thread; each blocks until the detector has answered,
-/// for the time-out told at most. Only before the first start or while the receive loop is halted.
-namespace Acquisition {
+/// What the program says to the detector, each with its time-out and how its reply is judged. GUI thread;
+/// each blocks until the detector has answered, for the time told at most. See device/exchange.h.
+namespace Conversation {
+
+/// Battery charge in percent; none when there was no answer at all. 0.5 s.
+[[nodiscard]] std::optional<int> batteryLevel(PortManager &link);
 
 /// Asks for test pattern 1 to 5; true when the detector echoes it. 5 s.
 [[nodiscard]] bool selectTestPattern(PortManager &link, int pattern);
 
 /// Asks once whether the detector is ready. 5 s.
 [[nodiscard]] bool isReady(PortManager &link);
+
+/// Asks until the detector is ready, with a second's rest after each time that it is not. Before each rest
+/// `goesOn` is asked whether there is to be another time; false when it says no.
+[[nodiscard]] bool waitUntilReady(PortManager &link, const std::function<bool()> &goesOn);
 
 /// Sends the start command; true when the detector echoes it. 5 s.
 [[nodiscard]] bool start(PortManager &link);
@@ -22,4 +34,15 @@ void beginReceiving(PortManager &link);
 /// halt, which is logged. 3.5 s.
 void confirmHalt(PortManager &link);
 
-} // namespace Acquisition
+/// Sends a command whose acknowledgement is awaited but not judged. 2 s.
+void command(PortManager &link, const QByteArray &frame);
+
+/// Sends a parameter frame; true when the detector acknowledges it. 2 s.
+[[nodiscard]] bool download(PortManager &link, const QByteArray &frame);
+
+/// Replies as hexadecimal text, or what of them arrived; device/protocol/readback.h reads them. 5 s.
+[[nodiscard]] QByteArray readVersion(PortManager &link);
+[[nodiscard]] QByteArray readParameters(PortManager &link);
+[[nodiscard]] QByteArray readEeprom(PortManager &link);
+
+} // namespace Conversation

@@ -10,15 +10,12 @@
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QTemporaryFile>
-#include <QThread>
 
 #include <algorithm>
 #include <cstdio>
 #include <numeric>
 
 namespace {
-
-constexpr unsigned long readinessPauseMs = 1000;
 
 /// Makes the folder if it is missing and tries it out; says what is wrong with it.
 QString checkWritable(const QString &folder)
@@ -113,22 +110,19 @@ QString AcquisitionRun::openFirstDetector()
 
 QString AcquisitionRun::waitUntilReady()
 {
-    if (m_options.testPattern > 0 && !Acquisition::selectTestPattern(m_link, m_options.testPattern))
+    if (m_options.testPattern > 0 && !Conversation::selectTestPattern(m_link, m_options.testPattern))
         return QStringLiteral("time-out: the detector did not confirm the test pattern");
     const QDeadlineTimer deadline(m_options.timeoutSeconds * 1000);
-    while (!Acquisition::isReady(m_link)) {
-        if (deadline.hasExpired()) {
-            return QStringLiteral("time-out: the detector is busy, not ready after %1 s")
-                .arg(m_options.timeoutSeconds);
-        }
-        QThread::msleep(readinessPauseMs);
+    if (!Conversation::waitUntilReady(m_link, [&deadline] { return !deadline.hasExpired(); })) {
+        return QStringLiteral("time-out: the detector is busy, not ready after %1 s")
+            .arg(m_options.timeoutSeconds);
     }
     return {};
 }
 
 QString AcquisitionRun::startDetector()
 {
-    if (!Acquisition::start(m_link))
+    if (!Conversation::start(m_link))
         return QStringLiteral("time-out: the detector did not confirm the start");
     return {};
 }
@@ -141,7 +135,7 @@ QString AcquisitionRun::receiveFrames()
     m_pipeline.setSaveFrameTotal(m_options.frames);
     m_pipeline.startSaving(m_options.data, m_options.picture, m_options.video);
 
-    Acquisition::beginReceiving(m_link);
+    Conversation::beginReceiving(m_link);
     m_clock.start();
     m_frameTimeout.start();
     m_loop.exec();
@@ -176,7 +170,7 @@ void AcquisitionRun::onFrame()
 void AcquisitionRun::onStop()
 {
     m_frameTimeout.stop();
-    Acquisition::confirmHalt(m_link);
+    Conversation::confirmHalt(m_link);
     m_link.closeDevice();
     m_loop.quit();
 }

@@ -29,7 +29,7 @@ protected:
         QObject::connect(&link(), &PortManager::read_ready, &m_context,
                          [this](const QByteArray &frame) { take(frame); });
         QObject::connect(&link(), &PortManager::stop, &m_context, [this] {
-            Acquisition::confirmHalt(link());
+            Conversation::confirmHalt(link());
             ++stops;
         });
     }
@@ -42,10 +42,10 @@ protected:
     {
         frames = 0;
         firstSeen = false;
-        ASSERT_TRUE(Acquisition::selectTestPattern(link(), 5));
-        ASSERT_TRUE(Acquisition::isReady(link()));
-        ASSERT_TRUE(Acquisition::start(link()));
-        Acquisition::beginReceiving(link());
+        ASSERT_TRUE(Conversation::selectTestPattern(link(), 5));
+        ASSERT_TRUE(Conversation::isReady(link()));
+        ASSERT_TRUE(Conversation::start(link()));
+        Conversation::beginReceiving(link());
     }
 
     void take(const QByteArray &frame)

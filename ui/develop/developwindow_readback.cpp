@@ -2,13 +2,14 @@
 
 #include "ui/developwindow.h"
 
-#include "device/protocol/commandframes.h"
+#include "device/conversations.h"
+#include "device/portmanager.h"
 #include "device/protocol/parameterpackets.h"
 #include "device/protocol/readback.h"
 #include "device/protocol/timing.h"
 #include "ui/parameterkeys.h"
 #include "ui/parameters/adclists.h"
-#include "ui/parameters/parameterexchange.h"
+#include "ui/parameters/waitcursor.h"
 
 #include "ui_developwindow.h"
 
@@ -17,6 +18,13 @@
 namespace {
 
 constexpr int voltageDecimals = 3;
+
+/// What the detector answers when it is asked by `question`, as hexadecimal text.
+QByteArray ask(QByteArray (*question)(PortManager &link))
+{
+    const WaitCursor cursor;
+    return question(*PortManager::instance());
+}
 
 void trace(const char *name, int value)
 {
@@ -37,8 +45,7 @@ void traceReply(const QByteArray &reply)
 
 void developwindow::ver_readback()
 {
-    const QByteArray reply =
-        ParameterExchange::readBack(CommandFrame::versionReadback(), Readback::versionBytes);
+    const QByteArray reply = ask(&Conversation::readVersion);
     traceReply(reply);
     if (const auto version = Readback::version(reply))
         ui->label_version->setText(*version);
@@ -48,8 +55,7 @@ void developwindow::ver_readback()
 
 void developwindow::parm_readback()
 {
-    const QByteArray reply =
-        ParameterExchange::readBack(CommandFrame::parameterReadback(), Readback::parameterBytes);
+    const QByteArray reply = ask(&Conversation::readParameters);
     const auto parameters = Readback::parameters(reply);
     if (!parameters) {
         qWarning().nospace() << "接收到的数据长度不足 256 字节，实际长度为:" << reply.size();
@@ -101,8 +107,7 @@ void developwindow::showTiming(const QList<qint32> &words)
 
 void developwindow::eep_readback()
 {
-    const QByteArray reply =
-        ParameterExchange::readBack(CommandFrame::eepromReadback(), Readback::eepromBytes);
+    const QByteArray reply = ask(&Conversation::readEeprom);
     traceReply(reply);
     const auto words = Readback::eeprom(reply);
     if (!words) {

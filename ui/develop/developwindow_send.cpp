@@ -2,15 +2,27 @@
 
 #include "ui/developwindow.h"
 
+#include "device/conversations.h"
+#include "device/portmanager.h"
 #include "device/protocol/commandframes.h"
 #include "device/protocol/parameterpackets.h"
 #include "ui/parameterkeys.h"
 #include "ui/parameters/adclists.h"
-#include "ui/parameters/parameterexchange.h"
+#include "ui/parameters/waitcursor.h"
 
 #include "ui_developwindow.h"
 
 #include <QDebug>
+
+namespace {
+
+void send(const QByteArray &frame)
+{
+    const WaitCursor cursor;
+    Conversation::command(*PortManager::instance(), frame);
+}
+
+} // namespace
 
 template <typename Value, typename Parse>
 QList<Value> developwindow::gather(int first, int count, Parse parse) const
@@ -33,28 +45,27 @@ QList<Value> developwindow::gather(int first, int count, Parse parse) const
 
 void developwindow::set_adc()
 {
-    ParameterExchange::command(
-        ParameterPacket::setAdc(AdcLists::selection({.operation = ui->comboBox_ope->currentIndex(),
-                                                     .dataFormat = ui->comboBox_data->currentIndex(),
-                                                     .testMode = ui->comboBox_mode->currentIndex(),
-                                                     .pcRange = ui->comboBox_pcrange->currentIndex()})));
+    send(ParameterPacket::setAdc(AdcLists::selection({.operation = ui->comboBox_ope->currentIndex(),
+                                                      .dataFormat = ui->comboBox_data->currentIndex(),
+                                                      .testMode = ui->comboBox_mode->currentIndex(),
+                                                      .pcRange = ui->comboBox_pcrange->currentIndex()})));
 }
 
 void developwindow::set_mode()
 {
-    ParameterExchange::command(ParameterPacket::setMode(ui->radioButton_1k->isChecked()));
+    send(ParameterPacket::setMode(ui->radioButton_1k->isChecked()));
 }
 
 void developwindow::set_voltage()
 {
-    ParameterExchange::command(ParameterPacket::setVoltages(gather<int>(
+    send(ParameterPacket::setVoltages(gather<int>(
         ParameterKeys::firstVoltage, ParameterPacket::voltageCount,
         [](int, const QString &text, bool *ok) { return ParameterPacket::voltageCode(text.toDouble(ok)); })));
 }
 
 void developwindow::set_time()
 {
-    ParameterExchange::command(ParameterPacket::setTiming(gather<qint32>(
+    send(ParameterPacket::setTiming(gather<qint32>(
         ParameterKeys::firstTiming, Timing::count, [](int place, const QString &text, bool *ok) {
             return Timing::toWire(Timing::fields.at(static_cast<std::size_t>(place)), text.toInt(ok));
         })));
@@ -62,22 +73,22 @@ void developwindow::set_time()
 
 void developwindow::send_eep()
 {
-    ParameterExchange::command(ParameterPacket::sendEeprom(
+    send(ParameterPacket::sendEeprom(
         gather<quint32>(ParameterKeys::firstEeprom, ParameterPacket::eepromCount,
                         [](int, const QString &text, bool *ok) { return text.toUInt(ok); })));
 }
 
 void developwindow::write_eep()
 {
-    ParameterExchange::command(CommandFrame::eepromWrite());
+    send(CommandFrame::eepromWrite());
 }
 
 void developwindow::read_eep()
 {
-    ParameterExchange::command(CommandFrame::eepromRead());
+    send(CommandFrame::eepromRead());
 }
 
 void developwindow::init_eep()
 {
-    ParameterExchange::command(CommandFrame::eepromInit());
+    send(CommandFrame::eepromInit());
 }

@@ -68,7 +68,7 @@ bool mainwindow::requestTestPattern()
     if (chosen == patterns.end())
         return true;
     const int pattern = 1 + static_cast<int>(chosen - patterns.begin());
-    if (Acquisition::selectTestPattern(*PortManager::instance(), pattern))
+    if (Conversation::selectTestPattern(*PortManager::instance(), pattern))
         return true;
     QMessageBox::critical(this, tr("Error"), tr("test failed"));
     return false;
@@ -76,13 +76,13 @@ bool mainwindow::requestTestPattern()
 
 void mainwindow::waitUntilReady()
 {
-    while (!Acquisition::isReady(*PortManager::instance()))
+    while (!Conversation::isReady(*PortManager::instance()))
         QThread::msleep(readinessIntervalMs);
 }
 
 bool mainwindow::startDetector()
 {
-    if (Acquisition::start(*PortManager::instance()))
+    if (Conversation::start(*PortManager::instance()))
         return true;
     QMessageBox::critical(this, tr("Error"), tr("Play failed"));
     return false;
@@ -92,7 +92,7 @@ void mainwindow::enterSampling()
 {
     m_statusTimer.stop();
     setPlayLook(stopIcon, StyleSheets::playRunning);
-    Acquisition::beginReceiving(*PortManager::instance());
+    Conversation::beginReceiving(*PortManager::instance());
     m_isSampling = 1;
     ui->pushButton_set->setEnabled(false);
     ui->label_fps->setText(QStringLiteral("FPS: N/A"));
@@ -116,7 +116,7 @@ void mainwindow::handleStop()
     // The detector was pulled out while its stop was on the way: that ended the acquisition already.
     if (m_isSampling != 1)
         return;
-    Acquisition::confirmHalt(*PortManager::instance());
+    Conversation::confirmHalt(*PortManager::instance());
     check_lower_computer_status();
     startStatusTimer();
     endRecording();

@@ -1,12 +1,13 @@
 #include "ui/mainwindow.h"
 
-#include "device/protocol/commandframes.h"
+#include "device/conversations.h"
+#include "device/portmanager.h"
 #include "device/protocol/currentrange.h"
 #include "device/protocol/parameterpackets.h"
 #include "device/protocol/timing.h"
 #include "ui/parameterkeys.h"
 #include "ui/parameters/adclists.h"
-#include "ui/parameters/parameterexchange.h"
+#include "ui/parameters/waitcursor.h"
 #include "ui_mainwindow.h"
 
 #include <QMessageBox>
@@ -43,8 +44,11 @@ const CurrentRange::Gear *mainwindow::chosenGear() const
 
 bool mainwindow::download(const QByteArray &packet, const QString &failure)
 {
-    if (AckFrame::acknowledgesParameters(ParameterExchange::command(packet)))
-        return true;
+    {
+        const WaitCursor cursor;
+        if (Conversation::download(*PortManager::instance(), packet))
+            return true;
+    }
     QMessageBox::critical(this, tr("Error"), failure);
     return false;
 }

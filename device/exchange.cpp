@@ -1,0 +1,14 @@
+#include "device/exchange.h"
+
+#include "device/portmanager.h"
+
+QByteArray Exchange::run(PortManager &link, const QByteArray &frame, Wait wait)
+{
+    link.write(frame);
+    return reply(link, wait);
+}
+
+QByteArray Exchange::reply(PortManager &link, Wait wait)
+{
+    return link.wait_for_read(wait.timeoutMs, wait.bytes);
+}
