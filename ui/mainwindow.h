@@ -11,6 +11,7 @@
 #include <memory>
 
 class DeviceWatcher;
+class PortManager;
 class QPushButton;
 
 namespace CurrentRange {
@@ -98,27 +99,30 @@ private:
     void applySettings();
 
     // Link
-    [[nodiscard]] bool isConnected() const;
     void connectDevice();
     void disconnectDevice();
-    void startStatusTimer();
     void fillPortList(const QList<QString> &serialNumbers);
     void deviceArrived();
     void deviceRemoved();
-    void returnToDisconnected();
-    /// Sends a frame and returns what was answered, as PortManager::wait_for_read() does.
-    [[nodiscard]] QByteArray exchange(const QByteArray &frame, int timeoutMs);
 
-    // Acquisition
-    void requestStop();
-    [[nodiscard]] bool requestTestPattern();
-    void waitUntilReady();
-    [[nodiscard]] bool startDetector();
+    // States: the only ways from one to the other
+    [[nodiscard]] bool isConnected() const;
+    void enterConnected();
+    /// Closes the device; ends an acquisition that runs.
+    void enterDisconnected();
     void enterSampling();
+    /// Asks the receive thread to halt the detector.
+    void enterStopping();
+    /// Connected, and the acquisition has ended.
+    void enterIdle();
     void leaveSampling(const char *playStyle);
-    void endSamplePress();
     void endRecording();
     void setPlayLook(const QString &icon, const char *style);
+
+    // Acquisition
+    [[nodiscard]] bool requestTestPattern();
+    [[nodiscard]] bool startDetector();
+    void endSamplePress();
     void updateCurrentReadout();
 
     // Settings page
@@ -151,5 +155,6 @@ private:
     qint64 m_elapsedMs = 0;   ///< time over those pictures
     QSettings m_settings{QStringLiteral("./config.ini"), QSettings::IniFormat};
     std::unique_ptr<Ui::mainwindow> ui;
+    PortManager *m_link = nullptr; ///< the one link of the process, which this window makes and ends
     std::unique_ptr<DeviceWatcher> m_deviceWatcher;
 };

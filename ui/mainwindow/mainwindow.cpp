@@ -65,7 +65,7 @@ mainwindow::mainwindow(QWidget *parent) : QMainWindow(parent), ui(std::make_uniq
     m_fpsTimer.start();
     buildFrameCountBox();
     applySettings();
-    fillPortList(PortManager::instance()->listDevices());
+    fillPortList(m_link->listDevices());
 }
 
 mainwindow::~mainwindow()
@@ -125,6 +125,7 @@ void mainwindow::createServices()
     ui->textEdit->setPlainText(library.description());
     PortManager::setDriver(library.driver);
     PortManager::createInstance();
+    m_link = PortManager::instance();
     m_deviceWatcher = std::make_unique<DeviceWatcher>(library.driver);
     connect(m_deviceWatcher.get(), &DeviceWatcher::arrived, this, &mainwindow::deviceArrived);
     connect(m_deviceWatcher.get(), &DeviceWatcher::removed, this, &mainwindow::deviceRemoved);
@@ -141,7 +142,7 @@ void mainwindow::connectPipeline()
     connect(m_process.get(), &ProcessImage::setMinSuccess, this, &mainwindow::handleSetMinSuccess);
     connect(&m_statusTimer, &QTimer::timeout, this, &mainwindow::check_lower_computer_status);
     connect(ui->frame, &KeepRatioWidget::click_coor, this, &mainwindow::handleLabelClick);
-    connect(PortManager::instance(), &PortManager::stop, this, &mainwindow::handleStop);
+    connect(m_link, &PortManager::stop, this, &mainwindow::handleStop);
 }
 
 void mainwindow::buildFrameCountBox()

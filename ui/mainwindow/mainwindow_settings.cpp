@@ -1,7 +1,6 @@
 #include "ui/mainwindow.h"
 
 #include "device/conversations.h"
-#include "device/portmanager.h"
 #include "device/protocol/currentrange.h"
 #include "device/protocol/parameterpackets.h"
 #include "device/protocol/timing.h"
@@ -46,7 +45,7 @@ bool mainwindow::download(const QByteArray &packet, const QString &failure)
 {
     {
         const WaitCursor cursor;
-        if (Conversation::download(*PortManager::instance(), packet))
+        if (Conversation::download(*m_link, packet))
             return true;
     }
     QMessageBox::critical(this, tr("Error"), failure);

@@ -1,0 +1,97 @@
+// The window's moves between disconnected, connected and idle, sampling, and stopping. The flows that lead to
+// them call these; these call no flow.
+
+#include "ui/mainwindow.h"
+
+#include "device/conversations.h"
+#include "device/portmanager.h"
+#include "ui/mainwindow/stylesheets.h"
+#include "ui_mainwindow.h"
+
+namespace {
+
+// The connect button's own text is the state; it is not translated.
+const QString connectText = QStringLiteral("Connect");
+const QString disconnectText = QStringLiteral("Disconnect");
+
+const QString playIcon = QStringLiteral(":/image/image_resource/play.png");
+const QString stopIcon = QStringLiteral(":/image/image_resource/stop.png");
+const QString replayIcon = QStringLiteral(":/image/image_resource/replay.png");
+
+constexpr int statusIntervalMs = 120000;
+
+} // namespace
+
+bool mainwindow::isConnected() const
+{
+    return ui->pushButton_Connect->text() != connectText;
+}
+
+void mainwindow::enterConnected()
+{
+    m_statusTimer.start(statusIntervalMs);
+    ui->pushButton_Connect->setText(disconnectText);
+}
+
+void mainwindow::enterDisconnected()
+{
+    m_statusTimer.stop();
+    m_link->closeDevice();
+    ui->pushButton_Connect->setText(connectText);
+    if (m_isSampling != 1)
+        return;
+    m_link->pauseReceive();
+    endRecording();
+    leaveSampling(StyleSheets::playRemoved);
+}
+
+void mainwindow::enterSampling()
+{
+    m_statusTimer.stop();
+    setPlayLook(stopIcon, StyleSheets::playRunning);
+    Conversation::beginReceiving(*m_link);
+    m_isSampling = 1;
+    ui->pushButton_set->setEnabled(false);
+    ui->label_fps->setText(QStringLiteral("FPS: N/A"));
+    ui->progressBar->setValue(0);
+    ui->label_savestate->clear();
+    m_frameCount = 0;
+    m_elapsedMs = 0;
+    m_fpsTimer.start();
+}
+
+void mainwindow::enterStopping()
+{
+    m_link->requestStop();
+    setPlayLook(replayIcon, StyleSheets::playStopping);
+}
+
+void mainwindow::enterIdle()
+{
+    m_statusTimer.start(statusIntervalMs);
+    endRecording();
+    leaveSampling(StyleSheets::playIdle);
+}
+
+void mainwindow::leaveSampling(const char *playStyle)
+{
+    m_isSampling = 0;
+    ui->pushButton_set->setEnabled(true);
+    setPlayLook(playIcon, playStyle);
+    ui->pushButton_sample->setEnabled(true);
+}
+
+void mainwindow::endRecording()
+{
+    if (!m_process->isSaving())
+        return;
+    m_process->stopSaving();
+    ui->label_savestate->setText(QStringLiteral("Save Stop"));
+    showFailedFiles();
+}
+
+void mainwindow::setPlayLook(const QString &icon, const char *style)
+{
+    ui->pushButton_sample->setIcon(QIcon(icon));
+    ui->pushButton_sample->setStyleSheet(QString::fromLatin1(style));
+}
