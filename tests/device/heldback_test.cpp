@@ -91,6 +91,24 @@ TEST_F(HeldBack, nothing_is_requested_while_more_than_half_still_wait)
     EXPECT_EQ(requestsThen, requestsFor64Frames);
 }
 
+TEST_F(HeldBack, a_frame_is_not_through_before_who_was_connected_after_the_start_is_through_with_it)
+{
+    int receivedLate = 0;
+    qsizetype requestsThen = 0;
+    QObject late;
+    QObject::connect(&link(), &PortManager::read_ready, &late, [&] {
+        if (++receivedLate != 32) // 31 are through, 33 wait
+            return;
+        pass();
+        requestsThen = fake.written().size();
+    });
+    ASSERT_TRUE(waitBlocked([&] { return fake.written().size() == requestsFor64Frames; }));
+    ASSERT_TRUE(waitBlocked([&] { return fake.waiting() == 0; }));
+    pass();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return received >= 64; }, 10000));
+    EXPECT_EQ(requestsThen, requestsFor64Frames);
+}
+
 TEST_F(HeldBack, a_stop_request_is_honoured_while_held_back)
 {
     ASSERT_TRUE(waitBlocked([&] { return fake.written().size() == requestsFor64Frames; }));
