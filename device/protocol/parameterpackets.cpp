@@ -5,7 +5,13 @@
 
 namespace {
 
-enum Code : char { Mode = 0x00, Adc = 0x01, Voltages = 0x02, TimingWords = 0x10, Eeprom = char(0xEE) };
+enum Code : char {
+    Mode = 0x00,
+    Adc = 0x01,
+    Voltages = 0x02,
+    TimingWords = 0x10,
+    Eeprom = static_cast<char>(0xEE)
+};
 
 constexpr int voltageWidth = 2;
 constexpr int wordWidth = 4;
@@ -15,7 +21,7 @@ QByteArray payloadOf(const Values &values, int width)
 {
     QByteArray payload;
     for (const auto value : values)
-        payload += CommandFrame::hexBytes(int(value), width);
+        payload += CommandFrame::hexBytes(static_cast<int>(value), width);
     return payload;
 }
 
@@ -35,7 +41,8 @@ double voltageValue(int raw)
 
 QByteArray setMode(bool is1k)
 {
-    return CommandFrame::parameters(Mode, QByteArray(1, is1k ? char(0x00) : char(0x10)));
+    return CommandFrame::parameters(Mode,
+                                    QByteArray(1, is1k ? static_cast<char>(0x00) : static_cast<char>(0x10)));
 }
 
 QByteArray setAdc(const AdcSelection &selection)

@@ -1,5 +1,6 @@
 #include "tests/architecture/includes.h"
 #include "tests/architecture/layers.h"
+#include "tests/architecture/numbers.h"
 #include "tests/architecture/sizes.h"
 
 #include <gtest/gtest.h>
@@ -69,6 +70,16 @@ TEST_F(Project, IncludesFollowTheLinkLists)
 TEST_F(Project, NoFolderUsesItselfInTheEnd)
 {
     expectNone(folderCircles(tree()));
+}
+
+TEST_F(Project, CastsHaveOneStyle)
+{
+    expectNone(castsOfAnotherStyle(tree()));
+}
+
+TEST_F(Project, IntegersHaveOneStyle)
+{
+    expectNone(integersOfAnotherStyle(tree()));
 }
 
 } // namespace

@@ -1,5 +1,5 @@
-#include "device/conversations.h"
 #include "device/blockassembler.h"
+#include "device/conversations.h"
 #include "device/d2xxlibrary.h"
 #include "device/portmanager.h"
 #include "device/protocol/commandframes.h"
@@ -62,7 +62,7 @@ protected:
     static bool isCounterFrame(const QByteArray &frame, int number)
     {
         const auto *samples = reinterpret_cast<const uchar *>(frame.constData());
-        const quint32 first = quint32(number) * 4099;
+        const quint32 first = static_cast<quint32>(number) * 4099;
         for (quint32 pixel = 0; pixel < 1024 * 1024; ++pixel) {
             if (qFromBigEndian<quint32>(samples + 4 * pixel) != 4096 + ((pixel + first) & 0xFFFFF))
                 return false;

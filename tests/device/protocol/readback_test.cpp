@@ -42,7 +42,7 @@ TEST(ParameterReadback, what_was_sent_is_what_is_read_for_random_valid_parameter
             voltages << random.bounded(65536);
         QList<int> timing;
         for (int i = 0; i < Timing::count; ++i)
-            timing << int(random.generate() & 0x7FFFFFFF);
+            timing << static_cast<int>(random.generate() & 0x7FFFFFFF);
         const bool is1k = random.bounded(2) == 0;
 
         const auto read = Readback::parameters(replyFor(is1k, adc, voltages, timing));
@@ -67,9 +67,9 @@ TEST(ParameterReadback, any_mode_but_0_is_the_256_mode)
 {
     QByteArray bytes(Readback::parameterBytes, '\0');
     EXPECT_EQ(Readback::parameters(bytes.toHex())->mode, 0);
-    bytes[0] = char(0x10);
+    bytes[0] = static_cast<char>(0x10);
     EXPECT_EQ(Readback::parameters(bytes.toHex())->mode, 0x10);
-    bytes[0] = char(0xFF);
+    bytes[0] = static_cast<char>(0xFF);
     EXPECT_EQ(Readback::parameters(bytes.toHex())->mode, 0xFF);
 }
 
@@ -95,7 +95,7 @@ TEST(EepromReadback, words_come_in_order_most_significant_byte_first)
     QByteArray bytes;
     for (int i = 0; i < eepromCount; ++i)
         bytes += CommandFrame::hexBytes(i * 1000001, 4);
-    bytes += char(0x55);
+    bytes += static_cast<char>(0x55);
     const auto words = Readback::eeprom(bytes.toHex().toUpper());
     ASSERT_TRUE(words);
     ASSERT_EQ(words->size(), eepromCount);
@@ -112,7 +112,7 @@ TEST(EepromReadback, what_was_sent_is_what_is_read_for_random_words_and_the_magn
         for (int i = 0; i < eepromCount; ++i) {
             const quint32 word = random.generate();
             words << word;
-            expected << int(word > 0x80000000U ? 0U - word : word % 0x80000000U);
+            expected << static_cast<int>(word > 0x80000000U ? 0U - word : word % 0x80000000U);
         }
         const QByteArray reply = (payload(sendEeprom(words)) + '\0').toHex().toUpper();
         ASSERT_EQ(Readback::eeprom(reply), expected);
