@@ -102,8 +102,7 @@ TEST_F(VirtualDetector, a_thousand_counter_frames_arrive_whole_and_in_order_none
 TEST_F(VirtualDetector, after_power_up_it_holds_the_parameters_of_the_first_current_range)
 {
     ASSERT_TRUE(link().openDevice(QStringLiteral("QV1K")));
-    link().write(CommandFrame::parameterReadback());
-    const auto held = Readback::parameters(link().wait_for_read(5000, Readback::parameterBytes));
+    const auto held = Readback::parameters(Conversation::readParameters(link()));
     ASSERT_TRUE(held);
     const CurrentRange::Gear gear = CurrentRange::gears.front();
     EXPECT_EQ(held->mode, 0);

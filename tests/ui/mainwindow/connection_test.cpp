@@ -2,7 +2,25 @@
 
 #include "ui/mainwindow/stylesheets.h"
 
+#include <QCoreApplication>
 #include <QLayout>
+#include <QTranslator>
+
+namespace {
+
+/// Has another text for whatever can be translated.
+class AnotherLanguage : public QTranslator
+{
+public:
+    [[nodiscard]] bool isEmpty() const override { return false; }
+    [[nodiscard]] QString translate(const char * /*context*/, const char *text, const char * /*comment*/,
+                                    int /*number*/) const override
+    {
+        return QStringLiteral("~%1~").arg(QString::fromUtf8(text));
+    }
+};
+
+} // namespace
 
 class MainWindowConnection : public MainWindowTest
 {
@@ -14,6 +32,20 @@ protected:
         find<QWidget>("widget_battery")->layout()->activate();
     }
 };
+
+TEST_F(MainWindowConnection, in_another_language_the_connect_button_still_tells_the_state_by_its_text)
+{
+    AnotherLanguage language;
+    QCoreApplication::installTranslator(&language);
+    open();
+    EXPECT_EQ(button("pushButton_set")->text(), "~Setting~");
+    EXPECT_EQ(button("pushButton_Connect")->text(), "Connect");
+    click("pushButton_Connect");
+    EXPECT_EQ(button("pushButton_Connect")->text(), "Disconnect");
+    click("pushButton_Connect");
+    EXPECT_EQ(button("pushButton_Connect")->text(), "Connect");
+    QCoreApplication::removeTranslator(&language);
+}
 
 TEST_F(MainWindowConnection,
        connect_opens_the_chosen_detector_asks_for_its_charge_and_polls_every_two_minutes)

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "device/conversations.h"
 #include "device/portmanager.h"
-#include "device/protocol/commandframes.h"
 #include "device/protocol/readback.h"
 #include "tests/ui/develop/dialogfields.h"
 #include "tests/ui/mainwindow/virtualwindow.h"
@@ -36,9 +36,7 @@ protected:
     };
     static Held held()
     {
-        PortManager *link = PortManager::instance();
-        link->write(CommandFrame::parameterReadback());
-        const QByteArray reply = link->wait_for_read(5000, Readback::parameterBytes);
+        const QByteArray reply = Conversation::readParameters(*PortManager::instance());
         EXPECT_EQ(reply.size(), 2 * Readback::parameterBytes) << reply.constData();
         return {reply.mid(0, 2), reply.mid(2, 4), reply.mid(6, 64), reply.mid(70, 144)};
     }
