@@ -1,3 +1,4 @@
+#include "device/protocol/frameformat.h"
 #include "imaging/processimage.h"
 #include "imaging/recorder.h"
 #include "tests/imaging/frames.h"
@@ -48,7 +49,7 @@ void recordStraightforward(benchmark::State &state)
     QDir().mkdir(files.folder());
     const auto frames = decodedFrames();
     cv::VideoWriter video(files.video().toStdString(), cv::VideoWriter::fourcc('m', 'p', '4', 'v'), 0.5,
-                          cv::Size(1024, 1024), true);
+                          cv::Size(FrameFormat::side, FrameFormat::side), true);
     int stored = 0;
     for (auto _ : state) {
         const DecodedFrame &frame = frames[static_cast<std::size_t>(stored) % frames.size()];

@@ -43,8 +43,9 @@ public:
     /// Starts with a test pattern, or with the scene for 0. False when the detector does not answer.
     [[nodiscard]] bool start(int pattern)
     {
-        return (pattern == 0 || exchange(CommandFrame::testPattern(pattern), m_frame.data(), echoBytes)) &&
-               exchange(CommandFrame::startAcquisition(), m_frame.data(), echoBytes);
+        return (pattern == 0 ||
+                exchange(CommandFrame::testPattern(pattern), m_frame.data(), AckFrame::commandBytes)) &&
+               exchange(CommandFrame::startAcquisition(), m_frame.data(), AckFrame::commandBytes);
     }
 
     /// One frame by the block handshake. False when the stream broke off.
@@ -61,7 +62,6 @@ public:
 
 private:
     static constexpr int settingsAge = 250; ///< ms; the virtual detector looks at its file more often
-    static constexpr qsizetype echoBytes = 6;
 
     [[nodiscard]] bool exchange(const QByteArray &command, uchar *answer, qsizetype length)
     {

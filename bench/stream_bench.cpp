@@ -1,5 +1,4 @@
 #include "bench/benchstream.h"
-#include "device/blockassembler.h"
 #include "device/protocol/frameformat.h"
 
 #include <benchmark/benchmark.h>

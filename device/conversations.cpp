@@ -2,6 +2,7 @@
 
 #include "device/exchange.h"
 #include "device/portmanager.h"
+#include "device/protocol/commandframes.h"
 #include "device/protocol/readback.h"
 #include "log/logmanager.h"
 

@@ -6,6 +6,8 @@
 #include <QLibrary>
 #include <QStringList>
 
+#include <type_traits>
+
 namespace {
 
 const QString virtualDetector = QStringLiteral("d2xx_virtual");

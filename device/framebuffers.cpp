@@ -1,6 +1,5 @@
 #include "device/framebuffers.h"
 
-#include "device/blockassembler.h"
 #include "device/protocol/frameformat.h"
 
 #include <utility>

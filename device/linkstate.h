@@ -16,10 +16,12 @@
 /// | idle       | set      | true     | any      | any             | polls without reading                |
 /// | receiving  | set      | false    | false    | false           | reads and requests blocks            |
 /// | slow start | set      | false    | true     | false           | the same, one pass per 100 ms        |
-/// | stopping   | set      | false    | false    | true            | reads on, halts at the next boundary |
+/// | stopping   | set      | false    | any      | true            | reads on, halts at the next boundary |
 ///
 /// Before the first start m_halted may be false: there is no loop yet. A slow start comes of a pause before
-/// the first start, which outlasts it.
+/// the first start, which outlasts it. An open that failed leaves in m_handle what the library left there;
+/// D2xx refuses every call on it. m_restarted is true from a start until the loop's next pass, in every
+/// state.
 ///
 /// Rules of their order:
 /// 1. begin() writes m_stopRequested, then m_restarted, then m_halted: a pass that sees the halt lifted sees
@@ -30,8 +32,8 @@
 /// 3. close() writes m_halted before it takes the handle back: a loop that was cut off in mid-frame must not
 ///    read the replies of the next connection.
 /// 4. A halt that meets a start: the loop sets m_halted, and lifts it again when m_restarted is set by then.
-/// 5. m_framesDone is raised by the GUI thread after all that frames were handed to is through with them; the
-///    loop only compares it.
+/// 5. m_framesDone is raised on the GUI thread, by an event behind the frame's own: after all there that the
+///    frame was handed to is through with it. The loop only compares it.
 ///
 /// All are sequentially consistent; none is written per block.
 class LinkState

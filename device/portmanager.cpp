@@ -15,8 +15,6 @@ using namespace d2xx;
 
 namespace {
 
-constexpr quint8 latencyMs = 2;
-constexpr quint32 transferSize = 65536;
 constexpr quint32 ioTimeoutMs = 10;
 
 PortManager *linkInstance = nullptr;
@@ -131,8 +129,8 @@ void PortManager::configureDevice()
 {
     m_state.m_driver->resetDevice(m_state.m_handle);
     m_state.m_driver->setBitMode(m_state.m_handle, allDataLines, bitModeSyncFifo);
-    m_state.m_driver->setLatencyTimer(m_state.m_handle, latencyMs);
-    m_state.m_driver->setUsbParameters(m_state.m_handle, transferSize, transferSize);
+    m_state.m_driver->setLatencyTimer(m_state.m_handle, shortestLatency);
+    m_state.m_driver->setUsbParameters(m_state.m_handle, largestTransfer, largestTransfer);
     m_state.m_driver->setFlowControl(m_state.m_handle, flowRtsCts, 0, 0);
     m_state.m_driver->purge(m_state.m_handle, purgeBoth);
     m_state.m_driver->setTimeouts(m_state.m_handle, ioTimeoutMs, ioTimeoutMs);
@@ -167,12 +165,13 @@ void PortManager::startThread()
 
 void PortManager::receiveLoop()
 {
-    ReceiveLoop(m_state, {.frame = [this](const QByteArray &frame) { handOn(frame); },
-                          .halted =
-                              [this] {
-                                  Q_EMIT stop();
-                              }})
-        .run();
+    const auto onFrame = [this](const QByteArray &frame) {
+        handOn(frame);
+    };
+    const auto onHalted = [this] {
+        Q_EMIT stop();
+    };
+    ReceiveLoop(m_state, {.frame = onFrame, .halted = onHalted}).run();
 }
 
 /// The frame, and behind it in the GUI thread's queue of events the word that it is through: whoever is

@@ -5,6 +5,8 @@
 
 #include <QThread>
 
+#include <utility>
+
 using namespace d2xx;
 
 namespace {

@@ -52,7 +52,7 @@ private:
     std::mutex m_mutex; // guards what follows; taken after the other
     std::map<Handle, Connection> m_connections;
     std::vector<DeviceRecord> m_records;
-    d2xx::HandleSource m_handles;
+    d2xx::HandleSource m_handles{0x46540000};
 };
 
 } // namespace ftdi

@@ -107,6 +107,7 @@ private:
 
     // States: the only ways from one to the other
     [[nodiscard]] bool isConnected() const;
+    void startStatusTimer();
     void enterConnected();
     /// Closes the device; ends an acquisition that runs.
     void enterDisconnected();
@@ -123,7 +124,6 @@ private:
     [[nodiscard]] bool requestTestPattern();
     [[nodiscard]] bool startDetector();
     void endSamplePress();
-    void updateCurrentReadout();
 
     // Settings page
     /// The range of the checked button; null when none is.
@@ -135,10 +135,15 @@ private:
     [[nodiscard]] QByteArray adcPacket();
     [[nodiscard]] QByteArray voltagePacket();
 
-    // Display and save pages
+    // Display
+    void updateCurrentReadout();
+
+    // Calibration
     /// One button's press starts or abandons its capture; `other` says that the opposite one runs.
     void switchCapture(QPushButton *button, bool &flag, bool other, std::vector<double> &reference,
                        double fill);
+
+    // Save page
     [[nodiscard]] QString parameterSummary() const;
     void showFailedFiles();
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QtGlobal>
-
 /// How the converter works, and the 16-bit word that tells it so. Pure functions, any thread.
 struct AdcSelection
 {

@@ -8,10 +8,16 @@ namespace {
 
 enum FrameClass : char { BlockHandshake = 0x00, ParameterDownload = 0x01, Query = 0x02, Control = 0x03 };
 
+/// `code` is one byte but for block counts that do not fit one.
+QByteArray frame(FrameClass frameClass, const QByteArray &code)
+{
+    return QByteArrayLiteral("\xFF\xAA") + static_cast<char>(frameClass) + code +
+           QByteArrayLiteral("\x0D\xEB");
+}
+
 QByteArray frame(FrameClass frameClass, int code)
 {
-    return QByteArrayLiteral("\xFF\xAA") + static_cast<char>(frameClass) + static_cast<char>(code) +
-           QByteArrayLiteral("\x0D\xEB");
+    return frame(frameClass, QByteArray(1, static_cast<char>(code)));
 }
 
 } // namespace
@@ -40,7 +46,7 @@ QByteArray testPattern(int pattern)
 
 QByteArray blockRequest(int blocks)
 {
-    return QByteArrayLiteral("\xFF\xAA\x00") + hexBytes(blocks, 1) + QByteArrayLiteral("\x0D\xEB");
+    return frame(BlockHandshake, hexBytes(blocks, 1));
 }
 
 QByteArray levelQuery()

@@ -1,7 +1,7 @@
 #include "device/protocol/parameterpackets.h"
 
 #include "device/protocol/commandframes.h"
-#include "device/protocol/truncated.h"
+#include "device/protocol/saturated.h"
 
 namespace {
 
@@ -12,9 +12,6 @@ enum Code : char {
     TimingWords = 0x10,
     Eeprom = static_cast<char>(0xEE)
 };
-
-constexpr int voltageWidth = 2;
-constexpr int wordWidth = 4;
 
 template <typename Values>
 QByteArray payloadOf(const Values &values, int width)
@@ -31,7 +28,7 @@ namespace ParameterPacket {
 
 int voltageCode(double volts)
 {
-    return truncated((volts + 20.0) / 40.0 * 65536.0);
+    return saturatedToInt((volts + 20.0) / 40.0 * 65536.0);
 }
 
 double voltageValue(int raw)
@@ -47,22 +44,22 @@ QByteArray setMode(bool is1k)
 
 QByteArray setAdc(const AdcSelection &selection)
 {
-    return CommandFrame::parameters(Adc, CommandFrame::hexBytes(selection.word(), 2));
+    return CommandFrame::parameters(Adc, CommandFrame::hexBytes(selection.word(), adcBytes));
 }
 
 QByteArray setVoltages(const QList<int> &codes)
 {
-    return CommandFrame::parameters(Voltages, payloadOf(codes, voltageWidth));
+    return CommandFrame::parameters(Voltages, payloadOf(codes, voltageBytes));
 }
 
 QByteArray setTiming(const QList<qint32> &words)
 {
-    return CommandFrame::parameters(TimingWords, payloadOf(words, wordWidth));
+    return CommandFrame::parameters(TimingWords, payloadOf(words, wordBytes));
 }
 
 QByteArray sendEeprom(const QList<quint32> &words)
 {
-    return CommandFrame::parameters(Eeprom, payloadOf(words, wordWidth));
+    return CommandFrame::parameters(Eeprom, payloadOf(words, wordBytes));
 }
 
 } // namespace ParameterPacket

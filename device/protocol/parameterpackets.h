@@ -11,6 +11,11 @@ namespace ParameterPacket {
 inline constexpr int voltageCount = 16;
 inline constexpr int eepromCount = 32;
 
+// Bytes on the wire, of one.
+inline constexpr int adcBytes = 2;
+inline constexpr int voltageBytes = 2;
+inline constexpr int wordBytes = 4; ///< of timing and EEPROM
+
 /// trunc((volts + 20) / 40 * 65536): -20 V to +20 V onto 0 to 65536.
 [[nodiscard]] int voltageCode(double volts);
 /// raw / 65536 * 40 - 20, volts.

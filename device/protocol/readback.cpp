@@ -7,8 +7,10 @@
 
 namespace {
 
-constexpr int wordBytes = 4;
-constexpr int voltageBytes = 2;
+using ParameterPacket::voltageBytes;
+using ParameterPacket::wordBytes;
+
+static_assert(Readback::eepromBytes == ParameterPacket::eepromCount * wordBytes + 1);
 
 /// Reads numbers one after the other from hexadecimal text.
 class HexReader
@@ -48,7 +50,7 @@ std::optional<Parameters> parameters(const QByteArray &reply)
     HexReader reader(reply);
     Parameters p;
     p.mode = reader.next(1);
-    p.adcWord = reader.next(2);
+    p.adcWord = reader.next(ParameterPacket::adcBytes);
     p.adc = AdcSelection::ofWord(p.adcWord);
     p.voltageCodes = reader.next(voltageBytes, ParameterPacket::voltageCount);
     p.timingWords = reader.next(wordBytes, Timing::count);

@@ -1,6 +1,6 @@
 #include "device/protocol/timing.h"
 
-#include "device/protocol/truncated.h"
+#include "device/protocol/saturated.h"
 
 namespace {
 
@@ -75,12 +75,12 @@ Timing Timing::calculated() const
 
 qint32 Timing::toWire(Field field, qint32 value)
 {
-    return isIntegrationTime(field) ? truncated(value * integrationScale) : value;
+    return isIntegrationTime(field) ? saturatedToInt(value * integrationScale) : value;
 }
 
 qint32 Timing::fromWire(Field field, qint32 word)
 {
-    return isIntegrationTime(field) ? truncated(word / integrationScale) : word;
+    return isIntegrationTime(field) ? saturatedToInt(word / integrationScale) : word;
 }
 
 QList<qint32> Timing::toWire() const

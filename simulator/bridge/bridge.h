@@ -103,7 +103,7 @@ private:
     std::map<QString, std::unique_ptr<Device>> m_devices; // all that there ever were
     std::map<Handle, Connection> m_connections;
     std::vector<DeviceRecord> m_records;
-    d2xx::HandleSource m_handles;
+    d2xx::HandleSource m_handles{0x51560000};
 
     DeviceEvents m_events;
 };

@@ -30,13 +30,15 @@ Faults readFaults(SettingsReader &reader)
     readReplyFaults(reader, faults);
     faults.notReadyQueries = reader.integer(QStringLiteral("Faults/NotReadyQueries"), 0, 0, many);
     faults.failOpens = reader.integer(QStringLiteral("Faults/FailOpens"), 0, 0, many);
-    faults.openStatus = static_cast<quint32>(reader.integer(QStringLiteral("Faults/OpenStatus"), 3, 1, 255));
+    faults.openStatus = static_cast<quint32>(
+        reader.integer(QStringLiteral("Faults/OpenStatus"), static_cast<int>(faults.openStatus), 1, 255));
     faults.failReads = reader.integer(QStringLiteral("Faults/FailReads"), 0, 0, many);
     faults.failWrites = reader.integer(QStringLiteral("Faults/FailWrites"), 0, 0, many);
     faults.stallAfterBytes = reader.optional(QStringLiteral("Faults/StallAfterBytes"));
     faults.unplugAtByte = reader.optional(QStringLiteral("Faults/UnplugAtByte"));
     faults.tornBlock = reader.optional(QStringLiteral("Faults/TornBlockAt"));
-    faults.tornBytes = reader.integer(QStringLiteral("Faults/TornBlockBytes"), 512, 1, int{blockBytes});
+    faults.tornBytes =
+        reader.integer(QStringLiteral("Faults/TornBlockBytes"), faults.tornBytes, 1, int{blockBytes});
     faults.doubledBlock = reader.optional(QStringLiteral("Faults/DoubledBlockAt"));
     return faults;
 }

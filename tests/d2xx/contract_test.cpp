@@ -82,7 +82,7 @@ TEST(Contract, an_exception_becomes_a_status)
 
 TEST(Contract, a_handle_never_comes_again)
 {
-    d2xx::HandleSource source;
+    d2xx::HandleSource source(0x1000);
     std::set<d2xx::Handle> handles;
     for (int i = 0; i < 1000; ++i) {
         const d2xx::Handle handle = source.next();

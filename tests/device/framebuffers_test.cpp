@@ -1,4 +1,3 @@
-#include "device/blockassembler.h"
 #include "device/framebuffers.h"
 #include "device/protocol/frameformat.h"
 

@@ -1,4 +1,3 @@
-#include "device/blockassembler.h"
 #include "device/protocol/commandframes.h"
 #include "device/protocol/frameformat.h"
 #include "tests/support/linkfixture.h"

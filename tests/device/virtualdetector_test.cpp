@@ -1,4 +1,3 @@
-#include "device/blockassembler.h"
 #include "device/conversations.h"
 #include "device/d2xxlibrary.h"
 #include "device/portmanager.h"

@@ -75,6 +75,7 @@ mainwindow::~mainwindow()
     ui.reset();
     m_process.reset();
     PortManager::destroyInstance();
+    m_link = nullptr;
     LogManager::destroyInstance();
 }
 

@@ -1,3 +1,5 @@
+// The picture, how it lies, and the current of the clicked pixel.
+
 #include "ui/mainwindow.h"
 
 #include "ui/mainwindow/mainwindow_rules.h"

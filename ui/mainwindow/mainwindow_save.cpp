@@ -1,3 +1,5 @@
+// The save page: asking for a recording, and how far it has come.
+
 #include "ui/mainwindow.h"
 
 #include "device/protocol/currentrange.h"

@@ -1,3 +1,5 @@
+// The settings page: current range and voltages, and their download.
+
 #include "ui/mainwindow.h"
 
 #include "device/conversations.h"
@@ -73,9 +75,9 @@ QByteArray mainwindow::adcPacket()
 QByteArray mainwindow::voltagePacket()
 {
     QList<int> codes;
-    for (int field = ParameterKeys::firstVoltage; field < ParameterKeys::firstTiming; ++field) {
+    for (int number = ParameterKeys::firstVoltage; number < ParameterKeys::firstTiming; ++number) {
         double volts = 0.0;
-        switch (field) {
+        switch (number) {
         case ParameterKeys::gateOnVoltage:
             volts = ui->doubleSpinBox_von->value();
             break;
@@ -89,7 +91,7 @@ QByteArray mainwindow::voltagePacket()
             volts = ui->doubleSpinBox_vcom->value();
             break;
         default:
-            volts = value(ParameterKeys::field(field), 0.0).toDouble();
+            volts = value(ParameterKeys::field(number), 0.0).toDouble();
         }
         codes.append(ParameterPacket::voltageCode(volts));
     }

@@ -27,9 +27,14 @@ bool mainwindow::isConnected() const
     return ui->pushButton_Connect->text() != connectText;
 }
 
-void mainwindow::enterConnected()
+void mainwindow::startStatusTimer()
 {
     m_statusTimer.start(statusIntervalMs);
+}
+
+void mainwindow::enterConnected()
+{
+    startStatusTimer();
     ui->pushButton_Connect->setText(disconnectText);
 }
 
@@ -68,7 +73,7 @@ void mainwindow::enterStopping()
 
 void mainwindow::enterIdle()
 {
-    m_statusTimer.start(statusIntervalMs);
+    startStatusTimer();
     endRecording();
     leaveSampling(StyleSheets::playIdle);
 }

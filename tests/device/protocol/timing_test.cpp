@@ -59,7 +59,7 @@ qint32 wrapped(qint64 value)
 
 } // namespace
 
-TEST(TimingCalculator, the_default_inputs_give_the_default_timing)
+TEST(CalculatedTiming, the_default_inputs_give_the_default_timing)
 {
     const Timing results = defaults().calculated();
     EXPECT_EQ(results.muxCknGap, 1000);
@@ -74,7 +74,7 @@ TEST(TimingCalculator, the_default_inputs_give_the_default_timing)
     EXPECT_EQ(results.adcEndDelay, 16400);
 }
 
-TEST(TimingCalculator, with_nothing_given_everything_is_0)
+TEST(CalculatedTiming, with_nothing_given_everything_is_0)
 {
     const Timing results = Timing().calculated();
     EXPECT_EQ(results.framePeriod, 0);
@@ -82,7 +82,7 @@ TEST(TimingCalculator, with_nothing_given_everything_is_0)
     EXPECT_EQ(results.adcEndDelay, 0);
 }
 
-TEST(TimingCalculator, the_clock_cycle_is_a_multiple_of_four_and_its_half_is_exact)
+TEST(CalculatedTiming, the_clock_cycle_is_a_multiple_of_four_and_its_half_is_exact)
 {
     QRandomGenerator random(3);
     for (int i = 0; i < 1000; ++i) {
@@ -92,7 +92,7 @@ TEST(TimingCalculator, the_clock_cycle_is_a_multiple_of_four_and_its_half_is_exa
     }
 }
 
-TEST(TimingCalculator, a_negative_clock_cycle_is_halved_as_well)
+TEST(CalculatedTiming, a_negative_clock_cycle_is_halved_as_well)
 {
     Timing inputs = defaults();
     inputs.adcIntA = -1'000'000;
@@ -101,7 +101,7 @@ TEST(TimingCalculator, a_negative_clock_cycle_is_halved_as_well)
     EXPECT_EQ(results.clkHigh, results.clkCycle / 2);
 }
 
-TEST(TimingCalculator, an_integration_time_below_the_gap_gives_negative_values)
+TEST(CalculatedTiming, an_integration_time_below_the_gap_gives_negative_values)
 {
     Timing inputs = defaults();
     inputs.adcIntB = 1000;
@@ -112,7 +112,7 @@ TEST(TimingCalculator, an_integration_time_below_the_gap_gives_negative_values)
     EXPECT_EQ(results.ckHigh, 2000 + 15000 - 16000);
 }
 
-TEST(TimingCalculator, sums_wrap_at_32_bits)
+TEST(CalculatedTiming, sums_wrap_at_32_bits)
 {
     constexpr qint32 highest = std::numeric_limits<qint32>::max();
     EXPECT_EQ((Timing{.outpCkGap = highest}.calculated().ckGap), -2);
@@ -122,7 +122,7 @@ TEST(TimingCalculator, sums_wrap_at_32_bits)
               std::numeric_limits<qint32>::min());
 }
 
-TEST(TimingCalculator, any_inputs_give_the_exact_values_brought_back_to_32_bits)
+TEST(CalculatedTiming, any_inputs_give_the_exact_values_brought_back_to_32_bits)
 {
     QRandomGenerator random(1);
     for (int i = 0; i < 20000; ++i) {
@@ -143,7 +143,7 @@ TEST(TimingCalculator, any_inputs_give_the_exact_values_brought_back_to_32_bits)
 }
 
 // The operator's page has formulas of its own, in the integration time alone.
-TEST(TimingCalculator, it_agrees_with_the_timing_sequence_of_the_current_ranges)
+TEST(CalculatedTiming, it_agrees_with_the_timing_sequence_of_the_current_ranges)
 {
     QList<int> times;
     for (const auto &gear : CurrentRange::gears)
@@ -159,7 +159,7 @@ TEST(TimingCalculator, it_agrees_with_the_timing_sequence_of_the_current_ranges)
     }
 }
 
-TEST(TimingCalculator, leaves_the_eight_inputs_as_they_are)
+TEST(CalculatedTiming, leaves_the_eight_inputs_as_they_are)
 {
     QRandomGenerator random(5);
     const Timing in = anyTiming(random);

@@ -6,7 +6,7 @@
 
 /// Truncation toward zero of a value that may lie outside the 32-bit range, whose ends it then takes; 0 for
 /// what is no number.
-[[nodiscard]] inline int truncated(double value)
+[[nodiscard]] inline int saturatedToInt(double value)
 {
     constexpr double lowest = std::numeric_limits<int>::min();
     constexpr double highest = std::numeric_limits<int>::max();
