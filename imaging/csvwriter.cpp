@@ -3,7 +3,6 @@
 #include "device/protocol/frameformat.h"
 #include "imaging/csvnumber.h"
 #include "imaging/outputfile.h"
-#include "imaging/pixelkernel.h"
 
 #include <opencv2/core.hpp>
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "device/protocol/frameformat.h"
+#include "imaging/csvwriter.h"
 #include "imaging/pixelkernel.h"
 #include "imaging/recorder.h"
-
-#include "device/protocol/frameformat.h"
 
 #include <QByteArray>
 #include <QImage>
@@ -112,5 +112,6 @@ private:
     int currentRange = 150;
     QString calibPath;
     double contrastRatio = 1048576.0;
+    CsvWriter referenceCsv;
     Recorder recorder;
 };

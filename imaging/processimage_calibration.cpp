@@ -1,4 +1,3 @@
-#include "imaging/csvwriter.h"
 #include "imaging/failurelog.h"
 #include "imaging/processimage.h"
 
@@ -19,7 +18,7 @@ void ProcessImage::finishCapture()
 
 void ProcessImage::writeReference(const QString &fileName, const std::vector<double> &reference)
 {
-    const QString failure = CsvWriter().write(calibPath + fileName, reference);
+    const QString failure = referenceCsv.write(calibPath + fileName, reference);
     if (!failure.isEmpty())
         reportFailure(failure);
 }

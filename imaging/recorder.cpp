@@ -53,27 +53,27 @@ void Recorder::start(RecordingForms forms)
     if (!forms.any())
         return;
 
-    m_running = true;
+    m_savingActive = true;
     m_forms = forms;
-    m_storedFrames = 0;
+    m_savedFrames = 0;
     const QString folder = m_files.folder();
     if (!QDir().exists(folder))
         QDir().mkdir(folder);
     if (forms.video) {
-        m_video = std::make_unique<VideoFile>(m_files.video());
-        countFailure(m_video->openingFailure());
+        m_videoWriter = std::make_unique<VideoFile>(m_files.video());
+        countFailure(m_videoWriter->openingFailure());
     }
 }
 
 void Recorder::store(const RecordedFrame &frame)
 {
-    const int number = ++m_storedFrames;
+    const int number = ++m_savedFrames;
     std::vector<FileJob> jobs;
     if (m_forms.picture)
         jobs.emplace_back([&] { return Pictures::savePng(m_files.picture(number), frame.picture); });
-    if (m_video) {
+    if (m_videoWriter) {
         jobs.emplace_back([&] {
-            m_video->append(frame.picture);
+            m_videoWriter->append(frame.picture);
             return QString();
         });
     }
@@ -87,15 +87,15 @@ void Recorder::store(const RecordedFrame &frame)
 
 void Recorder::endWhenComplete()
 {
-    if (m_storedFrames == m_frameTotal)
+    if (m_savedFrames == m_saveFrameTotal)
         end();
 }
 
 bool Recorder::stop()
 {
-    if (!m_running)
+    if (!m_savingActive)
         return false;
-    m_storedFrames = 0;
+    m_savedFrames = 0;
     end();
     return true;
 }
@@ -109,11 +109,11 @@ void Recorder::writeParameters(const QString &text)
 
 void Recorder::end()
 {
-    m_running = false;
-    if (!m_video)
+    m_savingActive = false;
+    if (!m_videoWriter)
         return;
-    countFailure(m_video->finish());
-    m_video.reset();
+    countFailure(m_videoWriter->finish());
+    m_videoWriter.reset();
 }
 
 void Recorder::countFailure(const QString &failure)

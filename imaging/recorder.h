@@ -39,12 +39,12 @@ public:
     void setName(const QString &name) { m_files.name = name; }
     /// How many frames a recording takes. With a number that is passed already, or never met, it runs until
     /// it is stopped.
-    void setFrameTotal(int frames) { m_frameTotal = frames; }
+    void setFrameTotal(int frames) { m_saveFrameTotal = frames; }
 
-    [[nodiscard]] int frameTotal() const { return m_frameTotal; }
-    [[nodiscard]] bool isRunning() const { return m_running; }
+    [[nodiscard]] int frameTotal() const { return m_saveFrameTotal; }
+    [[nodiscard]] bool isRunning() const { return m_savingActive; }
     /// Frames of the recording so far; 0 again after a stop().
-    [[nodiscard]] int storedFrames() const { return m_storedFrames; }
+    [[nodiscard]] int storedFrames() const { return m_savedFrames; }
     /// Files since the last start that could not be opened or written whole, videos that did not open or do
     /// not read back as the frames that went in.
     [[nodiscard]] int failedFiles() const { return m_failedFiles; }
@@ -72,11 +72,11 @@ private:
 
     RecordingFiles m_files;
     RecordingForms m_forms;
-    int m_frameTotal = 5;
-    int m_storedFrames = 0;
+    int m_saveFrameTotal = 5;
+    int m_savedFrames = 0;
     int m_failedFiles = 0;
-    bool m_running = false;
-    std::unique_ptr<VideoFile> m_video; ///< of a running recording
+    bool m_savingActive = false;
+    std::unique_ptr<VideoFile> m_videoWriter; ///< of a running recording
     CsvWriter m_dataCsv;
     CsvWriter m_grayCsv;
 };

@@ -19,7 +19,7 @@ struct RecordingFiles
     QString name; ///< of the recording: of its folder, and what the files of the frames begin with
 
     /// With a "/" at its end.
-    [[nodiscard]] QString folder() const { return root + u'/' + name + u'/'; }
+    [[nodiscard]] QString folder() const { return (root.endsWith(u'/') ? root : root + u'/') + name + u'/'; }
 
     [[nodiscard]] QString data(int frame) const
     {

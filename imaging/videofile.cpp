@@ -3,7 +3,6 @@
 #include "device/protocol/frameformat.h"
 #include "imaging/failurelog.h"
 #include "imaging/pictures.h"
-#include "imaging/pixelkernel.h"
 
 #include <QFile>
 
