@@ -17,7 +17,7 @@ QList<Finding> noFile(const char *name)
                  .arg(QLatin1String(name))}};
 }
 
-TEST(Includes, GoByThePathFromTheRoot)
+TEST(Includes, go_by_the_path_from_the_root)
 {
     const SourceFile two = file("a/two.h", "");
     EXPECT_EQ(includesBesideThePath({file("a/one.cpp", "\n#include \"a/two.h\"\n"), two}), QList<Finding>());
@@ -28,7 +28,7 @@ TEST(Includes, GoByThePathFromTheRoot)
               noFile("a/three.h"));
 }
 
-TEST(Includes, OfTheProjectStandInQuotationMarks)
+TEST(Includes, of_the_project_stand_in_quotation_marks)
 {
     EXPECT_EQ(includesBesideThePath(
                   {file("a/one.cpp", "#include <a/two.h>\n#include <QString>\n"), file("a/two.h", "")}),
@@ -36,20 +36,20 @@ TEST(Includes, OfTheProjectStandInQuotationMarks)
                                QStringLiteral("the project's own a/two.h is included in quotation marks")}}));
 }
 
-TEST(Includes, OfWhatTheBuildGeneratesHaveNoFolder)
+TEST(Includes, of_what_the_build_generates_have_no_folder)
 {
     EXPECT_EQ(includesBesideThePath({file("a/one.cpp", "#include \"ui_window.h\"\n#include \"one.moc\"\n")}),
               QList<Finding>());
 }
 
-TEST(Includes, InCommentsAndLiteralsAreNone)
+TEST(Includes, in_comments_and_literals_are_none)
 {
     EXPECT_EQ(includesBesideThePath({file("a/one.cpp", "// #include \"two.h\"\n/*\n#include \"two.h\"\n*/\n"
                                                        "f(R\"(\n#include \"two.h\"\n)\");\n")}),
               QList<Finding>());
 }
 
-TEST(IncludeCircles, AreTold)
+TEST(IncludeCircles, are_told)
 {
     const SourceFile one = file("a/one.h", "#include \"b/two.h\"\n");
     const SourceFile two = file("b/two.h", "#include \"b/three.h\"\n");

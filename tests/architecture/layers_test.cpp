@@ -34,14 +34,14 @@ QList<Finding> told(const SourceFile &includer, const char *sentence)
              QStringLiteral("an include follows the link list, and ") + QLatin1String(sentence)}};
 }
 
-TEST(Layers, WhatATargetLinksMayBeIncluded)
+TEST(Layers, what_a_target_links_may_be_included)
 {
     EXPECT_EQ(against(file("top/roof.cpp", "\n#include \"middle/hall.h\"\n")), QList<Finding>());
     EXPECT_EQ(against(file("top/roof.cpp", "\n#include \"top/roof.h\"\n")), QList<Finding>());
     EXPECT_EQ(against(file("middle/hall.cpp", "\n#include \"low/cellar.h\"\n")), QList<Finding>());
 }
 
-TEST(Layers, AnIncludeAgainstTheLinkListIsTold)
+TEST(Layers, an_include_against_the_link_list_is_told)
 {
     const SourceFile upwards = file("low/cellar.cpp", "\n#include \"top/roof.h\"\n");
     EXPECT_EQ(against(upwards), told(upwards, "cellar does not link roof, the home of top/roof.h"));
@@ -52,14 +52,14 @@ TEST(Layers, AnIncludeAgainstTheLinkListIsTold)
     EXPECT_EQ(against(roomBelow), told(roomBelow, "cellar does not link hall, the home of middle/hall.h"));
 }
 
-TEST(Layers, WhatIsLinkedForItselfAloneIsNotHandedOn)
+TEST(Layers, what_is_linked_for_itself_alone_is_not_handed_on)
 {
     const SourceFile past = file("top/roof.cpp", "\n#include \"low/cellar.h\"\n");
     EXPECT_EQ(against(past), told(past, "roof does not link cellar, the home of low/cellar.h"));
     EXPECT_EQ(includesAgainstLinks({past, cellar}, house("passes hall cellar\n")), QList<Finding>());
 }
 
-TEST(Layers, AFileOfTwoTargetsIsHeldAgainstBoth)
+TEST(Layers, a_file_of_two_targets_is_held_against_both)
 {
     const SourceFile shared = file("middle/shared.cpp", "\n#include \"low/cellar.h\"\n");
     const char *facts = "source hall middle/shared.cpp\nsource roof middle/shared.cpp\n";
@@ -67,13 +67,13 @@ TEST(Layers, AFileOfTwoTargetsIsHeldAgainstBoth)
               told(shared, "roof does not link cellar, the home of low/cellar.h"));
 }
 
-TEST(Layers, AHeaderThatNoListNamesNeedsOneTargetOfItsFolder)
+TEST(Layers, a_header_that_no_list_names_needs_one_target_of_its_folder)
 {
     const SourceFile header = file("middle/lamp.h", "\n#include \"low/cellar.h\"\n");
     EXPECT_EQ(includesAgainstLinks({header, cellar}, house("folder attic middle\n")), QList<Finding>());
 }
 
-TEST(Layers, ACircleOfTargetsIsTold)
+TEST(Layers, a_circle_of_targets_is_told)
 {
     EXPECT_EQ(targetCircles(house()), QList<Finding>());
     EXPECT_EQ(targetCircles(house("links cellar roof\n")),
@@ -82,7 +82,7 @@ TEST(Layers, ACircleOfTargetsIsTold)
                    QStringLiteral("no target links itself in the end: cellar -> roof -> hall -> cellar")}}));
 }
 
-TEST(Layers, ACircleOfFoldersIsToldThoughNoFileIncludesItself)
+TEST(Layers, a_circle_of_folders_is_told_though_no_file_includes_itself)
 {
     const SourceFile down = file("top/roof.cpp", "#include \"low/cellar.h\"\n");
     EXPECT_EQ(folderCircles({down, cellar, roof}), QList<Finding>());

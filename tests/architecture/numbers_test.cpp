@@ -9,7 +9,7 @@ SourceTree line(const char *text, const char *path = "a/b.cpp")
     return {sourceFile(QString::fromUtf8(path), QString::fromUtf8(text))};
 }
 
-TEST(Casts, OfAnotherStyleAreTold)
+TEST(Casts, of_another_style_are_told)
 {
     for (const char *text :
          {"x = int(y);", "f(qsizetype(y), 1);", "return double(a) / b;", "quint32(x) + 1", "std::size_t(n)",
@@ -22,7 +22,7 @@ TEST(Casts, OfAnotherStyleAreTold)
     }
 }
 
-TEST(Casts, WhatOnlyLooksLikeOneIsFine)
+TEST(Casts, what_only_looks_like_one_is_fine)
 {
     for (const char *text :
          {"static_cast<int>(x)", "qsizetype{4} * n", "std::function<int(int)> f;", "int (*f)(int);",
@@ -33,7 +33,7 @@ TEST(Casts, WhatOnlyLooksLikeOneIsFine)
     }
 }
 
-TEST(Integers, OfTheStandardCarryItsName)
+TEST(Integers, of_the_standard_carry_its_name)
 {
     const QString sentence = QStringLiteral("the standard's integers are named with std::");
     for (const char *text : {"size_t n = 0;", "f(uint32_t a)", "::uint8_t b;", "int64_t c;"}) {
@@ -44,7 +44,7 @@ TEST(Integers, OfTheStandardCarryItsName)
     EXPECT_EQ(integersOfAnotherStyle(line("std::size_t n; my_size_t m;")), QList<Finding>());
 }
 
-TEST(Integers, UnsignedIsNotWrittenAlone)
+TEST(Integers, unsigned_is_not_written_alone)
 {
     EXPECT_EQ(
         integersOfAnotherStyle(line("unsigned n = 0;")),
@@ -53,7 +53,7 @@ TEST(Integers, UnsignedIsNotWrittenAlone)
               QList<Finding>());
 }
 
-TEST(Integers, OfAWidthHaveOneNameInAFile)
+TEST(Integers, of_a_width_have_one_name_in_a_file)
 {
     const QString sentence =
         QStringLiteral("one file has one name for an integer of 32 bits: quint32 or std::uint32_t");

@@ -31,53 +31,53 @@ protected:
     }
 };
 
-TEST_F(Project, IsFoundWithItsTargets)
+TEST_F(Project, is_found_with_its_targets)
 {
     EXPECT_GT(tree().size(), 100);
     EXPECT_GT(layers().links().size(), 20);
 }
 
-TEST_F(Project, HasNoLongFile)
+TEST_F(Project, has_no_long_file)
 {
     expectNone(longFiles(tree()));
 }
 
-TEST_F(Project, HasNoLongFunction)
+TEST_F(Project, has_no_long_function)
 {
     expectNone(longFunctions(tree()));
 }
 
-TEST_F(Project, NoFileIncludesItselfInTheEnd)
+TEST_F(Project, no_file_includes_itself_in_the_end)
 {
     expectNone(includeCircles(tree()));
 }
 
-TEST_F(Project, NoTargetLinksItselfInTheEnd)
+TEST_F(Project, no_target_links_itself_in_the_end)
 {
     expectNone(targetCircles(layers()));
 }
 
-TEST_F(Project, IncludesGoByThePathFromTheRoot)
+TEST_F(Project, includes_go_by_the_path_from_the_root)
 {
     expectNone(includesBesideThePath(tree()));
 }
 
-TEST_F(Project, IncludesFollowTheLinkLists)
+TEST_F(Project, includes_follow_the_link_lists)
 {
     expectNone(includesAgainstLinks(tree(), layers()));
 }
 
-TEST_F(Project, NoFolderUsesItselfInTheEnd)
+TEST_F(Project, no_folder_uses_itself_in_the_end)
 {
     expectNone(folderCircles(tree()));
 }
 
-TEST_F(Project, CastsHaveOneStyle)
+TEST_F(Project, casts_have_one_style)
 {
     expectNone(castsOfAnotherStyle(tree()));
 }
 
-TEST_F(Project, IntegersHaveOneStyle)
+TEST_F(Project, integers_have_one_style)
 {
     expectNone(integersOfAnotherStyle(tree()));
 }

@@ -25,17 +25,17 @@ Finding of61(int line)
             QStringLiteral("a function has at most 60 lines, this one has 61")};
 }
 
-TEST(LongFunctions, SixtyLinesAreFineAndOneMoreIsNot)
+TEST(LongFunctions, sixty_lines_are_fine_and_one_more_is_not)
 {
     const QString signature = QStringLiteral("void Window::show(int a)");
     EXPECT_EQ(foundIn(functionOf(60, signature)), QList<Finding>());
     EXPECT_EQ(foundIn(QStringLiteral("\n") + functionOf(61, signature)), QList<Finding>{of61(2)});
 }
 
-TEST(LongFunctions, EverySignatureIsSeen)
+TEST(LongFunctions, every_signature_is_seen)
 {
     for (const QString &signature :
-         {QStringLiteral("TEST_F(Window, ShowsWhatItIsGiven)"),
+         {QStringLiteral("TEST_F(Window, shows_what_it_is_given)"),
           QStringLiteral("template <typename T>\nT sum(T a, T b)"),
           QStringLiteral("Window::Window(int a)\n    : m_a(a)\n    , m_b{a}"),
           QStringLiteral("QList<int> find(const QString &name,\n                int count)"),
@@ -46,7 +46,7 @@ TEST(LongFunctions, EverySignatureIsSeen)
     }
 }
 
-TEST(LongFunctions, AFunctionInItsClassIsSeenAndTheClassIsNot)
+TEST(LongFunctions, a_function_in_its_class_is_seen_and_the_class_is_not)
 {
     const auto classOf = [](int lines) {
         return QStringLiteral("class Window final : public QWidget\n{\npublic:\n") +
@@ -57,7 +57,7 @@ TEST(LongFunctions, AFunctionInItsClassIsSeenAndTheClassIsNot)
     EXPECT_EQ(foundIn(classOf(61)), QList<Finding>{of61(4)});
 }
 
-TEST(LongFunctions, NothingElseWithBracesIsAFunction)
+TEST(LongFunctions, nothing_else_with_braces_is_a_function)
 {
     const QString many = QStringLiteral("    {1, 2},\n").repeated(80);
     EXPECT_EQ(foundIn(QStringLiteral("constexpr Pair pairs[] = {\n") + many + QStringLiteral("};\n")),
@@ -71,7 +71,7 @@ TEST(LongFunctions, NothingElseWithBracesIsAFunction)
               QList<Finding>());
 }
 
-TEST(LongFunctions, ALambdaCountsTowardsItsFunction)
+TEST(LongFunctions, a_lambda_counts_towards_its_function)
 {
     const QString lambda = QStringLiteral("    run([] {\n") +
                            QStringLiteral("        step();\n").repeated(56) + QStringLiteral("    });\n");
@@ -79,7 +79,7 @@ TEST(LongFunctions, ALambdaCountsTowardsItsFunction)
               QList<Finding>{of61(1)});
 }
 
-TEST(LongFunctions, ABlockInAFunctionIsNoFunction)
+TEST(LongFunctions, a_block_in_a_function_is_no_function)
 {
     const QString block = QStringLiteral("    {\n") + QStringLiteral("        step();\n").repeated(55) +
                           QStringLiteral("    }\n");
@@ -90,7 +90,7 @@ TEST(LongFunctions, ABlockInAFunctionIsNoFunction)
         1);
 }
 
-TEST(LongFiles, FourHundredLinesAreFineAndOneMoreIsNot)
+TEST(LongFiles, four_hundred_lines_are_fine_and_one_more_is_not)
 {
     const auto fileOf = [](int lines) {
         return SourceTree{sourceFile(QStringLiteral("a/b.sh"), QStringLiteral("true\n").repeated(lines))};

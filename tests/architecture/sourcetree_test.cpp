@@ -5,7 +5,7 @@
 
 namespace {
 
-TEST(SourceTree, HoldsTheSourcesAndNothingElse)
+TEST(SourceTree, holds_the_sources_and_nothing_else)
 {
     const WorkingFolder folder;
     for (const char *name : {"a/b", "build/x", "workspace", ".hidden", "a/build"})

@@ -5,7 +5,6 @@
 using namespace std::chrono_literals;
 using simulator::blockBytes;
 using simulator::Pacing;
-using simulator::Scene;
 using simulator::TestPattern;
 
 namespace {

@@ -36,7 +36,7 @@ protected:
     QByteArray sentBy(const char *button)
     {
         const DebugOutput debug;
-        const QByteArray sent = LinkedDialog::sentBy(button);
+        QByteArray sent = LinkedDialog::sentBy(button);
         warnings = debug.messages().filter(QStringLiteral("LineEdit"));
         return sent;
     }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "device/blockassembler.h"
 #include "device/protocol/commandframes.h"
 #include "device/protocol/frameformat.h"
 #include "tests/support/faked2xx.h"
