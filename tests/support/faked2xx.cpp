@@ -16,14 +16,14 @@ struct FakeD2xx::Entry
     static Status configure(const QString &call)
     {
         const QMutexLocker lock(&fake->m_mutex);
-        fake->m_calls << call;
+        fake->note(call);
         return fake->configurationStatus;
     }
 
     static Status createDeviceInfoList(quint32 *count)
     {
         const QMutexLocker lock(&fake->m_mutex);
-        fake->m_calls << QStringLiteral("CreateDeviceInfoList");
+        fake->note(QStringLiteral("CreateDeviceInfoList"));
         *count = static_cast<quint32>(fake->serialNumbers.size());
         return fake->createListStatus;
     }
@@ -31,7 +31,7 @@ struct FakeD2xx::Entry
     static Status getDeviceInfoList(DeviceRecord *records, quint32 *count)
     {
         const QMutexLocker lock(&fake->m_mutex);
-        fake->m_calls << QStringLiteral("GetDeviceInfoList");
+        fake->note(QStringLiteral("GetDeviceInfoList"));
         for (quint32 i = 0; i < *count; ++i) {
             records[i] = {};
             std::strncpy(records[i].serialNumber, qPrintable(fake->serialNumbers.at(static_cast<int>(i))),
@@ -43,8 +43,8 @@ struct FakeD2xx::Entry
     static Status openEx(void *key, quint32 flags, Handle *handle)
     {
         const QMutexLocker lock(&fake->m_mutex);
-        fake->m_calls
-            << QStringLiteral("OpenEx %1 %2").arg(QString::fromUtf8(static_cast<char *>(key))).arg(flags);
+        fake->note(
+            QStringLiteral("OpenEx %1 %2").arg(QString::fromUtf8(static_cast<char *>(key))).arg(flags));
         if (fake->openStatus == Status::Ok) {
             *handle = fake;
             fake->m_isOpen = true;
@@ -55,7 +55,7 @@ struct FakeD2xx::Entry
     static Status close(Handle)
     {
         const QMutexLocker lock(&fake->m_mutex);
-        fake->m_calls << QStringLiteral("Close");
+        fake->note(QStringLiteral("Close"));
         fake->m_isOpen = false;
         return Status::Ok;
     }
@@ -93,6 +93,10 @@ struct FakeD2xx::Entry
     {
         const QMutexLocker lock(&fake->m_mutex);
         ++fake->m_statusCalls;
+        const QString call = QStringLiteral("GetStatus");
+        const bool isRepeated = !fake->m_trace.isEmpty() && fake->m_trace.last() == call;
+        if (fake->m_testThread == QThread::currentThread() && !isRepeated)
+            fake->m_trace << call;
         *rxBytes = static_cast<quint32>(fake->m_queue.size());
         *txBytes = 0;
         *events = 0;
@@ -103,6 +107,7 @@ struct FakeD2xx::Entry
     {
         const QMutexLocker lock(&fake->m_mutex);
         ++fake->m_reads;
+        fake->m_trace << QStringLiteral("Read %1").arg(length);
         const qsizetype count = qMin(static_cast<qsizetype>(length), fake->m_queue.size());
         std::memcpy(buffer, fake->m_queue.constData(), static_cast<std::size_t>(count));
         fake->m_queue.remove(0, count);
@@ -117,6 +122,7 @@ struct FakeD2xx::Entry
         {
             const QMutexLocker lock(&fake->m_mutex);
             fake->m_written << bytes;
+            fake->m_trace << QStringLiteral("Write ") + QString::fromLatin1(bytes.toHex().toUpper());
             fake->m_queue += fake->m_answers.value(bytes);
             callback = fake->m_onWrite;
         }
@@ -155,6 +161,12 @@ FakeD2xx::FakeD2xx() : m_driver(std::make_shared<D2xx>(functions()))
 FakeD2xx::~FakeD2xx()
 {
     fake = nullptr;
+}
+
+void FakeD2xx::note(const QString &call)
+{
+    m_calls << call;
+    m_trace << call;
 }
 
 void FakeD2xx::push(const QByteArray &bytes)
@@ -208,6 +220,12 @@ QStringList FakeD2xx::calls() const
 {
     const QMutexLocker lock(&m_mutex);
     return m_calls;
+}
+
+QStringList FakeD2xx::trace() const
+{
+    const QMutexLocker lock(&m_mutex);
+    return m_trace;
 }
 
 int FakeD2xx::reads() const

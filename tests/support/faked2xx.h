@@ -8,6 +8,7 @@
 #include <QMutex>
 #include <QString>
 #include <QStringList>
+#include <QThread>
 
 #include <functional>
 #include <memory>
@@ -47,6 +48,10 @@ public:
     void clearWritten();
     /// Every call but status, read and write, with its arguments, e.g. "SetBitMode 255 64".
     [[nodiscard]] QStringList calls() const;
+    /// Every call with its arguments in the order in which they came, e.g. "Write FFAA02100DEB", "Read 6".
+    /// How often the status is asked for depends on time, so a run of such calls is one "GetStatus", and
+    /// those of other threads than the test's are left out.
+    [[nodiscard]] QStringList trace() const;
     [[nodiscard]] int reads() const;
     [[nodiscard]] int statusCalls() const;
     [[nodiscard]] qsizetype waiting() const;
@@ -55,7 +60,10 @@ public:
 private:
     struct Entry; // the C functions
 
+    void note(const QString &call); // m_mutex is held
+
     std::shared_ptr<D2xx> m_driver;
+    const QThread *const m_testThread = QThread::currentThread();
     mutable QMutex m_mutex;
     QByteArray m_queue;
     QMap<QByteArray, QByteArray> m_answers;
@@ -64,6 +72,7 @@ private:
     d2xx::Status m_readResult = d2xx::Status::Ok;
     QList<QByteArray> m_written;
     QStringList m_calls;
+    QStringList m_trace;
     int m_reads = 0;
     int m_statusCalls = 0;
     bool m_isOpen = false;
