@@ -115,10 +115,8 @@ Status Bridge::openEx(const void *serialNumber, quint32 flags, Handle *handle)
         return Status::InvalidParameter;
     const std::lock_guard lock(m_mutex);
     checkSettings(m_clock.now());
-    if (m_settings.faults.failOpens > 0) {
-        --m_settings.faults.failOpens;
+    if (happens(m_settings.faults.failOpens))
         return static_cast<Status>(m_settings.faults.openStatus);
-    }
     Device *device = attachedDevice(QString::fromUtf8(static_cast<const char *>(serialNumber)));
     if (device == nullptr)
         return Status::DeviceNotFound;
@@ -213,18 +211,6 @@ Status Bridge::setTimeouts(Handle handle, quint32 readMs, quint32 /*writeMs*/)
 {
     return onOpen(handle, [=](Connection &connection, Nanoseconds) {
         connection.readTimeout = Milliseconds(readMs);
-        return Status::Ok;
-    });
-}
-
-Status Bridge::getStatus(Handle handle, quint32 *rxBytes, quint32 *txBytes, quint32 *events)
-{
-    return onOpen(handle, [=](Connection &connection, Nanoseconds now) {
-        if (rxBytes == nullptr || txBytes == nullptr || events == nullptr)
-            return Status::InvalidParameter;
-        *rxBytes = static_cast<quint32>(connection.device->firmware.sendQueue().available(now));
-        *txBytes = 0;
-        *events = 0;
         return Status::Ok;
     });
 }

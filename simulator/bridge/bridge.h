@@ -10,6 +10,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <span>
 #include <vector>
 
 namespace simulator {
@@ -89,8 +90,12 @@ private:
     template <typename Call>
     Status onOpen(Handle handle, Call call);
 
+    [[nodiscard]] bool faultsHaveBegun(Device &device) const;
     [[nodiscard]] Status waitForBytes(std::unique_lock<std::mutex> &lock, Handle handle, quint32 length,
                                       qsizetype &ready);
+    [[nodiscard]] Status fill(std::unique_lock<std::mutex> &lock, Handle handle, std::span<uchar> out,
+                              quint32 &bytesRead);
+    void lose(Handle handle, qsizetype length);
     [[nodiscard]] Status takeChunk(Handle handle, qsizetype longest, SendQueue::Chunk &chunk,
                                    Device *&device);
 

@@ -4,18 +4,39 @@
 
 namespace simulator {
 
+bool Bridge::faultsHaveBegun(Device &device) const
+{
+    return device.firmware.sendQueue().imageBytesTaken() >= m_settings.faults.fromByte.value_or(0);
+}
+
+Status Bridge::getStatus(Handle handle, quint32 *rxBytes, quint32 *txBytes, quint32 *events)
+{
+    return onOpen(handle, [=, this](Connection &connection, Nanoseconds now) {
+        if (rxBytes == nullptr || txBytes == nullptr || events == nullptr)
+            return Status::InvalidParameter;
+        if (faultsHaveBegun(*connection.device) && happens(m_settings.faults.failStatus))
+            return Status::IoError;
+        *rxBytes = static_cast<quint32>(connection.device->firmware.sendQueue().available(now));
+        *txBytes = 0;
+        *events = 0;
+        return Status::Ok;
+    });
+}
+
 Status Bridge::write(Handle handle, const void *buffer, quint32 length, quint32 *bytesWritten)
 {
     return onOpen(handle, [=, this](Connection &connection, Nanoseconds now) {
         if (buffer == nullptr || bytesWritten == nullptr)
             return Status::InvalidParameter;
         *bytesWritten = 0;
-        if (m_settings.faults.failWrites > 0) {
-            --m_settings.faults.failWrites;
+        Faults &faults = m_settings.faults;
+        const bool begun = faultsHaveBegun(*connection.device);
+        if (begun && happens(faults.failWrites))
             return Status::IoError;
-        }
-        connection.device->firmware.write({static_cast<const char *>(buffer), qsizetype{length}}, now);
-        *bytesWritten = length;
+        const bool isShort = begun && happens(faults.shortWrites);
+        const quint32 sent = isShort ? std::min(length, faults.shortWriteBytes) : length;
+        connection.device->firmware.write({static_cast<const char *>(buffer), qsizetype{sent}}, now);
+        *bytesWritten = sent;
         m_wake.notify_all();
         return Status::Ok;
     });
@@ -31,19 +52,43 @@ Status Bridge::read(Handle handle, void *buffer, quint32 length, quint32 *bytesR
     if (buffer == nullptr || bytesRead == nullptr)
         return Status::InvalidParameter;
     *bytesRead = 0;
-    if (m_settings.faults.failReads > 0) {
-        --m_settings.faults.failReads;
+    Faults &faults = m_settings.faults;
+    const bool begun = faultsHaveBegun(*connection->device);
+    if (begun && happens(faults.failReads)) {
+        if (faults.failedReadsTake)
+            lose(handle, length);
         return Status::IoError;
     }
+    if (begun && happens(faults.shortReads))
+        length = std::min(length, faults.shortReadBytes);
     qsizetype ready = 0;
     status = waitForBytes(lock, handle, length, ready);
-    std::span out(static_cast<uchar *>(buffer), static_cast<std::size_t>(ready));
-    while (status == Status::Ok && !out.empty()) {
+    if (status == Status::Ok)
+        status =
+            fill(lock, handle, {static_cast<uchar *>(buffer), static_cast<std::size_t>(ready)}, *bytesRead);
+    return *bytesRead > 0 ? Status::Ok : status;
+}
+
+void Bridge::lose(Handle handle, qsizetype length)
+{
+    SendQueue::Chunk chunk;
+    do {
+        Device *device = nullptr;
+        if (takeChunk(handle, length, chunk, device) != Status::Ok)
+            return;
+        length -= chunk.length;
+    } while (chunk.length > 0);
+}
+
+Status Bridge::fill(std::unique_lock<std::mutex> &lock, Handle handle, std::span<uchar> out,
+                    quint32 &bytesRead)
+{
+    while (!out.empty()) {
         SendQueue::Chunk chunk;
         Device *device = nullptr;
-        status = takeChunk(handle, std::ssize(out), chunk, device);
+        const Status status = takeChunk(handle, std::ssize(out), chunk, device);
         if (status != Status::Ok || chunk.length == 0)
-            break; // another thread took or purged the rest, or the cable was pulled
+            return status; // another thread took or purged the rest, or the cable was pulled
         const auto size = static_cast<std::size_t>(chunk.length);
         lock.unlock(); // devices live as long as the bridge
         if (chunk.isImage)
@@ -52,9 +97,11 @@ Status Bridge::read(Handle handle, void *buffer, quint32 length, quint32 *bytesR
             std::copy(chunk.bytes.cbegin(), chunk.bytes.cend(), out.begin());
         lock.lock();
         out = out.subspan(size);
-        *bytesRead += static_cast<quint32>(size);
+        bytesRead += static_cast<quint32>(size);
+        if (chunk.isImage && m_settings.faults.fromByte == device->firmware.sendQueue().imageBytesTaken())
+            break; // what goes wrong from here on goes wrong in the next call
     }
-    return *bytesRead > 0 ? Status::Ok : status;
+    return Status::Ok;
 }
 
 Status Bridge::waitForBytes(std::unique_lock<std::mutex> &lock, Handle handle, quint32 length,
@@ -90,8 +137,12 @@ Status Bridge::takeChunk(Handle handle, qsizetype longest, SendQueue::Chunk &chu
     device = connection->device;
     std::optional<qint64> &pullAt = m_settings.faults.unplugAtByte;
     SendQueue &queue = device->firmware.sendQueue();
-    const qint64 beforePull = pullAt ? qMax<qint64>(0, *pullAt - queue.imageBytesTaken()) : longest;
-    chunk = queue.take(longest, static_cast<qsizetype>(beforePull), now);
+    qint64 longestImage = longest;
+    if (pullAt)
+        longestImage = std::clamp<qint64>(*pullAt - queue.imageBytesTaken(), 0, longestImage);
+    if (!faultsHaveBegun(*device))
+        longestImage = std::min(longestImage, *m_settings.faults.fromByte - queue.imageBytesTaken());
+    chunk = queue.take(longest, static_cast<qsizetype>(longestImage), now);
     if (!pullAt || !chunk.isImage || queue.imageBytesTaken() < *pullAt)
         return Status::Ok;
     pullAt.reset();

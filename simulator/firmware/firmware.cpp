@@ -182,10 +182,7 @@ QByteArray Firmware::control(const Command &command, Nanoseconds now)
 
 QByteArray Firmware::readiness()
 {
-    int &notReady = m_settings.faults.notReadyQueries;
-    const bool ready = notReady == 0;
-    if (!ready)
-        --notReady;
+    const bool ready = !happens(m_settings.faults.notReadyQueries);
     return bytes({0xFF, 0xBB, controlClass, Readiness, ready ? 1 : 0, 0xEB});
 }
 

@@ -9,6 +9,14 @@ namespace simulator {
 
 namespace {
 
+constexpr int many = std::numeric_limits<int>::max();
+
+/// How often a fault happens.
+int times(SettingsReader &reader, const QString &key)
+{
+    return reader.integer(key, 0, forEver, many);
+}
+
 void readReplyFaults(SettingsReader &reader, Faults &faults)
 {
     faults.replyCommand = reader.command(QStringLiteral("Faults/ReplyFaultCommand"));
@@ -21,19 +29,32 @@ void readReplyFaults(SettingsReader &reader, Faults &faults)
     faults.missingReply = reader.boolean(QStringLiteral("Faults/MissingReply"), false);
 }
 
+void readTransferFaults(SettingsReader &reader, Faults &faults)
+{
+    faults.fromByte = reader.optional(QStringLiteral("Faults/FaultsFromByte"));
+    faults.failStatus = times(reader, QStringLiteral("Faults/FailStatus"));
+    faults.failReads = times(reader, QStringLiteral("Faults/FailReads"));
+    faults.failedReadsTake = reader.boolean(QStringLiteral("Faults/FailReadsConsume"), false);
+    faults.failWrites = times(reader, QStringLiteral("Faults/FailWrites"));
+    faults.shortReads = times(reader, QStringLiteral("Faults/ShortReads"));
+    faults.shortReadBytes = static_cast<quint32>(reader.integer(
+        QStringLiteral("Faults/ShortReadBytes"), static_cast<int>(faults.shortReadBytes), 0, many));
+    faults.shortWrites = times(reader, QStringLiteral("Faults/ShortWrites"));
+    faults.shortWriteBytes = static_cast<quint32>(reader.integer(
+        QStringLiteral("Faults/ShortWriteBytes"), static_cast<int>(faults.shortWriteBytes), 0, many));
+}
+
 } // namespace
 
 Faults readFaults(SettingsReader &reader)
 {
-    constexpr int many = std::numeric_limits<int>::max();
     Faults faults;
     readReplyFaults(reader, faults);
-    faults.notReadyQueries = reader.integer(QStringLiteral("Faults/NotReadyQueries"), 0, 0, many);
-    faults.failOpens = reader.integer(QStringLiteral("Faults/FailOpens"), 0, 0, many);
+    readTransferFaults(reader, faults);
+    faults.notReadyQueries = times(reader, QStringLiteral("Faults/NotReadyQueries"));
+    faults.failOpens = times(reader, QStringLiteral("Faults/FailOpens"));
     faults.openStatus = static_cast<quint32>(
         reader.integer(QStringLiteral("Faults/OpenStatus"), static_cast<int>(faults.openStatus), 1, 255));
-    faults.failReads = reader.integer(QStringLiteral("Faults/FailReads"), 0, 0, many);
-    faults.failWrites = reader.integer(QStringLiteral("Faults/FailWrites"), 0, 0, many);
     faults.stallAfterBytes = reader.optional(QStringLiteral("Faults/StallAfterBytes"));
     faults.unplugAtByte = reader.optional(QStringLiteral("Faults/UnplugAtByte"));
     faults.tornBlock = reader.optional(QStringLiteral("Faults/TornBlockAt"));

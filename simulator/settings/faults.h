@@ -8,7 +8,21 @@ namespace simulator {
 
 class SettingsReader;
 
-/// What goes wrong. Counts run down as the faults happen; reading the settings file again renews them.
+/// A count of faults to come that never runs down.
+inline constexpr int forEver = -1;
+
+/// Whether a fault still happens; counts it down.
+[[nodiscard]] constexpr bool happens(int &left)
+{
+    if (left == 0)
+        return false;
+    if (left != forEver)
+        --left;
+    return true;
+}
+
+/// What goes wrong. Counts run down as the faults happen, unless they are `forEver`; reading the settings
+/// file again renews them.
 struct Faults
 {
     std::optional<quint16> replyCommand; ///< class and code of the command whose replies suffer; none: all
@@ -22,8 +36,17 @@ struct Faults
     int notReadyQueries = 0; ///< readiness queries still answered with "not ready"
     int failOpens = 0;
     quint32 openStatus = 3;
+
+    std::optional<qint64>
+        fromByte; ///< image bytes of an acquisition, before which the next six do not happen
+    int failStatus = 0;
     int failReads = 0;
+    bool failedReadsTake = false; ///< what a failing read would have brought is lost
     int failWrites = 0;
+    int shortReads = 0;
+    int shortWrites = 0;
+    quint32 shortReadBytes = 1;  ///< how many bytes a short read brings at most
+    quint32 shortWriteBytes = 3; ///< how many bytes of a short write reach the detector at most
 
     std::optional<qint64> stallAfterBytes; ///< image bytes of an acquisition, after which no more are sent
     std::optional<qint64> unplugAtByte;    ///< image bytes of an acquisition, after which the cable is pulled

@@ -91,6 +91,29 @@ TEST_F(SettingsTest, every_fault_is_read)
     EXPECT_TRUE(output.messages().isEmpty());
 }
 
+TEST_F(SettingsTest, every_fault_of_the_transfers_is_read)
+{
+    const auto faults = read("[Faults]\nFaultsFromByte=1\nFailStatus=2\nFailReadsConsume=true\nShortReads=3\n"
+                             "ShortReadBytes=4\nShortWrites=5\nShortWriteBytes=6\n")
+                            .faults;
+    EXPECT_EQ(faults.fromByte, 1);
+    EXPECT_EQ(faults.failStatus, 2);
+    EXPECT_TRUE(faults.failedReadsTake);
+    EXPECT_EQ(faults.shortReads, 3);
+    EXPECT_EQ(faults.shortReadBytes, 4U);
+    EXPECT_EQ(faults.shortWrites, 5);
+    EXPECT_EQ(faults.shortWriteBytes, 6U);
+    EXPECT_TRUE(output.messages().isEmpty());
+}
+
+TEST_F(SettingsTest, a_fault_may_happen_for_ever_and_not_less_than_never)
+{
+    EXPECT_EQ(read("[Faults]\nFailReads=-1\n").faults.failReads, simulator::forEver);
+    EXPECT_TRUE(output.messages().isEmpty());
+    EXPECT_EQ(read("[Faults]\nFailReads=-22\n").faults.failReads, 0);
+    EXPECT_EQ(output.messages().size(), 1);
+}
+
 TEST_F(SettingsTest, a_value_that_makes_no_sense_leaves_a_line_and_the_default)
 {
     const Settings settings = read("BatteryLevel=101\nLight=1.5\nScene=sunset\nAttached=perhaps\nSeed=-1\n"
