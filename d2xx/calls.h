@@ -51,4 +51,8 @@ using DeviceEventCallback = void (*)(void *context, int arrived);
 /// call returned, the callback before is not called any more.
 using SetDeviceEventCallback = void(DeviceEventCallback callback, void *context);
 
+/// Not of the interface; a provider that simulates a detector exports it. That it is there is enough, it is
+/// never called: what such a provider delivers is not measured.
+using IsSimulated = int();
+
 } // namespace d2xx

@@ -28,4 +28,6 @@ QV1K_D2XX_EXPORT d2xx::Write FT_Write;
 
 /// Optional: a provider that reports plugging and unplugging itself defines it.
 QV1K_D2XX_EXPORT d2xx::SetDeviceEventCallback QV1K_SetDeviceEventCallback;
+/// Optional: a provider that simulates defines it.
+QV1K_D2XX_EXPORT d2xx::IsSimulated QV1K_IsSimulated;
 }

@@ -4,7 +4,7 @@
 
 namespace d2xx {
 
-/// A library's calls, resolved by name. All are set, but for the optional one, or the table is of no use.
+/// A library's calls, resolved by name. All are set, but for the optional ones, or the table is of no use.
 struct Functions
 {
     CreateDeviceInfoList *createDeviceInfoList = nullptr;
@@ -23,6 +23,7 @@ struct Functions
     Write *write = nullptr;
 
     SetDeviceEventCallback *setDeviceEventCallback = nullptr; ///< optional
+    IsSimulated *isSimulated = nullptr;                       ///< optional: set where the library simulates
 
     /// Calls `visit(name, pointer)` with each of the fourteen exported names and its place in the table.
     template <typename Visit>
@@ -49,6 +50,7 @@ struct Functions
     void forEachOptionalCall(Visit visit)
     {
         visit("QV1K_SetDeviceEventCallback", setDeviceEventCallback);
+        visit("QV1K_IsSimulated", isSimulated);
     }
 };
 

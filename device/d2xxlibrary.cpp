@@ -2,11 +2,20 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QLibrary>
 #include <QStringList>
 
 #include <type_traits>
+
+#ifdef Q_OS_WIN
+#include <qt_windows.h>
+
+#include <array>
+#else
+#include <dlfcn.h>
+#endif
 
 namespace {
 
@@ -58,6 +67,28 @@ QStringList resolveAll(QLibrary &library, d2xx::Functions &functions)
     return missing;
 }
 
+/// The file that a function was really loaded from, which a name alone does not tell: empty where the system
+/// does not know.
+QString fileOf(d2xx::CreateDeviceInfoList *function)
+{
+#ifdef Q_OS_WIN
+    HMODULE module = nullptr;
+    std::array<wchar_t, 32768> path{}; // the longest that there is
+    if (!GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS |
+                                GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                            reinterpret_cast<LPCWSTR>(function), &module))
+        return {};
+    const DWORD length = GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size()));
+    const QString file = QString::fromWCharArray(path.data(), static_cast<qsizetype>(length));
+#else
+    Dl_info info{};
+    if (dladdr(reinterpret_cast<const void *>(function), &info) == 0)
+        return {};
+    const QString file = QFile::decodeName(info.dli_fname);
+#endif
+    return QFileInfo(file).canonicalFilePath();
+}
+
 D2xxLibrary withoutDriver(const QString &problem)
 {
     D2xxLibrary result;
@@ -81,9 +112,10 @@ D2xxLibrary loadFile(const QString &fileName)
     }
     D2xxLibrary result;
     result.driver = std::make_shared<D2xx>(functions);
-    result.path =
-        QFileInfo(library.fileName()).isAbsolute() ? QDir::cleanPath(library.fileName()) : library.fileName();
-    result.isVirtual = QFileInfo(result.path).fileName() == providerFileName(virtualDetector);
+    result.path = fileOf(functions.createDeviceInfoList);
+    if (result.path.isEmpty())
+        result.path = library.fileName();
+    result.isVirtual = functions.isSimulated != nullptr;
     return result;
 }
 
@@ -128,16 +160,23 @@ D2xxLibrary D2xxLibrary::load(const QString &setting)
 QString D2xxLibrary::description() const
 {
     if (!driver->isUsable()) {
-        return QStringLiteral(
-                   "No driver library could be loaded, so no detector can be used.\n\n"
-                   "Reason: %1\n\n"
-                   "To use the virtual detector, set D2xxLibrary=virtual in config.ini and start again.")
-            .arg(problem);
+        return QStringLiteral("No driver library could be loaded, so no detector can be used.\n\n"
+                              "Reason: ") +
+               problem +
+               QStringLiteral("\n\nTo use the virtual detector, set D2xxLibrary=virtual in config.ini and "
+                              "start again.");
     }
+    QString file = QStringLiteral("Driver library: ") + path;
     if (isVirtual) {
-        return QStringLiteral("Virtual detector: everything shown is simulated, not measured.\n\n"
-                              "Driver library: %1")
-            .arg(path);
+        return QStringLiteral("Virtual detector: everything shown is simulated, not measured.\n\n") + file;
     }
-    return QStringLiteral("Driver library: %1").arg(path);
+    return file;
+}
+
+QString D2xxLibrary::provenance() const
+{
+    if (!driver->isUsable())
+        return QStringLiteral("驱动库加载失败：") + problem;
+    return QStringLiteral("驱动库：") + path +
+           (isVirtual ? QStringLiteral("（模拟数据）") : QStringLiteral("（非模拟数据）"));
 }

@@ -10,9 +10,9 @@
 struct D2xxLibrary
 {
     std::shared_ptr<D2xx> driver; ///< never null; not usable when no library could be loaded
-    QString path;                 ///< file that was loaded; empty when none
+    QString path;                 ///< file that was really loaded, links followed; empty when none
     QString problem;              ///< why none could be loaded, in plain words; empty when one was
-    bool isVirtual = false;       ///< the virtual detector: simulated, not measured data
+    bool isVirtual = false;       ///< it says itself that it simulates: not measured data
 
     /// Loads what the key `D2xxLibrary` of config.ini names.
     ///
@@ -24,4 +24,8 @@ struct D2xxLibrary
 
     /// What the System page says: which library is in use and where it lies, or why there is none.
     [[nodiscard]] QString description() const;
+
+    /// Where data from it comes from, as the log and the log's line of a recording say it: the file and
+    /// whether it simulates, or why there is none.
+    [[nodiscard]] QString provenance() const;
 };

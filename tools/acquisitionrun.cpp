@@ -59,6 +59,7 @@ QString AcquisitionRun::run(const AcquireOptions &options)
     LogManager::createInstance();
     PortManager::setDriver(library.driver);
     PortManager::createInstance();
+    LogManager::instance()->writeLog(library.provenance());
     QString problem;
     {
         ProcessImage pipeline;

@@ -91,6 +91,11 @@ Status FT_Write(Handle handle, void *buffer, std::uint32_t length, std::uint32_t
     return guarded([=] { return bridge().write(handle, buffer, length, bytesWritten); });
 }
 
+int QV1K_IsSimulated()
+{
+    return 1;
+}
+
 /// Before the library is unloaded a null callback ends its thread.
 void QV1K_SetDeviceEventCallback(d2xx::DeviceEventCallback callback, void *context)
 {

@@ -144,7 +144,8 @@ TEST(DriverLibrary, a_library_without_the_calls_is_refused_with_their_names)
           "FT_SetBitMode", "FT_SetLatencyTimer", "FT_SetUSBParameters", "FT_SetFlowControl", "FT_Purge",
           "FT_SetTimeouts", "FT_GetStatus", "FT_Read", "FT_Write"})
         EXPECT_TRUE(library.problem.contains(QString::fromLatin1(name))) << name;
-    EXPECT_FALSE(library.problem.contains(QStringLiteral("QV1K_SetDeviceEventCallback")));
+    EXPECT_FALSE(library.problem.contains(QStringLiteral("QV1K_")));
+    EXPECT_EQ(library.provenance(), QStringLiteral("驱动库加载失败：") + library.problem);
 }
 
 TEST(DriverLibrary, the_virtual_detector_is_found_by_its_name_and_said_to_be_simulated)
@@ -161,6 +162,53 @@ TEST(DriverLibrary, the_virtual_detector_is_found_by_its_name_and_said_to_be_sim
 TEST(DriverLibrary, the_virtual_detector_is_recognised_by_its_path_too)
 {
     EXPECT_TRUE(D2xxLibrary::load(QStringLiteral(QV1K_VIRTUAL_LIBRARY)).isVirtual);
+}
+
+TEST(DriverLibrary, a_library_that_simulates_says_so_whatever_its_file_is_called)
+{
+    const WorkingFolder folder;
+    const QString simulating = folder.filePath(QStringLiteral("LIBFTD2XX.SO"));
+    ASSERT_TRUE(QFile::copy(QStringLiteral(QV1K_VIRTUAL_LIBRARY), simulating));
+    const D2xxLibrary library = D2xxLibrary::load(simulating);
+    ASSERT_TRUE(library.driver->isUsable()) << qPrintable(library.problem);
+    EXPECT_TRUE(library.isVirtual);
+    EXPECT_TRUE(library.description().startsWith(QStringLiteral("Virtual detector")));
+    EXPECT_EQ(library.provenance(), QStringLiteral("驱动库：") + QFileInfo(simulating).canonicalFilePath() +
+                                        QStringLiteral("（模拟数据）"));
+}
+
+TEST(DriverLibrary, a_library_that_does_not_simulate_is_not_taken_for_the_virtual_detector_by_its_name)
+{
+    const WorkingFolder folder;
+    const QString foreign = folder.filePath(QFileInfo(QStringLiteral(QV1K_VIRTUAL_LIBRARY)).fileName());
+    ASSERT_TRUE(QFile::copy(QStringLiteral(QV1K_FOREIGN_LIBRARY), foreign));
+    const D2xxLibrary library = D2xxLibrary::load(foreign);
+    ASSERT_TRUE(library.driver->isUsable()) << qPrintable(library.problem);
+    EXPECT_FALSE(library.isVirtual);
+    EXPECT_TRUE(library.provenance().endsWith(QStringLiteral("（非模拟数据）")));
+}
+
+TEST(DriverLibrary, a_library_is_named_by_its_real_path_however_it_was_found)
+{
+    const WorkingFolder folder;
+    ASSERT_TRUE(
+        QFile::link(QStringLiteral(QV1K_FOREIGN_LIBRARY), folder.filePath(QStringLiteral("link.so"))));
+    const QString real = QFileInfo(QStringLiteral(QV1K_FOREIGN_LIBRARY)).canonicalFilePath();
+    EXPECT_EQ(D2xxLibrary::load(folder.filePath(QStringLiteral("link.so"))).path, real);
+    EXPECT_EQ(D2xxLibrary::load(QStringLiteral("./link.so")).path, real);
+    // By its bare name the system's loader finds one that is loaded already.
+    const QFileInfo loaded(D2xxLibrary::load(QStringLiteral("virtual")).path);
+    EXPECT_EQ(D2xxLibrary::load(loaded.fileName()).path, loaded.canonicalFilePath());
+}
+
+TEST(DriverLibrary, a_path_with_a_percent_sign_stands_in_every_text_as_it_is)
+{
+    const WorkingFolder folder;
+    const QString path = folder.filePath(QStringLiteral("50%1 %2.so"));
+    folder.write(QStringLiteral("50%1 %2.so"), "not a library");
+    const D2xxLibrary broken = D2xxLibrary::load(path);
+    EXPECT_TRUE(broken.description().contains(path)) << qPrintable(broken.description());
+    EXPECT_TRUE(broken.provenance().contains(path)) << qPrintable(broken.provenance());
 }
 
 TEST(DriverLibrary, without_a_setting_the_virtual_detector_is_never_used)

@@ -27,6 +27,7 @@ TEST_F(Acquire, five_frames_are_printed_and_stored_as_pictures)
     EXPECT_FALSE(matches.hasNext());
     EXPECT_EQ(QDir(QStringLiteral("out/T")).entryList(QDir::Files).size(), 5);
     EXPECT_TRUE(output.contains(QStringLiteral("Virtual detector")));
+    EXPECT_TRUE(log().contains(QStringLiteral("（模拟数据）"))) << qPrintable(log());
 }
 
 TEST_F(Acquire, all_three_forms_are_stored_whole_when_asked_for)

@@ -127,6 +127,7 @@ void mainwindow::createServices()
     PortManager::setDriver(library.driver);
     PortManager::createInstance();
     m_link = PortManager::instance();
+    LogManager::instance()->writeLog(library.provenance());
     m_deviceWatcher = std::make_unique<DeviceWatcher>(library.driver);
     connect(m_deviceWatcher.get(), &DeviceWatcher::arrived, this, &mainwindow::deviceArrived);
     connect(m_deviceWatcher.get(), &DeviceWatcher::removed, this, &mainwindow::deviceRemoved);

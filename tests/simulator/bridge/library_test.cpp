@@ -76,10 +76,10 @@ protected:
 
 TEST_F(VirtualLibrary, exports_every_call)
 {
-    for (const char *name :
-         {"FT_CreateDeviceInfoList", "FT_GetDeviceInfoList", "FT_OpenEx", "FT_Close", "FT_ResetDevice",
-          "FT_SetBitMode", "FT_SetLatencyTimer", "FT_SetUSBParameters", "FT_SetFlowControl", "FT_Purge",
-          "FT_SetTimeouts", "FT_GetStatus", "FT_Read", "FT_Write", "QV1K_SetDeviceEventCallback"})
+    for (const char *name : {"FT_CreateDeviceInfoList", "FT_GetDeviceInfoList", "FT_OpenEx", "FT_Close",
+                             "FT_ResetDevice", "FT_SetBitMode", "FT_SetLatencyTimer", "FT_SetUSBParameters",
+                             "FT_SetFlowControl", "FT_Purge", "FT_SetTimeouts", "FT_GetStatus", "FT_Read",
+                             "FT_Write", "QV1K_SetDeviceEventCallback", "QV1K_IsSimulated"})
         EXPECT_NE(library.resolve(name), nullptr) << name;
 }
 

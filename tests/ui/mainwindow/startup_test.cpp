@@ -83,6 +83,26 @@ TEST_F(MainWindowStartup, without_a_driver_library_the_window_says_why_and_finds
     EXPECT_TRUE(looksIdle());
 }
 
+TEST_F(MainWindowStartup, the_log_names_the_driver_library_and_whether_it_simulates_once)
+{
+    open();
+    const QString expected = QStringLiteral("驱动库：%1（非模拟数据）").arg(ForwardLibrary::path());
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] { return QString::fromUtf8(folder.read(logName())).contains(expected + u'\n'); }, 10000));
+    const QString log = finalLog();
+    EXPECT_EQ(log.count(QStringLiteral("驱动库")), 1);
+    EXPECT_LT(log.indexOf(QStringLiteral("串口初始化")), log.indexOf(expected));
+}
+
+TEST_F(MainWindowStartup, the_log_says_why_no_driver_library_could_be_loaded)
+{
+    folder.write("config.ini", "[General]\nD2xxLibrary=/nowhere/libmissing.so\n");
+    window = std::make_unique<mainwindow>();
+    const QString log = finalLog();
+    EXPECT_TRUE(log.contains(QStringLiteral("驱动库加载失败："))) << qPrintable(log);
+    EXPECT_TRUE(log.contains("/nowhere/libmissing.so")) << qPrintable(log);
+}
+
 TEST_F(MainWindowStartup, the_virtual_detector_is_used_only_when_it_is_named)
 {
     window = std::make_unique<mainwindow>();
