@@ -6,19 +6,31 @@
 #include "device/protocol/readback.h"
 #include "log/logmanager.h"
 
-#include <QThread>
-
 namespace {
 
 constexpr int levelTimeoutMs = 500;
 constexpr int commandTimeoutMs = 2000;
 constexpr int haltTimeoutMs = 3500;
 constexpr int replyTimeoutMs = 5000;
-constexpr unsigned long readinessPauseMs = 1000;
+constexpr int silentQueries = 3;
+constexpr int endOfStreamMs = 500;
 
 bool isEchoed(PortManager &link, const QByteArray &command)
 {
     return AckFrame::echoes(Exchange::run(link, command, {replyTimeoutMs}), command);
+}
+
+QByteArray askForReadiness(PortManager &link)
+{
+    return Exchange::run(link, CommandFrame::readinessQuery(), {replyTimeoutMs});
+}
+
+/// Of a detector that streams though nobody receives.
+void endStream(PortManager &link)
+{
+    link.write(CommandFrame::haltAcquisition());
+    link.dropWaiting(endOfStreamMs);
+    link.setMayBeStreaming(false);
 }
 
 } // namespace
@@ -38,22 +50,33 @@ bool selectTestPattern(PortManager &link, int pattern)
 
 bool isReady(PortManager &link)
 {
-    return AckFrame::isReady(Exchange::run(link, CommandFrame::readinessQuery(), {replyTimeoutMs}));
+    return AckFrame::isReady(askForReadiness(link));
 }
 
-bool waitUntilReady(PortManager &link, const std::function<bool()> &goesOn)
+bool waitUntilReady(PortManager &link, const std::function<bool()> &rest)
 {
-    while (!isReady(link)) {
-        if (!goesOn())
+    const int toleratedSilence = link.mayBeStreaming() ? 1 : silentQueries;
+    int silent = 0;
+    bool wasHalted = false;
+    while (true) {
+        const QByteArray reply = askForReadiness(link);
+        if (AckFrame::isReady(reply))
+            return true;
+        silent = reply.isEmpty() ? silent + 1 : 0;
+        if (silent >= toleratedSilence && !wasHalted && !link.isLost()) {
+            wasHalted = true;
+            endStream(link);
+        }
+        if (!rest())
             return false;
-        QThread::msleep(readinessPauseMs);
     }
-    return true;
 }
 
 bool start(PortManager &link)
 {
-    return isEchoed(link, CommandFrame::startAcquisition());
+    const bool isStarted = isEchoed(link, CommandFrame::startAcquisition());
+    link.setMayBeStreaming(!isStarted);
+    return isStarted;
 }
 
 void beginReceiving(PortManager &link)

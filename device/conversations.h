@@ -20,9 +20,13 @@ namespace Conversation {
 /// Asks once whether the detector is ready. 5 s.
 [[nodiscard]] bool isReady(PortManager &link);
 
-/// Asks until the detector is ready, with a second's rest after each time that it is not. Before each rest
-/// `goesOn` is asked whether there is to be another time; false when it says no.
-[[nodiscard]] bool waitUntilReady(PortManager &link, const std::function<bool()> &goesOn);
+/// Asks until the detector is ready. After each time that it is not, `rest` is to take a second and to say
+/// whether there is to be another time; false when it says no.
+///
+/// A detector that was left streaming answers no query: after three queries in a row without a single byte,
+/// or after the first when a start was not confirmed, it is told to halt, once, and what arrives within 0.5 s
+/// is dropped.
+[[nodiscard]] bool waitUntilReady(PortManager &link, const std::function<bool()> &rest);
 
 /// Sends the start command; true when the detector echoes it. 5 s.
 [[nodiscard]] bool start(PortManager &link);

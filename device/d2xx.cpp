@@ -1,22 +1,42 @@
 #include "device/d2xx.h"
 
 #include "d2xx/arguments.h"
+#include "log/logmanager.h"
 
+#include <future>
 #include <thread>
 
 using namespace d2xx;
 
+namespace {
+
+Status leaveBehind()
+{
+    if (LogManager *log = LogManager::instance())
+        log->writeLog(QStringLiteral("串口关闭超时，句柄未释放"));
+    return Status::OtherError;
+}
+
+} // namespace
+
 // Counted in before the handle is compared, and the handle taken back before the count is awaited: of a
-// call and a close that meet, one sees the other.
+// call and a close that meet, one sees the other. A call that meets a close and the next open is refused.
 template <typename Call>
 Status D2xx::onOpenHandle(Handle handle, Call call)
 {
-    ++m_callsUnderWay;
+    const std::size_t opened = m_opened;
+    std::atomic<int> &underWay = callsUnderWay(opened);
+    ++underWay;
     Status status = Status::InvalidHandle;
-    if (handle != nullptr && handle == m_open)
+    if (handle != nullptr && handle == m_open && opened == m_opened)
         status = call();
-    --m_callsUnderWay;
+    --underWay;
     return status;
+}
+
+std::atomic<int> &D2xx::callsUnderWay(std::size_t opened)
+{
+    return m_callsUnderWay[opened % m_callsUnderWay.size()];
 }
 
 Status D2xx::createDeviceInfoList(quint32 *count) const
@@ -34,8 +54,10 @@ Status D2xx::open(const char *serialNumber, Handle *handle)
     if (!m_usable)
         return Status::DeviceNotFound;
     const Status status = m_functions.openEx(const_cast<char *>(serialNumber), openBySerialNumber, handle);
-    if (status == Status::Ok)
+    if (status == Status::Ok || *handle != m_open) {
+        ++m_opened;
         m_open = *handle;
+    }
     return status;
 }
 
@@ -44,9 +66,18 @@ Status D2xx::close(Handle handle)
     Handle expected = handle;
     if (handle == nullptr || !m_open.compare_exchange_strong(expected, nullptr))
         return Status::InvalidHandle;
-    while (m_callsUnderWay != 0)
+    const auto deadline = std::chrono::steady_clock::now() + closingLimit;
+    const std::atomic<int> &underWay = callsUnderWay(m_opened);
+    while (underWay != 0) {
+        if (std::chrono::steady_clock::now() >= deadline)
+            return leaveBehind();
         std::this_thread::yield();
-    return m_functions.close(handle);
+    }
+    // On a thread of its own: a library may hang in this call too.
+    std::packaged_task<Status()> closing([call = m_functions.close, handle] { return call(handle); });
+    std::future<Status> result = closing.get_future();
+    std::thread(std::move(closing)).detach();
+    return result.wait_until(deadline) == std::future_status::ready ? result.get() : leaveBehind();
 }
 
 Status D2xx::resetDevice(Handle handle)

@@ -4,7 +4,9 @@
 
 #include <QtGlobal>
 
+#include <array>
 #include <atomic>
+#include <chrono>
 
 /// The door to the hardware: the calls of a driver library, made safe to use from two threads.
 ///
@@ -12,6 +14,9 @@
 /// library; close() waits until the calls that are under way have returned (each is bounded by the
 /// link's 10 ms time-outs). So a device may be closed while another thread polls it, whatever the library
 /// does about stale handles. Without functions every call returns DeviceNotFound.
+///
+/// A call that hangs holds up close() for closingLimit at most. Then the handle is left behind, open in the
+/// library, and closed for everybody here; a line in the log tells it.
 ///
 /// All members may be called from any thread.
 class D2xx
@@ -21,13 +26,17 @@ public:
     explicit D2xx(const d2xx::Functions &functions) : m_functions(functions), m_usable(true) {}
     Q_DISABLE_COPY_MOVE(D2xx)
 
+    static constexpr std::chrono::milliseconds closingLimit{2000};
+
     [[nodiscard]] bool isUsable() const { return m_usable; }
     [[nodiscard]] const d2xx::Functions &functions() const { return m_functions; }
 
     d2xx::Status createDeviceInfoList(quint32 *count) const;
     d2xx::Status getDeviceInfoList(d2xx::DeviceRecord *records, quint32 *count) const;
-    /// Opens by serial number (NUL-terminated UTF-8). One device can be open at a time.
+    /// Opens by serial number (NUL-terminated UTF-8). One device can be open at a time. What the library
+    /// leaves in `handle` counts as open, also when it says that it failed.
     d2xx::Status open(const char *serialNumber, d2xx::Handle *handle);
+    /// Blocks for closingLimit at most; OtherError when the handle was left behind.
     d2xx::Status close(d2xx::Handle handle);
 
     d2xx::Status resetDevice(d2xx::Handle handle);
@@ -44,9 +53,12 @@ public:
 private:
     template <typename Call>
     d2xx::Status onOpenHandle(d2xx::Handle handle, Call call);
+    [[nodiscard]] std::atomic<int> &callsUnderWay(std::size_t opened);
 
     d2xx::Functions m_functions;
     bool m_usable = false;
     std::atomic<d2xx::Handle> m_open{nullptr};
-    std::atomic<int> m_callsUnderWay{0};
+    std::atomic<std::size_t> m_opened{0}; ///< how often a handle was opened
+    /// Of each of the last handles, so that one call that hangs does not hold up the closing of later ones.
+    std::array<std::atomic<int>, 16> m_callsUnderWay{};
 };

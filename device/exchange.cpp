@@ -4,6 +4,8 @@
 
 QByteArray Exchange::run(PortManager &link, const QByteArray &frame, Wait wait)
 {
+    if (!link.isSettled())
+        link.dropWaiting();
     link.write(frame);
     return reply(link, wait);
 }

@@ -2,6 +2,7 @@
 
 #include "d2xx/arguments.h"
 #include "device/d2xxlibrary.h"
+#include "device/protocol/commandframes.h"
 #include "device/receiveloop.h"
 #include "log/logmanager.h"
 
@@ -9,6 +10,7 @@
 #include <QElapsedTimer>
 #include <QThread>
 
+#include <utility>
 #include <vector>
 
 using namespace d2xx;
@@ -16,6 +18,14 @@ using namespace d2xx;
 namespace {
 
 constexpr quint32 ioTimeoutMs = 10;
+constexpr int threadLimitMs = 2000;
+constexpr int dropLimitMs = 500;
+constexpr unsigned long dropPauseMs = 1;
+
+/// More devices are not shown.
+constexpr std::size_t longestList = 64;
+/// What a driver library may fill in: it knows no limit of ours.
+constexpr std::size_t mostRecords = 4096;
 
 PortManager *linkInstance = nullptr;
 
@@ -52,7 +62,9 @@ void PortManager::createInstance()
 
 void PortManager::destroyInstance()
 {
-    delete linkInstance;
+    // A thread that hangs in a call of the library still uses the link when the call comes back.
+    if (linkInstance != nullptr && linkInstance->end())
+        delete linkInstance;
     linkInstance = nullptr;
 }
 
@@ -66,38 +78,45 @@ PortManager::PortManager(std::shared_ptr<D2xx> driver) : m_state(std::move(drive
     log(QStringLiteral("串口初始化"));
 }
 
-PortManager::~PortManager()
+PortManager::~PortManager() = default;
+
+bool PortManager::end()
 {
     log(QStringLiteral("串口销毁"));
+    bool ended = true;
     if (m_receiveThread != nullptr) {
         m_state.m_paused = false;
         m_receiveThread->requestInterruption();
         m_receiveThread->quit();
-        m_receiveThread->wait();
-        delete m_receiveThread;
-        m_receiveThread = nullptr;
+        ended = m_receiveThread->wait(QDeadlineTimer(threadLimitMs));
+        if (ended)
+            delete std::exchange(m_receiveThread, nullptr);
+        else
+            log(QStringLiteral("串口接收线程未结束"));
     }
     closeDevice();
+    return ended;
 }
 
 QList<QString> PortManager::listDevices()
 {
     quint32 count = 0;
     if (m_state.m_driver->createDeviceInfoList(&count) != Status::Ok) {
-        qDebug() << QStringLiteral("获取串口列表失败");
+        qDebug().noquote() << QStringLiteral("获取串口列表失败");
         return {};
     }
     if (count == 0) {
-        qDebug() << QStringLiteral("当前没有串口连接");
+        qDebug().noquote() << QStringLiteral("当前没有串口连接");
         return {};
     }
-    std::vector<DeviceRecord> records(count);
+    std::vector<DeviceRecord> records(qMin(std::size_t{count}, mostRecords));
+    count = static_cast<quint32>(records.size());
     if (m_state.m_driver->getDeviceInfoList(records.data(), &count) != Status::Ok) {
-        qDebug() << QStringLiteral("获取串口信息失败");
+        qDebug().noquote() << QStringLiteral("获取串口信息失败");
         return {};
     }
     // A device may have gone between the two calls; more than there is room for cannot have been filled in.
-    records.resize(qMin(static_cast<std::size_t>(count), records.size()));
+    records.resize(qMin(std::size_t{count}, qMin(records.size(), longestList)));
 
     m_portList.clear();
     for (const DeviceRecord &record : records) {
@@ -111,7 +130,9 @@ QList<QString> PortManager::listDevices()
 
 bool PortManager::openDevice(QString serialNumber)
 {
-    Handle handle = nullptr;
+    settle();
+    m_state.m_lost = false;
+    Handle handle = m_state.m_handle; // the library may leave it as it is
     const Status status = m_state.m_driver->open(serialNumber.toUtf8().constData(), &handle);
     m_state.m_handle = handle;
     if (status == Status::Ok) {
@@ -138,6 +159,7 @@ void PortManager::configureDevice()
 
 void PortManager::closeDevice()
 {
+    settle();
     const Handle handle = m_state.close();
     if (handle == nullptr)
         return;
@@ -171,7 +193,14 @@ void PortManager::receiveLoop()
     const auto onHalted = [this] {
         Q_EMIT stop();
     };
-    ReceiveLoop(m_state, {.frame = onFrame, .halted = onHalted}).run();
+    const auto onInterrupted = [this](bool isInterrupted) {
+        Q_EMIT interrupted(isInterrupted);
+    };
+    const auto onLost = [this](Handle handle) {
+        if (lose(handle))
+            Q_EMIT lost();
+    };
+    ReceiveLoop(m_state, {onFrame, onHalted, onInterrupted, onLost}).run();
 }
 
 /// The frame, and behind it in the GUI thread's queue of events the word that it is through: whoever is
@@ -198,23 +227,80 @@ QByteArray PortManager::wait_for_read(int timeoutMs, int expectedBytes)
     QElapsedTimer timer;
     timer.start();
     QByteArray reply;
+    const Handle handle = m_state.m_handle;
+    bool isDead = timeoutMs > 0;
+    m_isSettled = false;
     while (timer.elapsed() < timeoutMs) {
-        const quint32 waiting = m_state.bytesWaiting(m_state.m_handle);
-        if (waiting == 0)
+        const std::optional<quint32> waiting = m_state.bytesWaiting(handle);
+        isDead = isDead && !waiting;
+        if (waiting.value_or(0) == 0)
             continue;
-        QByteArray bytes(static_cast<qsizetype>(waiting), Qt::Uninitialized);
-        quint32 bytesRead = 0;
-        if (m_state.m_driver->read(m_state.m_handle, bytes.data(), waiting, &bytesRead) != Status::Ok) {
+        const std::optional<QByteArray> bytes = readWaiting(*waiting);
+        if (!bytes) {
             log(QStringLiteral("串口接收数据失败"));
             return reply;
         }
-        bytes.truncate(static_cast<qsizetype>(bytesRead));
-        reply += bytes.toHex().toUpper();
+        reply += bytes->toHex().toUpper();
         if (reply.size() == 2 * static_cast<qsizetype>(expectedBytes)) {
+            m_isSettled = true;
             log(QStringLiteral("串口接收数据 = ") + QString::fromLatin1(reply));
             return reply;
         }
     }
     log(QStringLiteral("wait_for_read 接收数据超时"));
+    if (isDead && lose(handle))
+        Q_EMIT lost();
     return reply;
+}
+
+std::optional<QByteArray> PortManager::readWaiting(quint32 waiting)
+{
+    QByteArray bytes(static_cast<qsizetype>(waiting), Qt::Uninitialized);
+    const std::optional<quint32> bytesRead = m_state.read(m_state.m_handle, bytes.data(), waiting);
+    if (!bytesRead)
+        return std::nullopt;
+    bytes.truncate(static_cast<qsizetype>(*bytesRead));
+    return bytes;
+}
+
+void PortManager::dropWaiting(int durationMs)
+{
+    QElapsedTimer timer;
+    timer.start();
+    bool isEmpty = false;
+    while (timer.elapsed() < (isEmpty ? durationMs : durationMs + dropLimitMs)) {
+        const quint32 waiting = m_state.bytesWaiting(m_state.m_handle).value_or(0);
+        isEmpty = waiting == 0 || readWaiting(waiting).value_or(QByteArray()).isEmpty();
+        if (isEmpty)
+            QThread::msleep(dropPauseMs);
+    }
+}
+
+void PortManager::settle()
+{
+    m_isSettled = true;
+    m_mayBeStreaming = false;
+}
+
+void PortManager::halt()
+{
+    if (m_state.takeHalt())
+        write(CommandFrame::haltAcquisition());
+}
+
+bool PortManager::checkLost()
+{
+    const Handle handle = m_state.m_handle;
+    if (handle != nullptr && !m_state.bytesWaiting(handle))
+        lose(handle);
+    return isLost();
+}
+
+/// True, with a line in the log, for the first to say so.
+bool PortManager::lose(Handle handle)
+{
+    const bool isNews = m_state.lose(handle);
+    if (isNews)
+        log(QStringLiteral("设备连接丢失"));
+    return isNews;
 }

@@ -8,6 +8,7 @@
 #include <QString>
 
 #include <memory>
+#include <optional>
 
 class QThread;
 
@@ -29,7 +30,7 @@ public:
     static void createInstance();
 
     /// Ends the receive thread, closes the device and deletes the link, if there is one. Waits for the
-    /// thread, some 100 ms at most.
+    /// thread, some 100 ms at most; when a call of the library hangs, 4 s at most, and leaves both behind.
     static void destroyInstance();
 
     /// The link of this process; null before createInstance() and after destroyInstance().
@@ -44,11 +45,12 @@ public:
     /// False when it cannot be opened; the set-up calls themselves are not checked.
     bool openDevice(QString serialNumber);
 
-    /// Closes the device if one is open. The receive thread goes on polling, without reading.
+    /// Closes the device if one is open. The receive thread goes on polling, without reading. Blocks for 2 s
+    /// at most, when a call of the library hangs.
     void closeDevice();
 
-    /// Starts receiving: the next block that arrives is the first of a frame. Creates the thread the first
-    /// time, later lets it go on. Does not block.
+    /// Starts receiving: creates the thread the first time, later lets it go on with what it has received,
+    /// unless the device was closed in between. Does not block.
     void startReceive();
 
     /// Slows the receive loop to one pass per 100 ms until startReceive() is called again. A pause before
@@ -58,12 +60,37 @@ public:
     /// Asks the receive loop to halt the detector at the next block boundary and then to emit stop().
     void requestStop() { m_state.m_stopRequested = true; }
 
+    /// Ends the reading at once and tells the detector to halt, unless the receive loop has done that by now;
+    /// stop() is not emitted then. Only while it is receiving. Blocks for 10 ms at most.
+    void halt();
+
     /// Sends all bytes with one call; blocks for 10 ms at most. Failures are ignored.
     void write(QByteArray bytes);
 
     /// Waits for a reply of exactly `expectedBytes` bytes and returns what arrived as upper-case hexadecimal
-    /// text, also when that is less or more. Polls without sleeping, for `timeoutMs` at most.
+    /// text, also when that is less or more. Polls without sleeping, for `timeoutMs` at most. When the status
+    /// could not be had all the time, the device is lost.
     QByteArray wait_for_read(int timeoutMs, int expectedBytes);
+
+    /// The last wait_for_read() ended with exactly the reply that it waited for, or the device was opened or
+    /// closed since. Otherwise a late reply may still arrive, and would be taken for the next one.
+    [[nodiscard]] bool isSettled() const { return m_isSettled; }
+
+    /// Reads and drops what waits, and what arrives within `durationMs`. Ends 500 ms later at most. Only when
+    /// nothing is being received.
+    void dropWaiting(int durationMs = 0);
+
+    /// A start was sent and not confirmed: the detector may be streaming all the same. Until the next word on
+    /// it, and until the device is opened or closed.
+    [[nodiscard]] bool mayBeStreaming() const { return m_mayBeStreaming; }
+    void setMayBeStreaming(bool mayBe) { m_mayBeStreaming = mayBe; }
+
+    /// The open device is gone; only closing it helps. Told by lost() too. Any thread.
+    [[nodiscard]] bool isLost() const { return m_state.m_lost; }
+
+    /// Asks the open device for its status, once; true when it cannot be had, and the device is lost by that
+    /// or was before. Without a device false.
+    bool checkLost();
 
 Q_SIGNALS:
     /// One image frame, 4194304 bytes or a little more (what came with the last block). Receive thread.
@@ -72,6 +99,14 @@ Q_SIGNALS:
     /// The detector was told to halt after requestStop(); nothing further is read. Receive thread.
     void stop();
 
+    /// While a block is owed nothing has come for 5 s (true), or the next byte has come (false). Receive
+    /// thread.
+    void interrupted(bool isInterrupted);
+
+    /// The open device is gone: its status could not be had for a whole second of an acquisition or during a
+    /// whole exchange. Nothing is read any more. From either thread: connect it queued.
+    void lost();
+
 private:
     explicit PortManager(std::shared_ptr<D2xx> driver);
 
@@ -79,9 +114,17 @@ private:
     void startThread();
     void receiveLoop();
     void handOn(const QByteArray &frame);
+    /// The bytes that a read of what waits brings; none when it fails.
+    [[nodiscard]] std::optional<QByteArray> readWaiting(quint32 waiting);
+    bool lose(d2xx::Handle handle);
+    void settle();
+    /// False when the receive thread could not be ended.
+    bool end();
 
     LinkState m_state;
-    QList<QString> m_portList;          ///< of the last successful enumeration
+    QList<QString> m_portList; ///< of the last successful enumeration
+    bool m_isSettled = true;
+    bool m_mayBeStreaming = false;
     QThread *m_receiveThread = nullptr; ///< owned; made on the first startReceive()
     /// Lives on the GUI thread, whose events tell it that a frame is through.
     std::unique_ptr<QObject> m_frameCounter;

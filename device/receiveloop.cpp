@@ -5,16 +5,25 @@
 
 #include <QThread>
 
+#include <exception>
 #include <utility>
 
 using namespace d2xx;
 
 namespace {
 
-constexpr unsigned long pausedPassMs = 100;
+constexpr unsigned long restMs = 100; ///< of a pass while paused, and after what fails again and again
 constexpr unsigned long idlePassMs = 1;
 constexpr qint64 waitingFramesLimit = 64;
 constexpr qint64 waitingFramesResume = waitingFramesLimit / 2;
+
+/// Nothing for an empty line. A call of the library that hung may come back when the log has ended.
+void log(const QString &line)
+{
+    LogManager *log = LogManager::instance();
+    if (log != nullptr && !line.isEmpty())
+        log->writeLog(line);
+}
 
 } // namespace
 
@@ -27,50 +36,103 @@ ReceiveLoop::ReceiveLoop(LinkState &state, Callbacks callbacks)
 
 void ReceiveLoop::run()
 {
-    LogManager::instance()->writeLog(QStringLiteral("串口接收线程开启"));
-    while (!QThread::currentThread()->isInterruptionRequested())
-        pass();
-    LogManager::instance()->writeLog(QStringLiteral("串口接收线程结束"));
+    log(QStringLiteral("串口接收线程开启"));
+    m_clock.start();
+    while (!QThread::currentThread()->isInterruptionRequested()) {
+        try {
+            pass();
+        } catch (const std::exception &exception) {
+            log(QStringLiteral("串口接收线程异常：%1").arg(QString::fromLocal8Bit(exception.what())));
+            QThread::msleep(restMs);
+        }
+    }
+    log(QStringLiteral("串口接收线程结束"));
 }
 
 // The order in which the flags are looked at is told in device/linkstate.h.
 void ReceiveLoop::pass()
 {
     if (m_state.m_paused)
-        QThread::msleep(pausedPassMs);
+        QThread::msleep(restMs);
     m_handle = m_state.m_handle;
-    const quint32 waiting = m_state.bytesWaiting(m_handle);
+    const std::optional<quint32> waiting = m_state.bytesWaiting(m_handle);
     if (m_state.m_halted) {
         QThread::msleep(idlePassMs);
         return;
     }
-    if (m_state.m_restarted.exchange(false)) {
-        m_assembler.restart();
-        m_heldBack = false;
-    }
-    if (m_heldBack && (m_state.m_stopRequested || framesWaiting() <= waitingFramesResume)) {
-        m_heldBack = false;
-        requestNextBlock();
-        return;
-    }
-    if (waiting == 0) {
+    takeStart();
+    if (m_watch.isLost(m_clock.elapsed(), !waiting)) {
+        m_callbacks.lost(m_handle);
         QThread::msleep(idlePassMs);
         return;
     }
-    receive(waiting);
+    if (m_heldBack && (m_state.m_stopRequested || framesWaiting() <= waitingFramesResume)) {
+        m_heldBack = false;
+        m_watch.blockRequested(m_clock.elapsed());
+        requestNextBlock();
+        return;
+    }
+    if (waiting.value_or(0) == 0) {
+        judge(m_watch.quiet(m_clock.elapsed(), m_heldBack, m_state.m_stopRequested));
+        QThread::msleep(idlePassMs);
+        return;
+    }
+    receive(*waiting);
     if (m_assembler.boundaryReached())
         handleBlockBoundary();
+}
+
+void ReceiveLoop::takeStart()
+{
+    if (!m_state.m_restarted.exchange(false))
+        return;
+    m_watch.begin(m_clock.elapsed());
+    if (!m_state.m_closed.exchange(false))
+        return;
+    m_assembler.restart();
+    m_heldBack = false;
 }
 
 void ReceiveLoop::receive(quint32 waiting)
 {
     char *room = m_assembler.reserve(static_cast<qsizetype>(waiting));
-    quint32 bytesRead = 0;
-    if (m_state.m_driver->read(m_handle, room, waiting, &bytesRead) == Status::Ok) {
-        m_assembler.keep(static_cast<qsizetype>(qMin(bytesRead, waiting)));
-    } else {
+    const std::optional<quint32> bytesRead = m_state.read(m_handle, room, waiting);
+    if (!bytesRead) {
         m_assembler.drop();
-        LogManager::instance()->writeLog(QStringLiteral("串口线程接收数据失败"));
+        readFailed();
+        return;
+    }
+    m_assembler.keep(static_cast<qsizetype>(*bytesRead));
+    log(m_failedReads.succeeded());
+    if (*bytesRead > 0)
+        judge(m_watch.arrived(m_clock.elapsed()));
+}
+
+void ReceiveLoop::readFailed()
+{
+    log(m_failedReads.failed(m_clock.elapsed()));
+    if (m_failedReads.arePersistent())
+        QThread::msleep(restMs);
+    judge(m_watch.quiet(m_clock.elapsed(), m_heldBack, m_state.m_stopRequested));
+}
+
+void ReceiveLoop::judge(StreamWatch::Event event)
+{
+    switch (event) {
+    case StreamWatch::Event::None:
+        break;
+    case StreamWatch::Event::Interrupted:
+        log(QStringLiteral("接收数据中断"));
+        m_callbacks.interrupted(true);
+        break;
+    case StreamWatch::Event::Resumed:
+        log(QStringLiteral("接收数据恢复"));
+        m_callbacks.interrupted(false);
+        break;
+    case StreamWatch::Event::StopOverdue:
+        log(QStringLiteral("停止超时，强制停止采集"));
+        halt();
+        break;
     }
 }
 

@@ -1,8 +1,12 @@
 #pragma once
 
 #include "device/blockassembler.h"
+#include "device/failedreads.h"
 #include "device/framebuffers.h"
 #include "device/linkstate.h"
+#include "device/streamwatch.h"
+
+#include <QElapsedTimer>
 
 #include <array>
 #include <functional>
@@ -12,6 +16,10 @@
 ///
 /// Memory stays bounded: when 64 frames wait on the GUI thread, the request for the next frame's first block
 /// is held back until half of them are through. The handshake makes the detector wait, so nothing is lost.
+///
+/// A stream that falls silent is told, a stop that no byte follows is carried out all the same, and a device
+/// whose status cannot be had any more is given up: see StreamWatch. An exception ends the pass in which it
+/// came, and is logged.
 class ReceiveLoop
 {
 public:
@@ -22,6 +30,10 @@ public:
         std::function<void(const QByteArray &)> frame;
         /// The detector was told to halt.
         std::function<void()> halted;
+        /// A block is owed and nothing comes any more (true), or the next byte has come (false).
+        std::function<void(bool)> interrupted;
+        /// The device behind the handle is gone.
+        std::function<void(d2xx::Handle)> lost;
     };
 
     /// `state` must outlive it.
@@ -31,7 +43,10 @@ public:
 
 private:
     void pass();
+    void takeStart();
     void receive(quint32 waiting);
+    void readFailed();
+    void judge(StreamWatch::Event event);
     void handleBlockBoundary();
     void handOnFrame();
     void halt();
@@ -41,6 +56,9 @@ private:
     LinkState &m_state;
     const Callbacks m_callbacks;
     d2xx::Handle m_handle = nullptr; ///< of the current pass
+    QElapsedTimer m_clock;
+    StreamWatch m_watch;
+    FailedReads m_failedReads;
     BlockAssembler m_assembler;
     FrameBuffers m_buffers;
     /// By counter; made once, not per block.

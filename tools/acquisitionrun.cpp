@@ -10,12 +10,15 @@
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QTemporaryFile>
+#include <QThread>
 
 #include <algorithm>
 #include <cstdio>
 #include <numeric>
 
 namespace {
+
+constexpr unsigned long readinessPauseMs = 1000;
 
 /// Makes the folder if it is missing and tries it out; says what is wrong with it.
 QString checkWritable(const QString &folder)
@@ -114,7 +117,13 @@ QString AcquisitionRun::waitUntilReady()
     if (m_options.testPattern > 0 && !Conversation::selectTestPattern(m_link, m_options.testPattern))
         return QStringLiteral("time-out: the detector did not confirm the test pattern");
     const QDeadlineTimer deadline(m_options.timeoutSeconds * 1000);
-    if (!Conversation::waitUntilReady(m_link, [&deadline] { return !deadline.hasExpired(); })) {
+    const auto rest = [&deadline] {
+        if (deadline.hasExpired())
+            return false;
+        QThread::msleep(readinessPauseMs);
+        return true;
+    };
+    if (!Conversation::waitUntilReady(m_link, rest)) {
         return QStringLiteral("time-out: the detector is busy, not ready after %1 s")
             .arg(m_options.timeoutSeconds);
     }

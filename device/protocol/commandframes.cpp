@@ -127,6 +127,8 @@ bool acknowledgesParameters(const QByteArray &reply)
 
 bool isReady(const QByteArray &reply)
 {
+    if (reply.size() < 2 * commandBytes)
+        return false;
     return (reply.mid(8, 2).toInt(nullptr, 16) & 1) == 1;
 }
 

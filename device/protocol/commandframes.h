@@ -45,7 +45,7 @@ inline constexpr int commandBytes = 6;
 [[nodiscard]] bool echoes(const QByteArray &reply, const QByteArray &controlFrame);
 /// "FFBB01" stands anywhere in the reply, on a byte boundary or not.
 [[nodiscard]] bool acknowledgesParameters(const QByteArray &reply);
-/// Bit 0 of the fifth byte. An empty or short reply is not ready.
+/// Bit 0 of the fifth byte. A reply of fewer than six bytes is not ready.
 [[nodiscard]] bool isReady(const QByteArray &reply);
 /// The first byte: battery charge in percent. 0 for a reply that holds no number.
 [[nodiscard]] int level(const QByteArray &reply);

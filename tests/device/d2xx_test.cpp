@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QLibrary>
 
@@ -93,6 +94,86 @@ TEST(DriverBoundary, closing_waits_for_a_call_that_is_under_way_on_another_threa
     closer.join();
     EXPECT_TRUE(returnedBeforeClose);
     EXPECT_FALSE(fake.isOpen());
+}
+
+namespace {
+
+/// Lets a call that hangs come back at the end of a test.
+class Hanging
+{
+public:
+    ~Hanging() { release(); }
+
+    void hang()
+    {
+        m_hangs = true;
+        while (!m_released)
+            std::this_thread::yield();
+        m_hangs = false;
+    }
+    void release()
+    {
+        m_released = true;
+        while (m_hangs)
+            std::this_thread::yield();
+    }
+    void waitUntilItHangs() const
+    {
+        while (!m_hangs)
+            std::this_thread::yield();
+    }
+
+private:
+    std::atomic<bool> m_hangs{false};
+    std::atomic<bool> m_released{false};
+};
+
+} // namespace
+
+TEST(DriverBoundary, a_call_that_hangs_holds_up_its_closing_for_two_seconds_and_no_later_one)
+{
+    FakeD2xx fake;
+    D2xx &d2xx = *fake.driver();
+    Handle handle = nullptr;
+    ASSERT_EQ(d2xx.open("QV1K", &handle), Status::Ok);
+    Hanging hanging;
+    fake.setOnWrite([&](const QByteArray &) { hanging.hang(); });
+    std::thread writer([&] {
+        quint32 count = 0;
+        d2xx.write(handle, "x", 1, &count);
+    });
+    hanging.waitUntilItHangs();
+    QElapsedTimer timer;
+    timer.start();
+    EXPECT_EQ(d2xx.close(handle), Status::OtherError);
+    EXPECT_GE(timer.elapsed(), 1990);
+    EXPECT_LT(timer.elapsed(), 5000);
+    EXPECT_EQ(fake.calls().count(QStringLiteral("Close")), 0) << "the handle is left behind";
+
+    ASSERT_EQ(d2xx.open("QV1K", &handle), Status::Ok);
+    timer.restart();
+    EXPECT_EQ(d2xx.close(handle), Status::Ok);
+    EXPECT_LT(timer.elapsed(), 1500);
+    hanging.release();
+    writer.join();
+}
+
+TEST(DriverBoundary, a_close_that_hangs_itself_comes_back_after_two_seconds)
+{
+    FakeD2xx fake;
+    D2xx &d2xx = *fake.driver();
+    Handle handle = nullptr;
+    ASSERT_EQ(d2xx.open("QV1K", &handle), Status::Ok);
+    Hanging hanging;
+    fake.onClose = [&] {
+        hanging.hang();
+    };
+    EXPECT_EQ(d2xx.close(handle), Status::OtherError);
+    EXPECT_EQ(d2xx.close(handle), Status::InvalidHandle);
+    hanging.waitUntilItHangs();
+    hanging.release();
+    while (fake.isOpen())
+        std::this_thread::yield();
 }
 
 TEST(DriverLibrary, a_library_written_by_somebody_else_works_unchanged)

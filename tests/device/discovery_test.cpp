@@ -15,7 +15,7 @@ TEST_F(Discovery, no_device_gives_an_empty_list_a_word_on_the_debug_output_and_n
     const DebugOutput debug;
     fake.serialNumbers.clear();
     EXPECT_TRUE(link().listDevices().isEmpty());
-    EXPECT_EQ(debug.messages(), QStringList({QStringLiteral("\"当前没有串口连接\"")}));
+    EXPECT_EQ(debug.messages(), QStringList({QStringLiteral("当前没有串口连接")}));
     EXPECT_EQ(fake.calls(), QStringList({QStringLiteral("CreateDeviceInfoList")}));
     PortManager::destroyInstance();
     EXPECT_TRUE(log.waitFor({created, QStringLiteral("串口销毁")}));
@@ -83,6 +83,45 @@ TEST_F(Discovery, any_other_failure_to_open_has_one_log_line)
     EXPECT_FALSE(link().openDevice(QStringLiteral("QV1K")));
     PortManager::destroyInstance();
     EXPECT_TRUE(log.waitFor({created, QStringLiteral("串口连接失败"), QStringLiteral("串口销毁")}));
+}
+
+TEST_F(Discovery, a_failed_open_leaves_an_earlier_handle_which_closing_closes)
+{
+    ASSERT_TRUE(link().openDevice(QStringLiteral("QV1K")));
+    fake.openStatus = d2xx::Status::DeviceNotFound;
+    EXPECT_FALSE(link().openDevice(QStringLiteral("OTHER")));
+    link().write("x");
+    EXPECT_EQ(fake.written().size(), 1) << "the earlier one is still open";
+    link().closeDevice();
+    EXPECT_EQ(fake.calls().last(), QStringLiteral("Close"));
+    EXPECT_FALSE(fake.isOpen());
+}
+
+TEST_F(Discovery, a_failed_open_leaves_what_the_library_left_which_closing_closes)
+{
+    int something = 0;
+    fake.openStatus = d2xx::Status::OtherError;
+    fake.leftByFailedOpen = &something;
+    EXPECT_FALSE(link().openDevice(QStringLiteral("QV1K")));
+    link().closeDevice();
+    EXPECT_EQ(fake.calls().last(), QStringLiteral("Close"));
+    EXPECT_TRUE(log.waitFor({created, QStringLiteral("串口连接失败"), QStringLiteral("串口关闭")}));
+}
+
+TEST_F(Discovery, a_count_of_devices_that_cannot_be_true_costs_no_memory)
+{
+    fake.countTold = 0xFFFFFFFFU;
+    EXPECT_EQ(link().listDevices(), QList<QString>({QStringLiteral("QV1K")}));
+}
+
+TEST_F(Discovery, the_first_sixty_four_devices_are_listed)
+{
+    fake.serialNumbers.clear();
+    for (int i = 0; i < 100; ++i)
+        fake.serialNumbers << QString::number(i);
+    const QList<QString> listed = link().listDevices();
+    ASSERT_EQ(listed.size(), 64);
+    EXPECT_EQ(listed.last(), QStringLiteral("63"));
 }
 
 TEST_F(Discovery, closing_twice_does_nothing_the_second_time)

@@ -195,6 +195,16 @@ TEST_F(ReceiveLoop, a_new_start_after_a_halt_clears_the_stop_request_and_reuses_
         [&] { return log.messages().filter(QStringLiteral("串口接收线程开启")).size() == 1; }));
 }
 
+TEST_F(ReceiveLoop, a_start_while_it_receives_goes_on_with_what_was_received)
+{
+    start();
+    arrive(QByteArray(FrameFormat::blockBytes - 10, 'x'));
+    link().startReceive();
+    pass();
+    arrive(QByteArray(10, 'x'));
+    EXPECT_EQ(fake.writtenHex(), requests(1, 1));
+}
+
 TEST_F(ReceiveLoop, a_removal_in_mid_frame_leaves_nothing_behind_for_the_next_start)
 {
     start();

@@ -24,7 +24,7 @@ struct FakeD2xx::Entry
     {
         const QMutexLocker lock(&fake->m_mutex);
         fake->note(QStringLiteral("CreateDeviceInfoList"));
-        *count = static_cast<quint32>(fake->serialNumbers.size());
+        *count = fake->countTold.value_or(static_cast<quint32>(fake->serialNumbers.size()));
         return fake->createListStatus;
     }
 
@@ -32,6 +32,7 @@ struct FakeD2xx::Entry
     {
         const QMutexLocker lock(&fake->m_mutex);
         fake->note(QStringLiteral("GetDeviceInfoList"));
+        *count = qMin(*count, static_cast<quint32>(fake->serialNumbers.size()));
         for (quint32 i = 0; i < *count; ++i) {
             records[i] = {};
             std::strncpy(records[i].serialNumber, qPrintable(fake->serialNumbers.at(static_cast<int>(i))),
@@ -48,12 +49,15 @@ struct FakeD2xx::Entry
         if (fake->openStatus == Status::Ok) {
             *handle = fake;
             fake->m_isOpen = true;
+        } else if (fake->leftByFailedOpen != nullptr) {
+            *handle = fake->leftByFailedOpen;
         }
         return fake->openStatus;
     }
 
     static Status close(Handle)
     {
+        fake->onClose();
         const QMutexLocker lock(&fake->m_mutex);
         fake->note(QStringLiteral("Close"));
         fake->m_isOpen = false;
@@ -97,7 +101,7 @@ struct FakeD2xx::Entry
         const bool isRepeated = !fake->m_trace.isEmpty() && fake->m_trace.last() == call;
         if (fake->m_testThread == QThread::currentThread() && !isRepeated)
             fake->m_trace << call;
-        *rxBytes = static_cast<quint32>(fake->m_queue.size());
+        *rxBytes = fake->m_waitingTold.value_or(static_cast<quint32>(fake->m_queue.size()));
         *txBytes = 0;
         *events = 0;
         return fake->m_statusResult;
@@ -191,6 +195,12 @@ void FakeD2xx::setStatusResult(Status status)
 {
     const QMutexLocker lock(&m_mutex);
     m_statusResult = status;
+}
+
+void FakeD2xx::setWaitingTold(quint32 bytes)
+{
+    const QMutexLocker lock(&m_mutex);
+    m_waitingTold = bytes;
 }
 
 void FakeD2xx::setReadResult(Status status)

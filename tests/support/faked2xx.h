@@ -12,6 +12,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 /// A driver library that a test drives by hand: it says which devices there are, what each call returns and
 /// which bytes wait, and keeps everything that was called and written. One at a time; thread-safe.
@@ -32,6 +33,10 @@ public:
     d2xx::Status getListStatus = d2xx::Status::Ok;
     d2xx::Status openStatus = d2xx::Status::Ok;
     d2xx::Status configurationStatus = d2xx::Status::Ok;
+    std::optional<quint32> countTold;        ///< in place of the number of devices
+    d2xx::Handle leftByFailedOpen = nullptr; ///< null: the caller's handle is left as it is
+    std::function<void()> onClose = [] {
+    }; ///< called by Close before it closes
 
     /// Makes bytes wait in the receive queue.
     void push(const QByteArray &bytes);
@@ -40,6 +45,8 @@ public:
     /// Called after each write, on the writing thread, without the lock held.
     void setOnWrite(std::function<void(const QByteArray &)> callback);
     void setStatusResult(d2xx::Status status);
+    /// What the status says waits, in place of what does.
+    void setWaitingTold(quint32 bytes);
     void setReadResult(d2xx::Status status);
 
     /// All writes so far, and all of them in one piece as upper-case hexadecimal text.
@@ -68,6 +75,7 @@ private:
     QByteArray m_queue;
     QMap<QByteArray, QByteArray> m_answers;
     std::function<void(const QByteArray &)> m_onWrite;
+    std::optional<quint32> m_waitingTold;
     d2xx::Status m_statusResult = d2xx::Status::Ok;
     d2xx::Status m_readResult = d2xx::Status::Ok;
     QList<QByteArray> m_written;

@@ -121,6 +121,7 @@ TEST(Acknowledgements, readiness_is_bit_0_of_the_fifth_byte)
     EXPECT_TRUE(AckFrame::isReady("FFBB03AA0DEB"));
     EXPECT_FALSE(AckFrame::isReady("FFBB03AA00EB"));
     EXPECT_FALSE(AckFrame::isReady("FFBB03AAFEEB"));
+    EXPECT_FALSE(AckFrame::isReady("FFBB03AA01")) << "five bytes are no reply";
     EXPECT_FALSE(AckFrame::isReady("FFBB03AA"));
     EXPECT_FALSE(AckFrame::isReady(""));
 }
