@@ -6,13 +6,34 @@
 #include <QFileInfo>
 #include <QTextStream>
 
+#include <algorithm>
+
 namespace {
 
 constexpr unsigned long idlePauseMs = 1000;
 constexpr unsigned long linePauseMs = 100;
 constexpr int keptDays = 3;
+constexpr qsizetype maxWaiting = 10000;
 
 LogManager *logInstance = nullptr;
+
+/// What breaks a line or steers a terminal: the control characters of both sets, and Unicode's own line ends.
+bool isControl(QChar character)
+{
+    switch (character.category()) {
+    case QChar::Other_Control:
+    case QChar::Separator_Line:
+    case QChar::Separator_Paragraph:
+        return true;
+    default:
+        return false;
+    }
+}
+
+QString droppedText(qint64 messages)
+{
+    return QStringLiteral("日志丢弃 %1 条").arg(messages);
+}
 
 /// Removes the log files whose creation lies more than three days after today. The count runs from now to
 /// the file's creation, so that files of the past, however old, stay.
@@ -63,7 +84,7 @@ void LogManager::openLogFile(const QString &folder)
         m_running = true;
         m_echoToDebug = true;
     } else {
-        qDebug() << QStringLiteral("日志文件被占用，打开失败！");
+        qDebug().noquote() << QStringLiteral("日志文件被占用，打开失败！");
     }
 }
 
@@ -76,8 +97,23 @@ LogManager::~LogManager()
 
 void LogManager::writeLog(QString message)
 {
+    std::replace_if(message.begin(), message.end(), isControl, QChar(QChar::ReplacementCharacter));
     const QMutexLocker lock(&m_mutex);
+    // What was dropped stands where it is missing: before the next message that finds room.
+    const qsizetype more = m_dropped > 0 ? 2 : 1;
+    if (m_pending.size() + more > maxWaiting) {
+        m_dropped += 1;
+        return;
+    }
+    tellDropped();
     m_pending.append(std::move(message));
+}
+
+void LogManager::tellDropped()
+{
+    if (m_dropped > 0)
+        m_pending.append(droppedText(m_dropped));
+    m_dropped = 0;
 }
 
 QString LogManager::formatLine(QString message)
@@ -89,6 +125,8 @@ QString LogManager::formatLine(QString message)
 bool LogManager::takeNext(QString &message)
 {
     const QMutexLocker lock(&m_mutex);
+    if (m_pending.isEmpty())
+        tellDropped();
     if (m_pending.isEmpty())
         return false;
     message = m_pending.takeFirst();
@@ -107,7 +145,7 @@ void LogManager::run()
             continue; // to the loop's condition
         }
         if (m_echoToDebug)
-            qDebug() << message;
+            qDebug().noquote() << message;
         stream << formatLine(message);
         stream.flush();
         msleep(linePauseMs);

@@ -15,6 +15,10 @@
 /// writing, appends it to `<working directory>/Logs/Log<yyyyMMdd>.txt`, flushes, and repeats it on the
 /// debug output. The file is named once, after the day on which the log was created.
 ///
+/// A message is one line: each control character in it, line ends among them, becomes U+FFFD. At most 10 000
+/// messages wait; of those beyond only the number is kept, and told by a line of its own (日志丢弃 N 条)
+/// where they are missing.
+///
 /// The thread polls: it rests 1 s when nothing waits and 100 ms after every line.
 class LogManager : public QThread
 {
@@ -33,7 +37,8 @@ public:
 
     ~LogManager() override;
 
-    /// Queues a message. Any thread; holds the mutex for the append only and never fails.
+    /// Queues a message, or counts it when too many wait. Any thread; holds the mutex for the append only and
+    /// never fails.
     void writeLog(QString message);
 
     /// The line as it stands in the file: "yyyy-MM-dd HH:mm:ss   >>   message\n", stamped now.
@@ -46,9 +51,12 @@ private:
     LogManager();
     void openLogFile(const QString &folder);
     [[nodiscard]] bool takeNext(QString &message);
+    /// Queues the line about dropped messages, if there are any; m_mutex is held.
+    void tellDropped();
 
     std::unique_ptr<QFile> m_logFile;
     QList<QString> m_pending;           ///< not yet written, oldest first; guarded by m_mutex
+    qint64 m_dropped = 0;               ///< messages since the last that was queued; guarded by m_mutex
     std::atomic<bool> m_running{false}; ///< the thread is to go on; true only when the file opened
     QMutex m_mutex;
     std::atomic<bool> m_echoToDebug{false};

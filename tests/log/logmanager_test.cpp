@@ -148,7 +148,66 @@ TEST_F(Log, each_message_is_repeated_without_a_stamp_on_the_debug_output)
     LogManager::createInstance();
     write("串口初始化");
     ASSERT_TRUE(QTest::qWaitFor([&] { return !debug.messages().isEmpty(); }, 10000));
-    EXPECT_EQ(debug.messages(), QStringList({QStringLiteral("\"串口初始化\"")}));
+    EXPECT_EQ(debug.messages(), QStringList({QStringLiteral("串口初始化")}));
+}
+
+TEST_F(Log, control_characters_and_line_ends_in_a_message_become_visible_and_leave_it_one_line)
+{
+    const DebugOutput debug;
+    LogManager::createInstance();
+    const QString hostile = QStringLiteral("a\nb\rc\td") + QChar(u'\0') + QChar(0x1B) +
+                            QStringLiteral("[31m") + QChar(0x7F) + QChar(0x85) + QChar(0x9F) + QChar(0x2028) +
+                            QChar(0x2029) + QStringLiteral("z");
+    LogManager::instance()->writeLog(hostile);
+    ASSERT_TRUE(waitForLines(2));
+    const QChar r(QChar::ReplacementCharacter);
+    const QString cleaned = QStringLiteral("a") + r + u'b' + r + u'c' + r + u'd' + r + r +
+                            QStringLiteral("[31m") + QString(5, r) + QStringLiteral("z");
+    EXPECT_EQ(messages().value(1), cleaned);
+    EXPECT_EQ(debug.messages(), QStringList(cleaned));
+}
+
+TEST_F(Log, a_message_without_control_characters_stays_as_it_is)
+{
+    LogManager::createInstance();
+    const QString plain = QStringLiteral("  \"50%1\" ü 串口 \u00A0\u3000 \U0001F4F7  ");
+    LogManager::instance()->writeLog(plain);
+    ASSERT_TRUE(waitForLines(2));
+    EXPECT_EQ(messages().value(1), plain);
+}
+
+TEST_F(Log, more_than_ten_thousand_waiting_messages_are_dropped_and_told_in_one_line)
+{
+    LogManager::createInstance();
+    write("written");
+    ASSERT_TRUE(waitForLines(2));
+    // The thread takes ten a second; what it takes meanwhile makes room for as many more.
+    for (int i = 0; i < 12'000; ++i)
+        LogManager::instance()->writeLog(QStringLiteral("m%1;").arg(i));
+    LogManager::destroyInstance();
+    const QString log = content();
+    qint64 dropped = 0;
+    const QRegularExpression told(QStringLiteral("日志丢弃 (\\d+) 条"));
+    for (const QRegularExpressionMatch &match : told.globalMatch(log))
+        dropped += match.captured(1).toLongLong();
+    EXPECT_GE(dropped, 1900);
+    EXPECT_EQ(log.count(u';') + dropped, 12'000);
+    EXPECT_TRUE(log.contains(QStringLiteral("m9998;"))) << "ten thousand have room";
+    EXPECT_TRUE(log.contains(QRegularExpression(QStringLiteral("日志丢弃 \\d+ 条\\d{4}-.*日志线程结束\n$"))));
+}
+
+TEST_F(Log, what_was_dropped_stands_before_the_next_message_that_finds_room)
+{
+    LogManager::createInstance();
+    write("written");
+    ASSERT_TRUE(waitForLines(2));
+    for (int i = 0; i < 10'010; ++i)
+        write("waits");
+    ASSERT_TRUE(waitForLines(2 + 4)); // room for four more, one of them for the line
+    write("<late>");
+    LogManager::destroyInstance();
+    const QRegularExpression told(QStringLiteral("waits日志丢弃 \\d+ 条<late>\\d{4}-"));
+    EXPECT_TRUE(content().contains(told)) << qPrintable(content().right(200));
 }
 
 TEST_F(Log, a_file_that_cannot_be_opened_is_told_and_the_thread_ends_by_itself)
