@@ -23,7 +23,7 @@ using d2xx::Status;
 ///
 /// Reads `virtual-detector.ini` in `folder` and notices within 200 ms of the clock when it was changed.
 /// Detectors keep their parameters as long as this object lives, plugged in or not. Thread-safe; only read()
-/// waits, and it holds up no other call while it waits or makes image data.
+/// waits, and a call that hangs by the settings. Neither holds up any other call, nor does making image data.
 ///
 /// What the calls mean and take is told in d2xx/calls.h and d2xx/arguments.h.
 class Bridge
@@ -31,11 +31,13 @@ class Bridge
 public:
     /// `clock` must outlive it. A relative folder is looked up in the working directory each time.
     explicit Bridge(Clock &clock, const QString &folder = QStringLiteral("."));
+    /// Ends the calls that hang.
+    ~Bridge();
     Q_DISABLE_COPY_MOVE(Bridge)
 
     /// Makes the list of the attached detectors that getDeviceInfoList() tells.
     Status createDeviceInfoList(quint32 *count);
-    /// `records` has room for as many as createDeviceInfoList() counted.
+    /// `records` has room for `*count`; more are not filled in. Tells how many were.
     Status getDeviceInfoList(DeviceRecord *records, quint32 *count);
 
     /// A status code of the settings when opening is to fail.
@@ -87,8 +89,13 @@ private:
     void detach(Device &device);
     [[nodiscard]] Device *attachedDevice(const QString &serialNumber);
     [[nodiscard]] Status find(Handle handle, Nanoseconds now, Connection *&connection);
-    template <typename Call>
-    Status onOpen(Handle handle, Call call);
+    [[nodiscard]] Status enter(std::unique_lock<std::mutex> &lock, Call call, Handle handle,
+                               Connection *&connection);
+    template <typename Work>
+    Status onOpen(Call call, Handle handle, Work work);
+
+    void hang(std::unique_lock<std::mutex> &lock, Call call);
+    [[nodiscard]] bool fails(Call call);
 
     [[nodiscard]] bool faultsHaveBegun(Device &device) const;
     [[nodiscard]] Status waitForBytes(std::unique_lock<std::mutex> &lock, Handle handle, quint32 length,
@@ -109,18 +116,19 @@ private:
     std::map<Handle, Connection> m_connections;
     std::vector<DeviceRecord> m_records;
     d2xx::HandleSource m_handles{0x51560000};
+    int m_hanging = 0; // calls
+    bool m_ended = false;
 
     DeviceEvents m_events;
 };
 
-template <typename Call>
-Status Bridge::onOpen(Handle handle, Call call)
+template <typename Work>
+Status Bridge::onOpen(Call call, Handle handle, Work work)
 {
-    const std::lock_guard lock(m_mutex);
-    const Nanoseconds now = m_clock.now();
+    std::unique_lock lock(m_mutex);
     Connection *connection = nullptr;
-    const Status status = find(handle, now, connection);
-    return status == Status::Ok ? call(*connection, now) : status;
+    const Status status = enter(lock, call, handle, connection);
+    return status == Status::Ok ? work(*connection, m_clock.now()) : status;
 }
 
 } // namespace simulator

@@ -1,8 +1,19 @@
 #include "simulator/bridge/bridge.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace simulator {
+
+namespace {
+
+/// As much as 32 bits can tell.
+quint32 sumOf(quint32 count, quint32 more)
+{
+    return count + std::min(more, std::numeric_limits<quint32>::max() - count);
+}
+
+} // namespace
 
 bool Bridge::faultsHaveBegun(Device &device) const
 {
@@ -11,12 +22,16 @@ bool Bridge::faultsHaveBegun(Device &device) const
 
 Status Bridge::getStatus(Handle handle, quint32 *rxBytes, quint32 *txBytes, quint32 *events)
 {
-    return onOpen(handle, [=, this](Connection &connection, Nanoseconds now) {
+    return onOpen(Call::GetStatus, handle, [=, this](Connection &connection, Nanoseconds now) {
         if (rxBytes == nullptr || txBytes == nullptr || events == nullptr)
             return Status::InvalidParameter;
-        if (faultsHaveBegun(*connection.device) && happens(m_settings.faults.failStatus))
+        Faults &faults = m_settings.faults;
+        const bool begun = faultsHaveBegun(*connection.device);
+        if (begun && happens(faults.failStatus))
             return Status::IoError;
         *rxBytes = static_cast<quint32>(connection.device->firmware.sendQueue().available(now));
+        if (begun)
+            *rxBytes = sumOf(*rxBytes, faults.claimedWaiting);
         *txBytes = 0;
         *events = 0;
         return Status::Ok;
@@ -25,7 +40,7 @@ Status Bridge::getStatus(Handle handle, quint32 *rxBytes, quint32 *txBytes, quin
 
 Status Bridge::write(Handle handle, const void *buffer, quint32 length, quint32 *bytesWritten)
 {
-    return onOpen(handle, [=, this](Connection &connection, Nanoseconds now) {
+    return onOpen(Call::Write, handle, [=, this](Connection &connection, Nanoseconds now) {
         if (buffer == nullptr || bytesWritten == nullptr)
             return Status::InvalidParameter;
         *bytesWritten = 0;
@@ -46,7 +61,7 @@ Status Bridge::read(Handle handle, void *buffer, quint32 length, quint32 *bytesR
 {
     std::unique_lock lock(m_mutex);
     Connection *connection = nullptr;
-    Status status = find(handle, m_clock.now(), connection);
+    Status status = enter(lock, Call::Read, handle, connection);
     if (status != Status::Ok)
         return status;
     if (buffer == nullptr || bytesRead == nullptr)
@@ -59,6 +74,7 @@ Status Bridge::read(Handle handle, void *buffer, quint32 length, quint32 *bytesR
             lose(handle, length);
         return Status::IoError;
     }
+    const quint32 claimed = begun && faults.claimedRead > 0 ? sumOf(length, faults.claimedRead) : 0;
     if (begun && happens(faults.shortReads))
         length = std::min(length, faults.shortReadBytes);
     qsizetype ready = 0;
@@ -66,7 +82,11 @@ Status Bridge::read(Handle handle, void *buffer, quint32 length, quint32 *bytesR
     if (status == Status::Ok)
         status =
             fill(lock, handle, {static_cast<uchar *>(buffer), static_cast<std::size_t>(ready)}, *bytesRead);
-    return *bytesRead > 0 ? Status::Ok : status;
+    if (*bytesRead > 0)
+        status = Status::Ok;
+    if (status == Status::Ok)
+        *bytesRead = std::max(*bytesRead, claimed);
+    return status;
 }
 
 void Bridge::lose(Handle handle, qsizetype length)

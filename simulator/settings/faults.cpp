@@ -12,9 +12,51 @@ namespace {
 constexpr int many = std::numeric_limits<int>::max();
 
 /// How often a fault happens.
-int times(SettingsReader &reader, const QString &key)
+int times(SettingsReader &reader, const QString &key, int fallback = 0)
 {
-    return reader.integer(key, 0, forEver, many);
+    return reader.integer(key, fallback, forEver, many);
+}
+
+/// A count of 32 bits; what is more is as much as there can be.
+quint32 claim(std::optional<qint64> given)
+{
+    return static_cast<quint32>(qMin<qint64>(given.value_or(0), std::numeric_limits<quint32>::max()));
+}
+
+QMap<QString, Call> setUpCalls()
+{
+    return {{QStringLiteral("Close"), Call::Close},
+            {QStringLiteral("ResetDevice"), Call::ResetDevice},
+            {QStringLiteral("SetBitMode"), Call::SetBitMode},
+            {QStringLiteral("SetLatencyTimer"), Call::SetLatencyTimer},
+            {QStringLiteral("SetUSBParameters"), Call::SetUsbParameters},
+            {QStringLiteral("SetFlowControl"), Call::SetFlowControl},
+            {QStringLiteral("Purge"), Call::Purge},
+            {QStringLiteral("SetTimeouts"), Call::SetTimeouts}};
+}
+
+QMap<QString, Call> allCalls()
+{
+    QMap<QString, Call> calls = setUpCalls();
+    calls.insert({{QStringLiteral("OpenEx"), Call::Open},
+                  {QStringLiteral("GetStatus"), Call::GetStatus},
+                  {QStringLiteral("Read"), Call::Read},
+                  {QStringLiteral("Write"), Call::Write}});
+    return calls;
+}
+
+void readCallFaults(SettingsReader &reader, Faults &faults)
+{
+    faults.failingCalls = reader.choices(QStringLiteral("Faults/FailCalls"), setUpCalls());
+    faults.failCalls = times(reader, QStringLiteral("Faults/FailCallsCount"), faults.failCalls);
+    faults.hangingCalls = reader.choices(QStringLiteral("Faults/HangCalls"), allCalls());
+    faults.hangCalls = times(reader, QStringLiteral("Faults/HangCallsCount"), faults.hangCalls);
+    faults.hangTime = Milliseconds(reader.integer(QStringLiteral("Faults/HangMs"),
+                                                  static_cast<int>(faults.hangTime.count()), 0, 3600000));
+    if (const auto devices = reader.optional(QStringLiteral("Faults/ClaimedDevices")))
+        faults.claimedDevices = claim(devices);
+    faults.claimedWaiting = claim(reader.optional(QStringLiteral("Faults/ClaimedWaiting")));
+    faults.claimedRead = claim(reader.optional(QStringLiteral("Faults/ClaimedRead")));
 }
 
 void readReplyFaults(SettingsReader &reader, Faults &faults)
@@ -50,6 +92,7 @@ Faults readFaults(SettingsReader &reader)
 {
     Faults faults;
     readReplyFaults(reader, faults);
+    readCallFaults(reader, faults);
     readTransferFaults(reader, faults);
     faults.notReadyQueries = times(reader, QStringLiteral("Faults/NotReadyQueries"));
     faults.failOpens = times(reader, QStringLiteral("Faults/FailOpens"));

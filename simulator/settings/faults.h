@@ -2,6 +2,8 @@
 
 #include "simulator/clock.h"
 
+#include <QSet>
+
 #include <optional>
 
 namespace simulator {
@@ -21,6 +23,22 @@ inline constexpr int forEver = -1;
     return true;
 }
 
+/// The calls of the driver library that can be told to hang.
+enum class Call {
+    Open,
+    Close,
+    ResetDevice,
+    SetBitMode,
+    SetLatencyTimer,
+    SetUsbParameters,
+    SetFlowControl,
+    Purge,
+    SetTimeouts,
+    GetStatus,
+    Read,
+    Write
+};
+
 /// What goes wrong. Counts run down as the faults happen, unless they are `forEver`; reading the settings
 /// file again renews them.
 struct Faults
@@ -37,8 +55,18 @@ struct Faults
     int failOpens = 0;
     quint32 openStatus = 3;
 
-    std::optional<qint64>
-        fromByte; ///< image bytes of an acquisition, before which the next six do not happen
+    QSet<Call> failingCalls; ///< closing and the set-up only: the others have counts of their own
+    int failCalls = forEver; ///< how many of them fail
+    QSet<Call> hangingCalls;
+    int hangCalls = forEver; ///< how many of them hang
+    Milliseconds hangTime{5000};
+
+    std::optional<quint32> claimedDevices; ///< how many the making of the list tells
+    quint32 claimedWaiting = 0;            ///< bytes told beyond those that wait
+    quint32 claimedRead = 0;               ///< bytes told beyond those that a read asked for
+
+    /// Image bytes of an acquisition before which looks, reads and writes go well.
+    std::optional<qint64> fromByte;
     int failStatus = 0;
     int failReads = 0;
     bool failedReadsTake = false; ///< what a failing read would have brought is lost

@@ -40,6 +40,22 @@ public:
         return fallback;
     }
 
+    /// The values of a list; a word that is none of the choices is left out. Words heed upper and lower case.
+    template <typename Value>
+    [[nodiscard]] QSet<Value> choices(const QString &key, const QMap<QString, Value> &choices)
+    {
+        QSet<Value> result;
+        const QStringList given = list(key, {});
+        for (const QString &entry : given) {
+            const QString word = entry.trimmed();
+            if (const auto found = choices.constFind(word); found != choices.constEnd())
+                result.insert(*found);
+            else if (!word.isEmpty())
+                complain(key, word, QStringLiteral("choose of ") + choices.keys().join(u", "));
+        }
+        return result;
+    }
+
     void complain(const QString &key, const QString &value, const QString &advice) const;
     /// Call it after every known key was asked for.
     void complainAboutUnknownKeys() const;

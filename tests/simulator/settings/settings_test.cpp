@@ -6,6 +6,7 @@
 #include <QRegularExpression>
 
 using namespace std::chrono_literals;
+using simulator::Call;
 using simulator::Pacing;
 using simulator::readSettings;
 using simulator::Scene;
@@ -104,6 +105,31 @@ TEST_F(SettingsTest, every_fault_of_the_transfers_is_read)
     EXPECT_EQ(faults.shortWrites, 5);
     EXPECT_EQ(faults.shortWriteBytes, 6U);
     EXPECT_TRUE(output.messages().isEmpty());
+}
+
+TEST_F(SettingsTest, every_fault_of_the_calls_is_read)
+{
+    const auto faults =
+        read("[Faults]\nFailCalls=Close,Purge\nFailCallsCount=2\nHangCalls=OpenEx\n"
+             "HangCallsCount=3\nHangMs=40\nClaimedDevices=5\nClaimedWaiting=6\nClaimedRead=7\n")
+            .faults;
+    EXPECT_EQ(faults.failingCalls, (QSet{Call::Close, Call::Purge}));
+    EXPECT_EQ(faults.failCalls, 2);
+    EXPECT_EQ(faults.hangingCalls, QSet{Call::Open});
+    EXPECT_EQ(faults.hangCalls, 3);
+    EXPECT_EQ(faults.hangTime, 40ms);
+    EXPECT_EQ(faults.claimedDevices, 5U);
+    EXPECT_EQ(faults.claimedWaiting, 6U);
+    EXPECT_EQ(faults.claimedRead, 7U);
+    EXPECT_TRUE(output.messages().isEmpty());
+}
+
+TEST_F(SettingsTest, a_call_that_cannot_be_told_to_fail_leaves_a_line_and_the_others_do)
+{
+    const auto faults = read("[Faults]\nFailCalls=Close,Read,close,Purge\n").faults;
+    EXPECT_EQ(faults.failingCalls, (QSet{Call::Close, Call::Purge}));
+    EXPECT_EQ(output.messages().size(), 2);
+    EXPECT_TRUE(output.contains(QStringLiteral("FailCalls=Read is not used: choose of Close, Purge, ")));
 }
 
 TEST_F(SettingsTest, a_fault_may_happen_for_ever_and_not_less_than_never)
