@@ -23,10 +23,11 @@ Bridge::Bridge(Clock &clock, const QString &folder)
           const std::lock_guard lock(m_mutex);
           if (auto settings = m_settingsFile.changedNow(m_clock.now()))
               apply(std::move(*settings));
+          moveCables(m_clock.now());
       })
 {
     const std::lock_guard lock(m_mutex);
-    checkSettings(m_clock.now());
+    catchUp(m_clock.now());
 }
 
 Bridge::~Bridge()
@@ -41,55 +42,9 @@ void Bridge::setDeviceEventCallback(DeviceEvents::Callback callback, void *conte
 {
     { // what happened before is no news
         const std::lock_guard lock(m_mutex);
-        checkSettings(m_clock.now());
+        catchUp(m_clock.now());
     }
     m_events.setCallback(callback, context);
-}
-
-void Bridge::checkSettings(Nanoseconds now)
-{
-    if (auto settings = m_settingsFile.changed(now))
-        apply(std::move(*settings));
-}
-
-void Bridge::apply(Settings settings)
-{
-    m_settings = std::move(settings);
-    const QStringList present = m_settings.attached ? m_settings.serialNumbers : QStringList();
-    for (const auto &[serialNumber, device] : m_devices) {
-        if (device->isAttached && !present.contains(serialNumber))
-            detach(*device);
-    }
-    for (const QString &serialNumber : present)
-        attach(serialNumber);
-}
-
-void Bridge::attach(const QString &serialNumber)
-{
-    auto &device = m_devices[serialNumber];
-    if (!device) {
-        const QString eepromPath = m_folder + QStringLiteral("/virtual-detector-eeprom.ini");
-        device = std::make_unique<Device>(serialNumber, eepromPath, m_settings);
-    }
-    if (!std::exchange(device->isAttached, true))
-        m_events.post(true);
-}
-
-void Bridge::detach(Device &device)
-{
-    device.isAttached = false;
-    device.firmware.hostLost();
-    if (const auto open = m_connections.find(device.handle); open != m_connections.end())
-        open->second.isLost = true;
-    device.handle = nullptr;
-    m_wake.notify_all();
-    m_events.post(false);
-}
-
-Bridge::Device *Bridge::attachedDevice(const QString &serialNumber)
-{
-    const auto found = m_devices.find(serialNumber);
-    return found != m_devices.end() && found->second->isAttached ? found->second.get() : nullptr;
 }
 
 Status Bridge::createDeviceInfoList(quint32 *count)
@@ -97,7 +52,7 @@ Status Bridge::createDeviceInfoList(quint32 *count)
     if (count == nullptr)
         return Status::InvalidParameter;
     const std::lock_guard lock(m_mutex);
-    checkSettings(m_clock.now());
+    catchUp(m_clock.now());
     m_records.clear();
     for (const QString &serialNumber : std::as_const(m_settings.serialNumbers)) {
         const Device *device = attachedDevice(serialNumber);
@@ -132,7 +87,7 @@ Status Bridge::openEx(const void *serialNumber, quint32 flags, Handle *handle)
     if (serialNumber == nullptr || handle == nullptr || flags != d2xx::openBySerialNumber)
         return Status::InvalidParameter;
     std::unique_lock lock(m_mutex);
-    checkSettings(m_clock.now());
+    catchUp(m_clock.now());
     hang(lock, Call::Open);
     if (happens(m_settings.faults.failOpens))
         return static_cast<Status>(m_settings.faults.openStatus);
@@ -150,7 +105,7 @@ Status Bridge::openEx(const void *serialNumber, quint32 flags, Handle *handle)
 Status Bridge::close(Handle handle)
 {
     std::unique_lock lock(m_mutex);
-    checkSettings(m_clock.now());
+    catchUp(m_clock.now());
     hang(lock, Call::Close);
     const auto found = m_connections.find(handle);
     if (found == m_connections.end())
@@ -169,7 +124,7 @@ Status Bridge::close(Handle handle)
 
 Status Bridge::find(Handle handle, Nanoseconds now, Connection *&connection)
 {
-    checkSettings(now);
+    catchUp(now);
     const auto found = m_connections.find(handle);
     if (found == m_connections.end())
         return Status::InvalidHandle;

@@ -10,6 +10,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -67,14 +68,17 @@ private:
     struct Device
     {
         Device(const QString &number, const QString &eepromPath, Settings &settings)
-            : firmware(number, eepromPath, settings)
+            : serialNumber(number), firmware(number, eepromPath, settings)
         {
         }
 
+        QString serialNumber;
         Firmware firmware;
         Sensor sensor;
         Handle handle = nullptr; ///< null when it is not open
         bool isAttached = false;
+        std::optional<Nanoseconds> pullAt; ///< its removal was told early
+        std::optional<Nanoseconds> plugAt; ///< it comes back by itself
     };
     struct Connection
     {
@@ -83,11 +87,15 @@ private:
         Milliseconds readTimeout{0};
     };
 
-    void checkSettings(Nanoseconds now);
+    void catchUp(Nanoseconds now);
     void apply(Settings settings);
-    void attach(const QString &serialNumber);
-    void detach(Device &device);
+    [[nodiscard]] Device &deviceOf(const QString &serialNumber);
     [[nodiscard]] Device *attachedDevice(const QString &serialNumber);
+    void attach(const QString &serialNumber);
+    void unplug(Device &device);
+    void detach(Device &device);
+    void scheduleReplug(Device &device);
+    void moveCables(Nanoseconds now);
     [[nodiscard]] Status find(Handle handle, Nanoseconds now, Connection *&connection);
     [[nodiscard]] Status enter(std::unique_lock<std::mutex> &lock, Call call, Handle handle,
                                Connection *&connection);
@@ -114,6 +122,7 @@ private:
     Settings m_settings;
     std::map<QString, std::unique_ptr<Device>> m_devices; // all that there ever were
     std::map<Handle, Connection> m_connections;
+    std::vector<Nanoseconds> m_removalsToTell;
     std::vector<DeviceRecord> m_records;
     d2xx::HandleSource m_handles{0x51560000};
     int m_hanging = 0; // calls

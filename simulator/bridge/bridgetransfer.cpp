@@ -166,8 +166,12 @@ Status Bridge::takeChunk(Handle handle, qsizetype longest, SendQueue::Chunk &chu
     if (!pullAt || !chunk.isImage || queue.imageBytesTaken() < *pullAt)
         return Status::Ok;
     pullAt.reset();
-    detach(*device);
-    return chunk.length > 0 ? Status::Ok : Status::IoError;
+    unplug(*device);
+    if (!device->isAttached)
+        return chunk.length > 0 ? Status::Ok : Status::IoError;
+    if (chunk.length == 0) // told early, still alive
+        chunk = queue.take(longest, longest, now);
+    return Status::Ok;
 }
 
 } // namespace simulator

@@ -66,8 +66,13 @@ void Firmware::write(QByteArrayView bytes, Nanoseconds now)
 
 void Firmware::hostLost()
 {
-    m_streaming = false;
     m_synchronous = false;
+    if (m_streaming && m_settings.faults.keepsStreaming) {
+        m_queue.setLatency(SendQueue::usualLatency);
+        m_queue.restartImageCount();
+        return;
+    }
+    m_streaming = false;
     m_pattern = TestPattern::None;
     m_parser.clear();
     m_queue = {};

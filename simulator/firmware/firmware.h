@@ -28,7 +28,7 @@ public:
     void setSynchronous(bool synchronous) { m_synchronous = synchronous; }
 
     /// The host closed the device or the cable was pulled: the acquisition ends and what is on its way is
-    /// lost. Parameters stay.
+    /// lost, unless it is to keep streaming. Parameters stay.
     void hostLost();
 
     /// What is on its way to the host.

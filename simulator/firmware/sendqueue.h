@@ -25,6 +25,9 @@ public:
         bool isImage = false;
     };
 
+    /// What a bridge has until it is told otherwise.
+    static constexpr Milliseconds usualLatency{16};
+
     /// How long a reply, which does not fill a transfer, waits in the bridge.
     void setLatency(Milliseconds latency) { m_latency = latency; }
 
@@ -59,7 +62,7 @@ private:
     };
 
     std::vector<Segment> m_segments;
-    Milliseconds m_latency{16}; // what the bridge has until it is told otherwise
+    Milliseconds m_latency = usualLatency;
     qint64 m_imageBytesTaken = 0;
 };
 

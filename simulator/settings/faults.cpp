@@ -10,6 +10,7 @@ namespace simulator {
 namespace {
 
 constexpr int many = std::numeric_limits<int>::max();
+constexpr int longestMs = 3600000;
 
 /// How often a fault happens.
 int times(SettingsReader &reader, const QString &key, int fallback = 0)
@@ -52,7 +53,7 @@ void readCallFaults(SettingsReader &reader, Faults &faults)
     faults.hangingCalls = reader.choices(QStringLiteral("Faults/HangCalls"), allCalls());
     faults.hangCalls = times(reader, QStringLiteral("Faults/HangCallsCount"), faults.hangCalls);
     faults.hangTime = Milliseconds(reader.integer(QStringLiteral("Faults/HangMs"),
-                                                  static_cast<int>(faults.hangTime.count()), 0, 3600000));
+                                                  static_cast<int>(faults.hangTime.count()), 0, longestMs));
     if (const auto devices = reader.optional(QStringLiteral("Faults/ClaimedDevices")))
         faults.claimedDevices = claim(devices);
     faults.claimedWaiting = claim(reader.optional(QStringLiteral("Faults/ClaimedWaiting")));
@@ -64,7 +65,7 @@ void readReplyFaults(SettingsReader &reader, Faults &faults)
     faults.replyCommand = reader.command(QStringLiteral("Faults/ReplyFaultCommand"));
     if (const auto count = reader.optional(QStringLiteral("Faults/ReplyFaultCount")); count.value_or(0) > 0)
         faults.repliesLeft = static_cast<int>(qMin<qint64>(*count, std::numeric_limits<int>::max()));
-    faults.replyDelay = Milliseconds(reader.integer(QStringLiteral("Faults/ReplyDelayMs"), 0, 0, 3600000));
+    faults.replyDelay = Milliseconds(reader.integer(QStringLiteral("Faults/ReplyDelayMs"), 0, 0, longestMs));
     faults.replyBytesCut = reader.integer(QStringLiteral("Faults/ShortReply"), 0, 0, 256);
     faults.replyBytesAdded = reader.integer(QStringLiteral("Faults/LongReply"), 0, 0, 65536);
     faults.corruptReply = reader.boolean(QStringLiteral("Faults/CorruptReply"), false);
@@ -86,6 +87,22 @@ void readTransferFaults(SettingsReader &reader, Faults &faults)
         QStringLiteral("Faults/ShortWriteBytes"), static_cast<int>(faults.shortWriteBytes), 0, many));
 }
 
+void readCableFaults(SettingsReader &reader, Faults &faults)
+{
+    faults.unplugAtByte = reader.optional(QStringLiteral("Faults/UnplugAtByte"));
+    if (const auto after = reader.optional(QStringLiteral("Faults/ReplugAfterMs")))
+        faults.replugAfter = Milliseconds(qMin<qint64>(*after, longestMs));
+    faults.removalMessage = reader.choice(QStringLiteral("Faults/RemovalMessage"), faults.removalMessage,
+                                          {{QStringLiteral("prompt"), RemovalMessage::Prompt},
+                                           {QStringLiteral("late"), RemovalMessage::Late},
+                                           {QStringLiteral("early"), RemovalMessage::Early},
+                                           {QStringLiteral("never"), RemovalMessage::Never}});
+    faults.removalDelay =
+        Milliseconds(reader.integer(QStringLiteral("Faults/RemovalDelayMs"),
+                                    static_cast<int>(faults.removalDelay.count()), 0, longestMs));
+    faults.keepsStreaming = reader.boolean(QStringLiteral("Faults/KeepsStreaming"), false);
+}
+
 } // namespace
 
 Faults readFaults(SettingsReader &reader)
@@ -94,12 +111,12 @@ Faults readFaults(SettingsReader &reader)
     readReplyFaults(reader, faults);
     readCallFaults(reader, faults);
     readTransferFaults(reader, faults);
+    readCableFaults(reader, faults);
     faults.notReadyQueries = times(reader, QStringLiteral("Faults/NotReadyQueries"));
     faults.failOpens = times(reader, QStringLiteral("Faults/FailOpens"));
     faults.openStatus = static_cast<quint32>(
         reader.integer(QStringLiteral("Faults/OpenStatus"), static_cast<int>(faults.openStatus), 1, 255));
     faults.stallAfterBytes = reader.optional(QStringLiteral("Faults/StallAfterBytes"));
-    faults.unplugAtByte = reader.optional(QStringLiteral("Faults/UnplugAtByte"));
     faults.tornBlock = reader.optional(QStringLiteral("Faults/TornBlockAt"));
     faults.tornBytes =
         reader.integer(QStringLiteral("Faults/TornBlockBytes"), faults.tornBytes, 1, int{blockBytes});

@@ -39,6 +39,9 @@ enum class Call {
     Write
 };
 
+/// When the removal of a device is told: when it happens, some time after, some time before, or not at all.
+enum class RemovalMessage { Prompt, Late, Early, Never };
+
 /// What goes wrong. Counts run down as the faults happen, unless they are `forEver`; reading the settings
 /// file again renews them.
 struct Faults
@@ -78,7 +81,11 @@ struct Faults
 
     std::optional<qint64> stallAfterBytes; ///< image bytes of an acquisition, after which no more are sent
     std::optional<qint64> unplugAtByte;    ///< image bytes of an acquisition, after which the cable is pulled
-    std::optional<qint64> tornBlock;       ///< block of an acquisition that loses its last bytes
+    std::optional<Milliseconds> replugAfter; ///< a cable that was pulled is plugged in again by then
+    RemovalMessage removalMessage = RemovalMessage::Prompt;
+    Milliseconds removalDelay{1000}; ///< of a message that is late or early
+    bool keepsStreaming = false;     ///< an acquisition outlives the handle
+    std::optional<qint64> tornBlock; ///< block of an acquisition that loses its last bytes
     int tornBytes = 512;
     std::optional<qint64> doubledBlock; ///< block of an acquisition that is sent twice in a row
 };

@@ -25,6 +25,20 @@ QStringList serialNumbers(SettingsReader &reader, const QStringList &fallback)
     return result.isEmpty() ? fallback : result;
 }
 
+/// Those of the detectors there are that are named as unplugged.
+QStringList unplugged(SettingsReader &reader, const QStringList &known)
+{
+    QStringList result;
+    for (const QString &entry : reader.list(QStringLiteral("Unplugged"), {})) {
+        const QString number = entry.trimmed();
+        if (known.contains(number))
+            result.append(number);
+        else if (!number.isEmpty())
+            reader.complain(QStringLiteral("Unplugged"), number, QStringLiteral("choose of SerialNumbers"));
+    }
+    return result;
+}
+
 void checkReplay(SettingsReader &reader, Settings &settings)
 {
     if (settings.scene != Scene::Replay || QFileInfo(settings.replayFile).size() >= frameBytes)
@@ -43,6 +57,7 @@ Settings readSettings(const QString &path)
     Settings settings;
     settings.serialNumbers = serialNumbers(reader, settings.serialNumbers);
     settings.attached = reader.boolean(QStringLiteral("Attached"), settings.attached);
+    settings.unplugged = unplugged(reader, settings.serialNumbers);
     settings.batteryLevel = reader.integer(QStringLiteral("BatteryLevel"), settings.batteryLevel, 0, 100);
     settings.scene = reader.choice(QStringLiteral("Scene"), settings.scene,
                                    {{QStringLiteral("dark"), Scene::Dark},

@@ -20,6 +20,7 @@ struct Settings
 {
     QStringList serialNumbers{QStringLiteral("QV1K")};
     bool attached = true;
+    QStringList unplugged; ///< serial numbers whose cables are not plugged in all the same
     int batteryLevel = 87; ///< percent
     Scene scene = Scene::Phantom;
     double light = 1.0; ///< 0 to 1

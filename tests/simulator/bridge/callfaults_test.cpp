@@ -213,7 +213,7 @@ TEST(CallFaults, a_call_that_hangs_ends_with_the_bridge)
     auto bridge = std::make_unique<Bridge>(clock, folder.path());
     Handle handle = nullptr;
     ASSERT_EQ(bridge->openEx("QV1K", 1, &handle), Status::Ok);
-    std::thread writing([&clock, &target = *bridge, handle] {
+    std::thread writing([&target = *bridge, handle] {
         quint32 written = 0;
         EXPECT_EQ(target.write(handle, "x", 1, &written), Status::Ok);
     });

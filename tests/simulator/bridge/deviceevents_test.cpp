@@ -1,46 +1,11 @@
+#include "tests/simulator/bridge/toldevents.h"
 #include "tests/simulator/bridge/virtualcable.h"
-
-#include <QTest>
-
-#include <mutex>
-
-namespace {
-
-/// Collects what the callback is told.
-class Events
-{
-public:
-    static void take(void *context, int arrived)
-    {
-        auto *self = static_cast<Events *>(context);
-        const std::lock_guard lock(self->m_mutex);
-        self->m_text += arrived == 1 ? '+' : '-';
-    }
-
-    std::string text()
-    {
-        const std::lock_guard lock(m_mutex);
-        return m_text;
-    }
-
-    /// Waits until that is what was told.
-    bool become(const std::string &expected)
-    {
-        return QTest::qWaitFor([&] { return text() == expected; }, 10000);
-    }
-
-private:
-    std::mutex m_mutex;
-    std::string m_text;
-};
-
-} // namespace
 
 TEST(DeviceEventReports, tell_when_the_cable_is_pulled_and_plugged_in)
 {
     VirtualCable cable;
-    Events events;
-    cable.bridge->setDeviceEventCallback(&Events::take, &events);
+    ToldEvents events;
+    cable.bridge->setDeviceEventCallback(&ToldEvents::take, &events);
     cable.change("Attached=false\n");
     EXPECT_TRUE(events.become("-"));
     cable.change("Attached=true\n");
@@ -50,8 +15,8 @@ TEST(DeviceEventReports, tell_when_the_cable_is_pulled_and_plugged_in)
 TEST(DeviceEventReports, come_without_any_call_on_the_bridge)
 {
     VirtualCable cable;
-    Events events;
-    cable.bridge->setDeviceEventCallback(&Events::take, &events);
+    ToldEvents events;
+    cable.bridge->setDeviceEventCallback(&ToldEvents::take, &events);
     cable.folder.write(QStringLiteral("virtual-detector.ini"), "Attached=false\n"); // the clock stands still
     EXPECT_TRUE(events.become("-"));
 }
@@ -59,8 +24,8 @@ TEST(DeviceEventReports, come_without_any_call_on_the_bridge)
 TEST(DeviceEventReports, tell_of_each_serial_number_first_those_that_went)
 {
     VirtualCable cable("SerialNumbers=A,B\n");
-    Events events;
-    cable.bridge->setDeviceEventCallback(&Events::take, &events);
+    ToldEvents events;
+    cable.bridge->setDeviceEventCallback(&ToldEvents::take, &events);
     cable.change("SerialNumbers=B,C,D\n");
     EXPECT_TRUE(events.become("-++"));
 }
@@ -68,8 +33,8 @@ TEST(DeviceEventReports, tell_of_each_serial_number_first_those_that_went)
 TEST(DeviceEventReports, tell_of_a_cable_pulled_in_the_middle_of_a_frame)
 {
     VirtualCable cable("Pacing=none\n[Faults]\nUnplugAtByte=1000\n");
-    Events events;
-    cable.bridge->setDeviceEventCallback(&Events::take, &events);
+    ToldEvents events;
+    cable.bridge->setDeviceEventCallback(&ToldEvents::take, &events);
     cable.open();
     cable.start();
     EXPECT_EQ(cable.exchange(frame(0, 0), simulator::blockBytes).size(), 1000);
@@ -80,8 +45,8 @@ TEST(DeviceEventReports, do_not_tell_what_happened_before)
 {
     VirtualCable cable;
     cable.change("Attached=false\n");
-    Events events;
-    cable.bridge->setDeviceEventCallback(&Events::take, &events);
+    ToldEvents events;
+    cable.bridge->setDeviceEventCallback(&ToldEvents::take, &events);
     cable.change("Attached=true\n");
     EXPECT_TRUE(events.become("+"));
 }
@@ -89,8 +54,8 @@ TEST(DeviceEventReports, do_not_tell_what_happened_before)
 TEST(DeviceEventReports, do_not_tell_of_a_change_that_plugs_nothing)
 {
     VirtualCable cable;
-    Events events;
-    cable.bridge->setDeviceEventCallback(&Events::take, &events);
+    ToldEvents events;
+    cable.bridge->setDeviceEventCallback(&ToldEvents::take, &events);
     cable.change("Light=0\n");
     EXPECT_FALSE(cable.serialNumbers().isEmpty());
     cable.change("Attached=false\n");
@@ -100,13 +65,13 @@ TEST(DeviceEventReports, do_not_tell_of_a_change_that_plugs_nothing)
 TEST(DeviceEventReports, end_with_a_null_callback)
 {
     VirtualCable cable;
-    Events first;
-    Events second;
-    cable.bridge->setDeviceEventCallback(&Events::take, &first);
+    ToldEvents first;
+    ToldEvents second;
+    cable.bridge->setDeviceEventCallback(&ToldEvents::take, &first);
     cable.bridge->setDeviceEventCallback(nullptr, nullptr);
     cable.change("Attached=false\n");
     EXPECT_TRUE(cable.serialNumbers().isEmpty());
-    cable.bridge->setDeviceEventCallback(&Events::take, &second);
+    cable.bridge->setDeviceEventCallback(&ToldEvents::take, &second);
     cable.change("Attached=true\n");
     EXPECT_TRUE(second.become("+"));
     EXPECT_EQ(first.text(), "");
@@ -144,8 +109,8 @@ TEST(DeviceEventReports, do_not_come_after_the_registration_was_ended_in_the_mid
 {
     VirtualCable cable;
     for (int i = 0; i < 50; ++i) {
-        auto events = std::make_unique<Events>();
-        cable.bridge->setDeviceEventCallback(&Events::take, events.get());
+        auto events = std::make_unique<ToldEvents>();
+        cable.bridge->setDeviceEventCallback(&ToldEvents::take, events.get());
         cable.change(i % 2 == 0 ? "Attached=false\n" : "Attached=true\n");
         EXPECT_EQ(cable.serialNumbers().isEmpty(), i % 2 == 0);
         cable.bridge->setDeviceEventCallback(nullptr, nullptr);
@@ -155,10 +120,10 @@ TEST(DeviceEventReports, do_not_come_after_the_registration_was_ended_in_the_mid
 
 TEST(DeviceEventReports, end_when_the_library_goes)
 {
-    Events events;
+    ToldEvents events;
     {
         VirtualCable cable;
-        cable.bridge->setDeviceEventCallback(&Events::take, &events);
+        cable.bridge->setDeviceEventCallback(&ToldEvents::take, &events);
     }
     EXPECT_EQ(events.text(), "");
 }

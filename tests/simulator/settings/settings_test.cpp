@@ -124,6 +124,26 @@ TEST_F(SettingsTest, every_fault_of_the_calls_is_read)
     EXPECT_TRUE(output.messages().isEmpty());
 }
 
+TEST_F(SettingsTest, every_fault_of_the_cable_is_read)
+{
+    const Settings settings =
+        read("SerialNumbers=A,B\nUnplugged=B\n[Faults]\nReplugAfterMs=3\nRemovalMessage=late\n"
+             "RemovalDelayMs=4\nKeepsStreaming=true\n");
+    EXPECT_EQ(settings.unplugged, QStringList{QStringLiteral("B")});
+    EXPECT_EQ(settings.faults.replugAfter, 3ms);
+    EXPECT_EQ(settings.faults.removalMessage, simulator::RemovalMessage::Late);
+    EXPECT_EQ(settings.faults.removalDelay, 4ms);
+    EXPECT_TRUE(settings.faults.keepsStreaming);
+    EXPECT_TRUE(output.messages().isEmpty());
+}
+
+TEST_F(SettingsTest, only_detectors_that_there_are_can_be_unplugged)
+{
+    EXPECT_EQ(read("SerialNumbers=A,B\nUnplugged=B,C\n").unplugged, QStringList{QStringLiteral("B")});
+    EXPECT_EQ(output.messages().size(), 1);
+    EXPECT_TRUE(output.contains(QStringLiteral("Unplugged=C is not used: choose of SerialNumbers")));
+}
+
 TEST_F(SettingsTest, a_call_that_cannot_be_told_to_fail_leaves_a_line_and_the_others_do)
 {
     const auto faults = read("[Faults]\nFailCalls=Close,Read,close,Purge\n").faults;
