@@ -9,6 +9,11 @@ QString failureLine(const QString &what, const QString &path, const QString &rea
     return QStringLiteral("%1：%2（%3）").arg(what, path, reason);
 }
 
+QString reasonOf(const std::exception &exception)
+{
+    return QString::fromLocal8Bit(exception.what()).simplified();
+}
+
 void reportFailure(const QString &line)
 {
     // A log that runs repeats every line on the debug output; one whose file did not open has ended.

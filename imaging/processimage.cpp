@@ -18,7 +18,7 @@ QString logFolder()
 
 ProcessImage::ProcessImage(QObject *parent)
     : QObject(parent), calibPath(logFolder() + QStringLiteral("/calib/")),
-      recorder(logFolder(), QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd_hhmmss")))
+      recorder(logFolder(), RecordingFiles::nameFor({}, QDateTime::currentDateTime()))
 {
     if (!QDir().exists(calibPath))
         QDir().mkdir(calibPath);
@@ -89,6 +89,11 @@ QString ProcessImage::pixelValueText(int x, int y) const
     if (index >= lastFrameData.size())
         return QStringLiteral("0.0");
     return QString::number(lastFrameData[index], 'f', 4);
+}
+
+void ProcessImage::setTimeStamp(const QString &name)
+{
+    recorder.setName(RecordingFiles::nameFor(name, QDateTime::currentDateTime()));
 }
 
 void ProcessImage::startSaving(bool saveData, bool savePicture, bool saveVideo)

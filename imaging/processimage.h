@@ -44,9 +44,11 @@ public:
 
     void setContrastRatio(double ratio) { contrastRatio = ratio; }
     void setSaveFrameTotal(int frames) { recorder.setFrameTotal(frames); }
-    /// Name of the recording.
-    void setTimeStamp(const QString &name) { recorder.setName(name); }
-    /// Root folder of recordings; an empty path is ignored.
+    /// Name of the next recording, see RecordingFiles::nameFor(); the current time when none is left of it.
+    void setTimeStamp(const QString &name);
+    /// Where frames come from, as the log's lines of recordings shall say it.
+    void setProvenance(const QString &text) { recorder.setProvenance(text); }
+    /// Root folder of the next recordings; an empty path is ignored.
     void setLogPath(const QString &path) { recorder.setRoot(path); }
     /// Keeps the current range that the detector was set to, in nA. Decoding and rendering go by their
     /// constants in every range.
@@ -58,6 +60,8 @@ public:
     [[nodiscard]] bool isSaving() const { return recorder.isRunning(); }
     /// Files of the recording that are missing or not whole, see Recorder.
     [[nodiscard]] int failedFiles() const { return recorder.failedFiles(); }
+    /// What has become of the recording that runs or, between two, of the last.
+    [[nodiscard]] const RecordingResult &recordingResult() const { return recorder.result(); }
 
     /// Begins a recording of the next frames, as many as setSaveFrameTotal() says, in the folder
     /// `<log path>/<time stamp>/`.

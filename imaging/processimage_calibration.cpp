@@ -18,7 +18,8 @@ void ProcessImage::finishCapture()
 
 void ProcessImage::writeReference(const QString &fileName, const std::vector<double> &reference)
 {
-    const QString failure = referenceCsv.write(calibPath + fileName, reference);
+    const QString path = calibPath + fileName;
+    const QString failure = guardedFile(path, [&] { return referenceCsv.write(path, reference); });
     if (!failure.isEmpty())
         reportFailure(failure);
 }

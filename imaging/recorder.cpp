@@ -1,5 +1,6 @@
 #include "imaging/recorder.h"
 
+#include "imaging/diskflush.h"
 #include "imaging/failurelog.h"
 #include "imaging/outputfile.h"
 #include "imaging/pictures.h"
@@ -33,7 +34,10 @@ std::vector<QString> runJobs(const std::vector<FileJob> &jobs)
 
 } // namespace
 
-Recorder::Recorder(const QString &root, const QString &name) : m_files{root, name} {}
+Recorder::Recorder(const QString &root, const QString &name) : m_next{root, name}
+{
+    m_flushing.setMaxThreadCount(1);
+}
 
 Recorder::~Recorder()
 {
@@ -43,34 +47,46 @@ Recorder::~Recorder()
 void Recorder::setRoot(const QString &path)
 {
     if (!path.isEmpty())
-        m_files.root = path;
+        m_next.root = path;
 }
 
 void Recorder::start(RecordingForms forms)
 {
     end();
-    m_failedFiles = 0;
+    m_result = {.wanted = m_saveFrameTotal};
     if (!forms.any())
         return;
 
     m_savingActive = true;
+    m_files = m_next;
     m_forms = forms;
     m_savedFrames = 0;
+    RecordingLog::begun(m_files, forms, m_saveFrameTotal, m_provenance);
     const QString folder = m_files.folder();
     if (!QDir().exists(folder))
         QDir().mkdir(folder);
-    if (forms.video) {
+    if (forms.video)
+        openVideo();
+}
+
+void Recorder::openVideo()
+{
+    countFailure(guardedFile(m_files.video(), [this] {
         m_videoWriter = std::make_unique<VideoFile>(m_files.video());
-        countFailure(m_videoWriter->openingFailure());
-    }
+        return m_videoWriter->openingFailure();
+    }));
 }
 
 void Recorder::store(const RecordedFrame &frame)
 {
     const int number = ++m_savedFrames;
     std::vector<FileJob> jobs;
+    const auto add = [&jobs](const QString &path, auto write) {
+        jobs.emplace_back([path, write] { return guardedFile(path, [&] { return write(path); }); });
+    };
     if (m_forms.picture)
-        jobs.emplace_back([&] { return Pictures::savePng(m_files.picture(number), frame.picture); });
+        add(m_files.picture(number),
+            [&](const QString &path) { return Pictures::savePng(path, frame.picture); });
     if (m_videoWriter) {
         jobs.emplace_back([&] {
             m_videoWriter->append(frame.picture);
@@ -78,11 +94,13 @@ void Recorder::store(const RecordedFrame &frame)
         });
     }
     if (m_forms.data) {
-        jobs.emplace_back([&] { return m_dataCsv.write(m_files.data(number), frame.currents); });
-        jobs.emplace_back([&] { return m_grayCsv.write(m_files.grayData(number), frame.grayLevels); });
+        add(m_files.data(number), [&](const QString &path) { return m_dataCsv.write(path, frame.currents); });
+        add(m_files.grayData(number),
+            [&](const QString &path) { return m_grayCsv.write(path, frame.grayLevels); });
     }
     for (const QString &failure : runJobs(jobs))
         countFailure(failure);
+    m_result.stored = number;
 }
 
 void Recorder::endWhenComplete()
@@ -102,17 +120,32 @@ bool Recorder::stop()
 
 void Recorder::writeParameters(const QString &text)
 {
-    OutputFile file(m_files.parameters());
-    file.write(text.toUtf8());
-    countFailure(file.finish());
+    const QString path = (m_savingActive ? m_files : m_next).parameters();
+    countFailure(guardedFile(path, [&] {
+        OutputFile file(path);
+        file.write(text.toUtf8());
+        return file.finish();
+    }));
 }
 
 void Recorder::end()
 {
+    if (!m_savingActive)
+        return;
     m_savingActive = false;
+    closeVideo();
+    m_result.wanted = m_saveFrameTotal;
+    RecordingLog::ended(m_files, m_result);
+    m_flushing.start([files = m_files, forms = m_forms, frames = m_result.stored] {
+        DiskFlush::flush(files, forms, frames);
+    });
+}
+
+void Recorder::closeVideo()
+{
     if (!m_videoWriter)
         return;
-    countFailure(m_videoWriter->finish());
+    countFailure(guardedFile(m_files.video(), [this] { return m_videoWriter->finish(); }));
     m_videoWriter.reset();
 }
 
@@ -120,6 +153,6 @@ void Recorder::countFailure(const QString &failure)
 {
     if (failure.isEmpty())
         return;
-    m_failedFiles += 1;
+    m_result.failed += 1;
     reportFailure(failure);
 }

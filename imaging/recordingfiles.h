@@ -2,6 +2,8 @@
 
 #include <QString>
 
+class QDateTime;
+
 /// Which files a recording stores of its frames.
 struct RecordingForms
 {
@@ -20,6 +22,11 @@ struct RecordingFiles
 
     /// With a "/" at its end.
     [[nodiscard]] QString folder() const { return (root.endsWith(u'/') ? root : root + u'/') + name + u'/'; }
+
+    /// Name of a recording for which `typed` was asked: that, without path separators, control characters and
+    /// what Windows takes in no name (<>:"|?*, dots and blanks at its end), and with "_" before the name of a
+    /// device (CON, COM1, ...). `now` as "yyyyMMdd_hhmmss" when nothing but dots and blanks is left.
+    [[nodiscard]] static QString nameFor(const QString &typed, const QDateTime &now);
 
     [[nodiscard]] QString data(int frame) const
     {

@@ -5,6 +5,8 @@
 #include "imaging/pictures.h"
 
 #include <QFile>
+#include <QFileInfo>
+#include <QTemporaryFile>
 
 #include <opencv2/core.hpp>
 #include <opencv2/videoio.hpp>
@@ -22,31 +24,47 @@ int videoLibrary()
     return cv::videoio_registry::hasBackend(cv::CAP_FFMPEG) ? cv::CAP_FFMPEG : cv::CAP_ANY;
 }
 
-/// Why the disk takes no more of a file; empty when it does. What is written to find out is taken back.
+/// Why the disk takes no more of the file at `path`; empty when it does. Found out on a file without a name,
+/// so that no one's is touched.
 QString writingProblem(const QString &path)
 {
+    const QFileInfo file(path);
+    QTemporaryFile probe(file.path() + QStringLiteral("/.qv1k-XXXXXX"));
+    if (!probe.open())
+        return probe.errorString();
+    // As far out as the file has come: some disks refuse what is too large, and not what is more.
+    const QByteArray rest(65536, '\0'); // more than what may be left of the last block
+    const bool taken = probe.seek(file.size()) && probe.write(rest) == rest.size() && probe.flush();
+    return taken ? QString() : probe.errorString();
+}
+
+/// The same for a video that may not even be there.
+QString closingProblem(const QString &path)
+{
     QFile file(path);
-    if (!file.open(QIODevice::Append | QIODevice::ExistingOnly | QIODevice::Unbuffered))
-        return file.errorString();
-    const qint64 size = file.size();
-    QByteArray rest(65536, '\0'); // more than what may be left of the last block
-    qint64 written = 1;
-    while (written > 0 && !rest.isEmpty()) {
-        written = file.write(rest);
-        rest.remove(0, qMax(written, qint64{0}));
-    }
-    QString reason = rest.isEmpty() ? QString() : file.errorString();
-    file.resize(size);
-    return reason;
+    return file.open(QIODevice::ReadOnly) ? writingProblem(path) : file.errorString();
+}
+
+QString incomplete(const QString &path, int found, int frames, const QString &reason)
+{
+    const QString count = QStringLiteral("%1 / %2 frames").arg(found).arg(frames);
+    return failureLine(QStringLiteral("视频不完整"), path,
+                       reason.isEmpty() ? count : count + QStringLiteral(", ") + reason);
+}
+
+std::unique_ptr<cv::VideoWriter> openWriter(const PartFile &place)
+{
+    if (!place.problem().isEmpty())
+        return std::make_unique<cv::VideoWriter>();
+    return std::make_unique<cv::VideoWriter>(place.partPath().toStdString(), videoLibrary(),
+                                             cv::VideoWriter::fourcc('m', 'p', '4', 'v'), framesPerSecond,
+                                             cv::Size(FrameFormat::side, FrameFormat::side), true);
 }
 
 } // namespace
 
 VideoFile::VideoFile(const QString &path)
-    : m_path(path),
-      m_writer(std::make_unique<cv::VideoWriter>(path.toStdString(), videoLibrary(),
-                                                 cv::VideoWriter::fourcc('m', 'p', '4', 'v'), framesPerSecond,
-                                                 cv::Size(FrameFormat::side, FrameFormat::side), true))
+    : m_place(path, PartFile::Ending::PartKeepsLast), m_writer(openWriter(m_place))
 {
 }
 
@@ -57,26 +75,43 @@ QString VideoFile::openingFailure() const
     if (m_writer->isOpened())
         return {};
     // The video library gives no reason; writing the plain way does, when the file is the trouble.
-    QFile file(m_path);
-    QString reason = file.open(QIODevice::Append) ? writingProblem(m_path) : file.errorString();
+    QString reason = m_place.problem().isEmpty() ? writingProblem(m_place.partPath()) : m_place.problem();
     if (reason.isEmpty())
         reason = QStringLiteral("no usable video encoder");
-    return failureLine(QStringLiteral("视频打开失败"), m_path, reason);
+    return failureLine(QStringLiteral("视频打开失败"), m_place.path(), reason);
 }
 
 void VideoFile::append(const QImage &image)
 {
     m_frames += 1;
-    const cv::Mat frame = Pictures::colourFrame(image);
-    if (!frame.empty() && m_writer->isOpened())
-        m_writer->write(frame);
+    try {
+        const cv::Mat frame = Pictures::colourFrame(image);
+        if (!frame.empty() && m_writer->isOpened())
+            m_writer->write(frame);
+    } catch (const std::exception &exception) {
+        m_trouble = reasonOf(exception);
+    }
 }
 
 QString VideoFile::finish()
 {
     const bool wasOpen = m_writer->isOpened();
     m_writer->release();
-    return wasOpen && m_frames > 0 ? check(m_path, m_frames) : QString();
+    if (!wasOpen)
+        return {};
+    const std::optional<int> found = countFrames(m_place.partPath(), Count::Stated);
+    QString failure;
+    if (m_frames > 0 && !isWhole(found, m_frames)) {
+        const QString reason = m_trouble.isEmpty() ? closingProblem(m_place.partPath()) : m_trouble;
+        failure = incomplete(m_place.path(), found.value_or(0), m_frames, reason);
+    }
+    // What opens is a video, though it may lack frames: it is kept, and the line tells.
+    if (found || m_frames == 0) {
+        const QString reason = m_place.finish();
+        if (failure.isEmpty() && !reason.isEmpty())
+            failure = failureLine(QStringLiteral("视频改名失败"), m_place.path(), reason);
+    }
+    return failure;
 }
 
 std::optional<int> VideoFile::countFrames(const QString &path, Count count)
@@ -92,14 +127,12 @@ std::optional<int> VideoFile::countFrames(const QString &path, Count count)
     return frames;
 }
 
-QString VideoFile::check(const QString &path, int frames)
+bool VideoFile::isWhole(std::optional<int> found, int frames, bool exactCount)
 {
-    const int found = countFrames(path, Count::Stated).value_or(0);
-    if (found == frames)
-        return {};
-    // Here too the library gives no reason, but a full disk does.
-    const QString reason = writingProblem(path);
-    const QString frameCount = QStringLiteral("%1 / %2 frames").arg(found).arg(frames);
-    return failureLine(QStringLiteral("视频不完整"), path,
-                       reason.isEmpty() ? frameCount : frameCount + QStringLiteral(", ") + reason);
+    return found && (*found == frames || !exactCount);
+}
+
+bool VideoFile::countsExactly()
+{
+    return videoLibrary() == cv::CAP_FFMPEG;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "imaging/partfile.h"
+
 #include <QImage>
 #include <QString>
 
@@ -10,8 +12,9 @@ namespace cv {
 class VideoWriter;
 }
 
-/// The video of a recording while it is written: 1024 x 1024 colour frames, 0.5 a second. It is replaced by
-/// what is appended, and knows whether all of it got there. Blocks for the disk.
+/// The video of a recording while it is written: 1024 x 1024 colour frames, 0.5 a second. What has its name
+/// is replaced by what was appended when that is closed; until then it stands beside it ("a.part.mp4"). Knows
+/// whether all of it got there. Blocks for the disk.
 class VideoFile
 {
 public:
@@ -32,20 +35,25 @@ public:
     /// any thread, one at a time.
     void append(const QImage &image);
 
-    /// Closes the video and reads back what it says of itself: it must open and hold the frames appended.
-    /// Empty when it does, when none was appended, or when it never was open; otherwise a line with its
-    /// path and the reason.
+    /// Closes the video, reads back what it says of itself, and gives it its name. It must open and hold the
+    /// frames appended. Empty when it does, when none was appended, or when it never was open; otherwise a
+    /// line with its path and the reason. One that does not open is removed; one that lacks frames stays.
     [[nodiscard]] QString finish();
 
     /// Opens a finished video and counts its frames; nothing when it does not open.
     [[nodiscard]] static std::optional<int> countFrames(const QString &path, Count count);
 
-    /// Empty when the finished video says that it holds that many frames, otherwise a line with its path and
-    /// both numbers. Then tries whether the disk takes more of the file, for the reason.
-    [[nodiscard]] static QString check(const QString &path, int frames);
+    /// Whether a video that was to hold `frames` is whole by the count found; nothing was found when it did
+    /// not open. Not every library keeps an exact count: then it is whole when it opens.
+    [[nodiscard]] static bool isWhole(std::optional<int> found, int frames,
+                                      bool exactCount = countsExactly());
+
+    /// Whether the library in use keeps a video's exact count: FFmpeg does.
+    [[nodiscard]] static bool countsExactly();
 
 private:
-    QString m_path;
-    std::unique_ptr<cv::VideoWriter> m_writer; ///< never null
+    PartFile m_place;
+    std::unique_ptr<cv::VideoWriter> m_writer; ///< never null; goes before the file that it writes
     int m_frames = 0;                          ///< appended
+    QString m_trouble;                         ///< what an exception said when the last of them was appended
 };

@@ -1,5 +1,7 @@
 #include "tools/acquireoptions.h"
 
+#include "imaging/recordingfiles.h"
+
 #include <QCommandLineParser>
 #include <QDateTime>
 
@@ -79,9 +81,8 @@ AcquireOptions AcquireOptions::fromArguments(const QStringList &arguments)
     AcquireOptions options;
     options.library = parser.value(QStringLiteral("library"));
     options.output = parser.value(QStringLiteral("output"));
-    options.name = parser.isSet(QStringLiteral("name"))
-                       ? parser.value(QStringLiteral("name"))
-                       : QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd_hhmmss"));
+    options.name =
+        RecordingFiles::nameFor(parser.value(QStringLiteral("name")), QDateTime::currentDateTime());
     options.frames = number(parser, QStringLiteral("frames"), 1, 1'000'000);
     options.timeoutSeconds = number(parser, QStringLiteral("timeout"), 1, 86'400);
     if (parser.isSet(QStringLiteral("test-pattern")))

@@ -8,7 +8,7 @@ struct AcquireOptions
 {
     QString library; ///< as the key `D2xxLibrary` of config.ini
     QString output;  ///< folder in which the recording's folder is made
-    QString name;    ///< of the recording; the current time when not given
+    QString name;    ///< of the recording, see RecordingFiles::nameFor(); the current time when not given
     int frames = 1;
     int testPattern = 0; ///< 1 to 5, 0 for the sensor's own picture
     int timeoutSeconds = 30;

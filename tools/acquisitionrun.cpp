@@ -66,6 +66,7 @@ QString AcquisitionRun::run(const AcquireOptions &options)
     QString problem;
     {
         ProcessImage pipeline;
+        pipeline.setProvenance(library.provenance());
         AcquisitionRun acquisition(options, *PortManager::instance(), pipeline);
         problem = acquisition.acquire();
     }

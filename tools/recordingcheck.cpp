@@ -17,26 +17,24 @@ QString checkCsv(const QString &path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        return QStringLiteral("%1 is missing: %2").arg(path, file.errorString());
+        return path + QStringLiteral(" is missing: ") + file.errorString();
     int lines = 0;
     while (!file.atEnd()) {
         const QByteArray line = file.readLine();
         const QList<QByteArray> values = line.chopped(line.endsWith('\n') ? 1 : 0).split(',');
         ++lines;
         if (!line.endsWith('\n') || values.size() != side)
-            return QStringLiteral("%1 is incomplete: line %2 holds %3 values")
-                .arg(path)
-                .arg(lines)
-                .arg(values.size());
+            return path +
+                   QStringLiteral(" is incomplete: line %1 holds %2 values").arg(lines).arg(values.size());
         for (const QByteArray &value : values) {
             bool ok = false;
             value.toDouble(&ok);
             if (!ok)
-                return QStringLiteral("%1 holds no number in line %2").arg(path).arg(lines);
+                return path + QStringLiteral(" holds no number in line %1").arg(lines);
         }
     }
     if (lines != side)
-        return QStringLiteral("%1 is incomplete: it holds %2 lines").arg(path).arg(lines);
+        return path + QStringLiteral(" is incomplete: it holds %1 lines").arg(lines);
     return {};
 }
 
@@ -44,7 +42,7 @@ QString checkPicture(const QString &path)
 {
     const QImage image(path);
     if (image.size() != QSize(side, side))
-        return QStringLiteral("%1 is missing or incomplete").arg(path);
+        return path + QStringLiteral(" is missing or incomplete");
     return {};
 }
 
@@ -52,9 +50,9 @@ QString checkVideo(const QString &path, int frames)
 {
     const std::optional<int> found = VideoFile::countFrames(path, VideoFile::Count::Decoded);
     if (!found)
-        return QStringLiteral("%1 is missing or unreadable").arg(path);
-    if (*found != frames)
-        return QStringLiteral("%1 is incomplete: it holds %2 of %3 frames").arg(path).arg(*found).arg(frames);
+        return path + QStringLiteral(" is missing or unreadable");
+    if (!VideoFile::isWhole(found, frames))
+        return path + QStringLiteral(" is incomplete: it holds %1 of %2 frames").arg(*found).arg(frames);
     return {};
 }
 

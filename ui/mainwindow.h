@@ -1,5 +1,6 @@
 #pragma once
 
+#include "device/d2xxlibrary.h"
 #include "imaging/processimage.h"
 
 #include <QAbstractNativeEventFilter>
@@ -160,6 +161,7 @@ private:
     qint64 m_elapsedMs = 0;   ///< time over those pictures
     QSettings m_settings{QStringLiteral("./config.ini"), QSettings::IniFormat};
     std::unique_ptr<Ui::mainwindow> ui;
+    D2xxLibrary m_library;         ///< as it was loaded at the start
     PortManager *m_link = nullptr; ///< the one link of the process, which this window makes and ends
     std::unique_ptr<DeviceWatcher> m_deviceWatcher;
 };

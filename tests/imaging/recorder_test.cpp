@@ -90,20 +90,58 @@ TEST_F(RecorderTest, a_stop_counts_from_the_start_again)
     EXPECT_EQ(recorder.storedFrames(), 0);
 }
 
-TEST_F(RecorderTest, another_name_or_folder_holds_from_the_next_file_on_but_the_open_video_stays)
+TEST_F(RecorderTest, another_name_or_folder_holds_for_the_next_recording)
 {
     QDir().mkpath("other/U");
-    recorder.start({.picture = true, .video = true});
+    recorder.start({.data = true, .picture = true, .video = true});
     store();
     recorder.setRoot("other");
     recorder.setName("U");
     store();
     recorder.writeParameters("text");
     EXPECT_TRUE(recorder.stop());
-    EXPECT_EQ(stored(), QStringList({"T_pic1.png", "output_video.mp4"}));
+    EXPECT_EQ(stored(), QStringList({"SetParameterData.txt", "T_data1.csv", "T_data2.csv", "T_data_gray1.csv",
+                                     "T_data_gray2.csv", "T_pic1.png", "T_pic2.png", "output_video.mp4"}));
     EXPECT_EQ(Video(files.video()).frames(), 2);
-    EXPECT_EQ(QDir("other/U").entryList(QDir::Files), QStringList({"SetParameterData.txt", "U_pic2.png"}));
+    EXPECT_TRUE(QDir("other/U").isEmpty());
+
+    recorder.start(pictureOnly);
+    store();
+    recorder.writeParameters("text");
+    EXPECT_EQ(QDir("other/U").entryList(QDir::Files), QStringList({"SetParameterData.txt", "U_pic1.png"}));
     EXPECT_EQ(recorder.failedFiles(), 0);
+}
+
+TEST_F(RecorderTest, what_became_of_it_is_told_after_its_end_too)
+{
+    recorder.setFrameTotal(3);
+    recorder.start(pictureOnly);
+    EXPECT_FALSE(recorder.result().complete());
+    store(2);
+    EXPECT_TRUE(recorder.stop());
+    EXPECT_EQ(recorder.result().stored, 2);
+    EXPECT_EQ(recorder.result().wanted, 3);
+    EXPECT_FALSE(recorder.result().complete());
+    recorder.start(pictureOnly);
+    EXPECT_EQ(recorder.result().stored, 0);
+    store(3);
+    recorder.endWhenComplete();
+    EXPECT_TRUE(recorder.result().complete());
+}
+
+TEST_F(RecorderTest, an_exception_is_the_failure_of_its_file_and_the_others_are_stored)
+{
+    const DebugOutput output;
+    recorder.start(all);
+    const QImage tooWide(1'200'000, 1, QImage::Format_Grayscale8); // more than a PNG takes
+    EXPECT_NO_THROW(recorder.store({tooWide, currents, grayLevels}));
+    EXPECT_EQ(recorder.failedFiles(), 1);
+    EXPECT_EQ(output.messages().filter("T_pic1.png").filter("文件写入异常").size(), 1);
+    store();
+    EXPECT_TRUE(recorder.stop());
+    EXPECT_TRUE(stored().contains("T_data1.csv"));
+    EXPECT_TRUE(stored().contains("T_pic2.png"));
+    EXPECT_TRUE(stored().filter(".part").isEmpty());
 }
 
 TEST_F(RecorderTest, an_empty_folder_is_ignored)

@@ -117,7 +117,7 @@ TEST(RecordingFailures, a_full_disk_under_the_video_leaves_one_line_however_many
     EXPECT_TRUE(output.contains("File too large"));
 }
 
-TEST(RecordingFailures, a_disk_that_fills_up_cuts_the_large_files_with_a_line_each)
+TEST(RecordingFailures, a_disk_that_fills_up_loses_the_large_files_with_a_line_each)
 {
     Recording recording(2);
     recording.pipeline.setContrastRatio(1.0); // pictures with detail, which take some room
@@ -133,7 +133,7 @@ TEST(RecordingFailures, a_disk_that_fills_up_cuts_the_large_files_with_a_line_ea
     EXPECT_EQ(output.messages().size(), 2 * 3 + 1);
     EXPECT_EQ(linesWith(output, "File too large"), 2 * 3 + 1);
     EXPECT_EQ(linesWith(output, "output_video.mp4"), 1);
-    EXPECT_EQ(recording.folder.read("save/T/T_data1.csv").size(), 200'000);
+    EXPECT_EQ(recording.files(), QStringList("SetParameterData.txt")) << "nothing that is cut";
     EXPECT_EQ(recording.folder.read("save/T/SetParameterData.txt"), "Vss: 1 V\n");
 }
 
@@ -186,7 +186,7 @@ TEST(RecordingFailures, a_video_torn_while_it_was_written_is_found_when_it_close
     const DebugOutput output;
     recording.pipeline.startSaving(false, false, true);
     recording.feed(1);
-    ASSERT_TRUE(QFile::remove(recording.stored.video()));
+    ASSERT_TRUE(QFile::remove(recording.folder.filePath("save/T/output_video.part.mp4")));
     recording.feed(1);
     EXPECT_EQ(recording.pipeline.failedFiles(), 1);
     ASSERT_EQ(output.messages().size(), 1);
@@ -210,11 +210,11 @@ TEST(RecordingFailures, the_count_starts_anew_with_each_recording)
 {
     Recording recording(1);
     const DebugOutput output;
-    recording.pipeline.setTimeStamp("no/such");
+    recording.pipeline.setLogPath("no/such");
     recording.pipeline.startSaving(false, true, false);
     recording.feed(1);
     EXPECT_EQ(recording.pipeline.failedFiles(), 1);
-    recording.pipeline.setTimeStamp("T");
+    recording.pipeline.setLogPath(recording.stored.root);
     recording.pipeline.startSaving(false, true, false);
     EXPECT_EQ(recording.pipeline.failedFiles(), 0);
     recording.feed(1);
@@ -226,12 +226,12 @@ TEST(RecordingFailures, with_a_log_the_line_stands_there_once_and_is_repeated_on
     Recording recording(1);
     const DebugOutput output;
     LogManager::createInstance();
-    recording.pipeline.setTimeStamp("no/such");
+    recording.pipeline.setLogPath("no/such");
     recording.pipeline.startSaving(true, false, false);
     recording.feed(1);
     LogManager::destroyInstance(); // after the lines are written
     const QString log = QString::fromUtf8(recording.folder.read(logName()));
-    EXPECT_EQ(log.count("no/such_data1.csv"), 1);
-    EXPECT_EQ(log.count("no/such_data_gray1.csv"), 1);
+    EXPECT_EQ(log.count("no/such/T/T_data1.csv"), 1);
+    EXPECT_EQ(log.count("no/such/T/T_data_gray1.csv"), 1);
     EXPECT_EQ(log.count("No such file or directory"), 2);
 }

@@ -2,6 +2,7 @@
 #include "tests/imaging/pictures.h"
 #include "tests/imaging/straightforward/straightforward.h"
 #include "tests/imaging/video.h"
+#include "tests/support/limitedwriting.h"
 #include "tests/support/workingfolder.h"
 
 #include <gtest/gtest.h>
@@ -46,21 +47,39 @@ TEST(VideoFile, a_video_is_the_one_that_comes_by_way_of_pngs)
     EXPECT_FALSE(a.read(frameA));
 }
 
-TEST(VideoFile, a_video_that_holds_its_frames_is_not_complained_about)
+TEST(VideoFile, it_has_its_name_only_when_it_is_closed_and_keeps_its_ending_until_then)
 {
     const WorkingFolder folder;
-    const QString path = folder.filePath("a.mp4");
-    writeVideo(path, 2);
-    EXPECT_EQ(VideoFile::check(path, 2), QString());
-    EXPECT_TRUE(VideoFile::check(path, 3).contains(path));
+    folder.write("a.mp4", "of an earlier recording");
+    VideoFile video(folder.filePath("a.mp4"));
+    video.append(TestPictures::random(1));
+    EXPECT_EQ(QDir().entryList(QDir::Files), QStringList({"a.mp4", "a.part.mp4"}));
+    EXPECT_EQ(folder.read("a.mp4"), "of an earlier recording");
+    EXPECT_EQ(video.finish(), QString());
+    EXPECT_EQ(QDir().entryList(QDir::Files), QStringList("a.mp4"));
+    EXPECT_EQ(Video(folder.filePath("a.mp4")).frames(), 1);
 }
 
-TEST(VideoFile, a_video_that_is_missing_or_torn_is_complained_about)
+TEST(VideoFile, one_that_goes_away_unfinished_leaves_nothing)
 {
     const WorkingFolder folder;
-    EXPECT_TRUE(VideoFile::check(folder.filePath("none.mp4"), 1).contains("none.mp4"));
-    folder.write("torn.mp4", QByteArray(10000, '\0'));
-    EXPECT_TRUE(VideoFile::check(folder.filePath("torn.mp4"), 1).contains("torn.mp4"));
+    {
+        VideoFile video(folder.filePath("a.mp4"));
+        video.append(TestPictures::random(1));
+    }
+    EXPECT_EQ(QDir().entryList(QDir::Files), QStringList());
+}
+
+TEST(VideoFile, where_the_library_counts_exactly_a_video_is_whole_with_its_frames_otherwise_when_it_opens)
+{
+    EXPECT_TRUE(VideoFile::isWhole(3, 3, true));
+    EXPECT_FALSE(VideoFile::isWhole(2, 3, true));
+    EXPECT_FALSE(VideoFile::isWhole(4, 3, true));
+    EXPECT_FALSE(VideoFile::isWhole(std::nullopt, 3, true));
+    EXPECT_TRUE(VideoFile::isWhole(2, 3, false));
+    EXPECT_TRUE(VideoFile::isWhole(-1, 3, false));
+    EXPECT_FALSE(VideoFile::isWhole(std::nullopt, 3, false));
+    EXPECT_TRUE(VideoFile::countsExactly()) << "FFmpeg is what the packages bring";
 }
 
 TEST(VideoFile, an_empty_picture_is_left_out_and_complained_about)
@@ -68,8 +87,19 @@ TEST(VideoFile, an_empty_picture_is_left_out_and_complained_about)
     const WorkingFolder folder;
     VideoFile video(folder.filePath("a.mp4"));
     video.append(QImage());
-    EXPECT_TRUE(video.finish().contains("a.mp4"));
-    EXPECT_FALSE(VideoFile::check(folder.filePath("a.mp4"), 1).isEmpty());
+    const QString failure = video.finish();
+    EXPECT_TRUE(failure.contains("a.mp4"));
+    EXPECT_TRUE(failure.contains("0 / 1 frames")) << qPrintable(failure);
+}
+
+TEST(VideoFile, one_that_lacks_a_frame_keeps_the_others)
+{
+    const WorkingFolder folder;
+    VideoFile video(folder.filePath("a.mp4"));
+    video.append(TestPictures::random(1));
+    video.append(QImage());
+    EXPECT_TRUE(video.finish().contains("1 / 2 frames"));
+    EXPECT_EQ(Video(folder.filePath("a.mp4")).frames(), 1);
 }
 
 TEST(VideoFile, a_video_without_frames_or_that_never_opened_is_not_complained_about_at_its_end)
@@ -81,6 +111,41 @@ TEST(VideoFile, a_video_without_frames_or_that_never_opened_is_not_complained_ab
     EXPECT_TRUE(closed.openingFailure().contains("No such file or directory"));
     closed.append(TestPictures::random(1));
     EXPECT_EQ(closed.finish(), QString());
+}
+
+TEST(VideoFile, looking_for_the_reason_of_a_failure_leaves_every_file_as_it_was)
+{
+    const WorkingFolder folder;
+    folder.write("a.mp4", "of an earlier recording");
+    {
+        const FileSizeLimit limit(0);
+        const VideoFile video(folder.filePath("a.mp4"));
+        EXPECT_TRUE(video.openingFailure().contains("File too large")) << qPrintable(video.openingFailure());
+    }
+    EXPECT_EQ(QDir().entryList(QDir::Files | QDir::Hidden), QStringList("a.mp4"));
+    EXPECT_EQ(folder.read("a.mp4"), "of an earlier recording");
+
+    QDir().mkdir("b.mp4");
+    EXPECT_TRUE(VideoFile(folder.filePath("b.mp4")).openingFailure().contains("Is a directory"));
+    EXPECT_EQ(QDir().entryList(QDir::Files | QDir::Hidden), QStringList("a.mp4"));
+}
+
+TEST(VideoFile, one_whose_end_found_no_room_is_removed_and_the_one_before_stays)
+{
+    const WorkingFolder folder;
+    folder.write("a.mp4", "of an earlier recording");
+    {
+        VideoFile video(folder.filePath("a.mp4"));
+        ASSERT_EQ(video.openingFailure(), QString());
+        const FileSizeLimit limit(10'000);
+        for (quint32 n = 1; n <= 3; ++n)
+            video.append(TestPictures::random(n));
+        const QString failure = video.finish();
+        EXPECT_TRUE(failure.contains("File too large")) << qPrintable(failure);
+        EXPECT_TRUE(failure.contains("/a.mp4")) << qPrintable(failure);
+    }
+    EXPECT_EQ(QDir().entryList(QDir::Files), QStringList("a.mp4"));
+    EXPECT_EQ(folder.read("a.mp4"), "of an earlier recording");
 }
 
 TEST(VideoFile, the_frames_of_a_whole_video_are_those_it_states)

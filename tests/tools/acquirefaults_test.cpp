@@ -90,5 +90,5 @@ TEST_F(Acquire, a_disk_that_fills_up_is_an_error_after_all_frames_and_the_log_na
     EXPECT_TRUE(output.contains(QStringLiteral("frame    2")));
     const QString written = log();
     EXPECT_EQ(written.count(QStringLiteral("File too large")), 6);
-    EXPECT_EQ(written.count(QStringLiteral("out/T/")), 6);
+    EXPECT_EQ(written.count(QStringLiteral("out/T/T_")), 6);
 }

@@ -118,6 +118,23 @@ TEST_F(Check, a_frame_of_the_video_that_cannot_be_decoded_is_found_although_the_
     QByteArray content = folder.read(files.video());
     tearSecondFrame(content);
     folder.write(files.video(), content);
-    EXPECT_EQ(VideoFile::check(files.video(), 3), QString());
+    EXPECT_EQ(VideoFile::countFrames(files.video(), VideoFile::Count::Stated), 3);
     EXPECT_TRUE(check(false, false, true, 3).contains(QStringLiteral("is incomplete: it holds")));
+}
+
+TEST(CheckOfAnyPath, a_percent_sign_in_a_name_stands_in_the_message_as_it_is)
+{
+    const WorkingFolder folder;
+    const RecordingFiles files{QStringLiteral("."), QStringLiteral("50%1 %2")};
+    QDir().mkdir(files.name);
+    const QString missing = RecordingCheck::check({files, 1, {.data = true}});
+    EXPECT_TRUE(missing.contains(QStringLiteral("/50%1 %2/50%1 %2_data1.csv is missing: ")))
+        << qPrintable(missing);
+    folder.write(files.data(1), "1,2\n");
+    const QString cut = RecordingCheck::check({files, 1, {.data = true}});
+    EXPECT_TRUE(cut.endsWith(QStringLiteral("/50%1 %2_data1.csv is incomplete: line 1 holds 2 values")))
+        << qPrintable(cut);
+    const QString video = RecordingCheck::check({files, 1, {.video = true}});
+    EXPECT_TRUE(video.endsWith(QStringLiteral("/50%1 %2/output_video.mp4 is missing or unreadable")))
+        << qPrintable(video);
 }

@@ -1,6 +1,5 @@
 #include "ui/mainwindow.h"
 
-#include "device/d2xxlibrary.h"
 #include "device/devicewatcher.h"
 #include "device/portmanager.h"
 #include "log/logmanager.h"
@@ -122,13 +121,13 @@ void mainwindow::updateNavigationIcons()
 void mainwindow::createServices()
 {
     LogManager::createInstance();
-    const D2xxLibrary library = D2xxLibrary::load(value(QStringLiteral("D2xxLibrary"), QString()).toString());
-    ui->textEdit->setPlainText(library.description());
-    PortManager::setDriver(library.driver);
+    m_library = D2xxLibrary::load(value(QStringLiteral("D2xxLibrary"), QString()).toString());
+    ui->textEdit->setPlainText(m_library.description());
+    PortManager::setDriver(m_library.driver);
     PortManager::createInstance();
     m_link = PortManager::instance();
-    LogManager::instance()->writeLog(library.provenance());
-    m_deviceWatcher = std::make_unique<DeviceWatcher>(library.driver);
+    LogManager::instance()->writeLog(m_library.provenance());
+    m_deviceWatcher = std::make_unique<DeviceWatcher>(m_library.driver);
     connect(m_deviceWatcher.get(), &DeviceWatcher::arrived, this, &mainwindow::deviceArrived);
     connect(m_deviceWatcher.get(), &DeviceWatcher::removed, this, &mainwindow::deviceRemoved);
 }
@@ -136,6 +135,7 @@ void mainwindow::createServices()
 void mainwindow::connectPipeline()
 {
     m_process = std::make_unique<ProcessImage>();
+    m_process->setProvenance(m_library.provenance());
     connect(m_process.get(), &ProcessImage::sendImagetoMain, this, &mainwindow::receive_displayImage);
     connect(m_process.get(), &ProcessImage::errorOccurred, this, &mainwindow::receive_errorOccurred);
     connect(m_process.get(), &ProcessImage::saveMessage, this, &mainwindow::handleSaveMessage);

@@ -57,11 +57,6 @@ QString clampedFrameCount(const QString &text)
     return frames >= 1001 ? QStringLiteral("1000") : text;
 }
 
-QString recordingName(const QString &typed, const QDateTime &now)
-{
-    return typed.isEmpty() ? now.toString(QStringLiteral("yyyyMMdd_hhmmss")) : typed;
-}
-
 QString parameterSummary(const AcquisitionSettings &settings)
 {
     QString summary;

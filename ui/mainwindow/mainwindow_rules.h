@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QDateTime>
 #include <QImage>
 #include <QString>
 #include <QVariant>
@@ -32,9 +31,6 @@ enum class DeviceChange { None, Arrival, Removal };
 
 /// What the box for the number of frames shows after an edit: the text, or the limit (1, 1000) it passed.
 [[nodiscard]] QString clampedFrameCount(const QString &text);
-
-/// Name of a recording: the typed one, or `now` as "yyyyMMdd_hhmmss" when none was typed.
-[[nodiscard]] QString recordingName(const QString &typed, const QDateTime &now);
 
 /// What is written beside recorded data.
 struct AcquisitionSettings

@@ -33,8 +33,7 @@ void mainwindow::on_pushButton_save_clicked()
 {
     if (m_process->isSaving())
         return;
-    m_process->setTimeStamp(
-        MainWindowRules::recordingName(ui->lineEdit_savename->text(), QDateTime::currentDateTime()));
+    m_process->setTimeStamp(ui->lineEdit_savename->text());
 
     const int frames = ui->comboBox_saveframes->currentText().toInt();
     ui->progressBar->setMaximum(frames);

@@ -140,13 +140,6 @@ TEST(MainWindowRules, a_frame_count_is_held_between_1_and_1000)
         EXPECT_EQ(clampedFrameCount(QString::fromLatin1(typed)), shown) << typed;
 }
 
-TEST(MainWindowRules, a_recording_without_a_name_is_named_after_the_moment)
-{
-    const QDateTime moment(QDate(2024, 1, 31), QTime(23, 59, 59));
-    EXPECT_EQ(recordingName(QString(), moment), "20240131_235959");
-    EXPECT_EQ(recordingName(QStringLiteral("wafer 7"), moment), "wafer 7");
-}
-
 TEST(MainWindowRules, the_summary_has_a_line_for_each_setting_in_the_shortest_number_format)
 {
     EXPECT_EQ(parameterSummary({QStringLiteral("10nA"), 0.5, -10.0, 15.0, -15.0, 1.25}),

@@ -259,14 +259,15 @@ TEST_F(MainWindowSave, the_summary_without_a_checked_range_begins_with_an_empty_
     EXPECT_TRUE(folder.read("Logs/run/SetParameterData.txt").startsWith("\nVss: 0.5 V\n"));
 }
 
-TEST_F(MainWindowSave, a_name_that_leads_nowhere_goes_on_and_tells_how_many_files_failed)
+TEST_F(MainWindowSave, a_path_that_leads_nowhere_goes_on_and_tells_how_many_files_failed)
 {
-    openSampling();
-    arm("no/such/place", "1", {"checkBox_picture"});
+    openSampling("SavePath=" + folder.filePath("no/such").toUtf8() + "\n");
+    arm("place", "1", {"checkBox_picture"});
     showFrames(1);
     EXPECT_EQ(text("label_savestate"), "Save Success");
     EXPECT_EQ(find<QLabel>("label_savestate")->toolTip(), "1 file could not be written");
 
+    ASSERT_TRUE(QDir().mkpath(folder.filePath("no/such")));
     arm("good", "1", {"checkBox_picture"});
     EXPECT_EQ(find<QLabel>("label_savestate")->toolTip(), "");
 }

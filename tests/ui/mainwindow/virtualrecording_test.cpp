@@ -7,6 +7,7 @@
 #include <QDoubleSpinBox>
 #include <QLocale>
 #include <QProgressBar>
+#include <QRegularExpression>
 
 #include <opencv2/videoio.hpp>
 
@@ -104,13 +105,16 @@ protected:
         return folder.read("expected.csv");
     }
 
-    /// Waits until the log names that many files of the folder, in a line each with the same reason.
+    /// Waits until the log names that many files of the folder, in a line each with the same reason; the
+    /// recording's own begin and end name the folder too.
     void expectLogged(const QString &files, int count, const QString &reason)
     {
+        const QRegularExpression ofFiles(QStringLiteral(">>   (?!开始保存|保存完成|保存中止).*") +
+                                         QRegularExpression::escape(files));
         QStringList lines;
         EXPECT_TRUE(QTest::qWaitFor(
             [&] {
-                lines = QString::fromUtf8(folder.read(logName())).split(u'\n').filter(files);
+                lines = QString::fromUtf8(folder.read(logName())).split(u'\n').filter(ofFiles);
                 return lines.size() >= count;
             },
             20000));
