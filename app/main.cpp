@@ -1,3 +1,5 @@
+#include "process/guardedapplication.h"
+#include "process/terminationsignals.h"
 #include "ui/chrome/lightpalette.h"
 #include "ui/framelesshelper.h"
 #include "ui/mainwindow.h"
@@ -5,17 +7,12 @@
 
 #include <QApplication>
 
-int main(int argc, char **argv)
-{
-    // The interface's colours assume a light palette, whatever the desktop's theme.
-#ifdef Q_OS_WIN
-    qputenv("QT_QPA_PLATFORM", "windows:darkmode=0");
-#endif
-    QApplication application(argc, argv);
-#ifndef Q_OS_WIN
-    LightPalette::apply(application);
-#endif
+namespace {
 
+/// The window's life, until it is closed or the system asks the process to end.
+int run(QApplication &application)
+{
+    const TerminationSignals termination;
     mainwindow window;
     application.installNativeEventFilter(&window);
     auto *helper = new FramelessHelper(&window);
@@ -31,6 +28,27 @@ int main(int argc, char **argv)
 
     window.setAttribute(Qt::WA_TranslucentBackground);
     window.setWindowFlags(window.windowFlags() | Qt::FramelessWindowHint);
+    QObject::connect(&termination, &TerminationSignals::requested, &window, [&window] {
+        window.close();
+        QApplication::exit(); // from within a dialog too
+    });
     window.show();
     return QApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    // The interface's colours assume a light palette, whatever the desktop's theme.
+#ifdef Q_OS_WIN
+    qputenv("QT_QPA_PLATFORM", "windows:darkmode=0");
+#endif
+    GuardedApplication<QApplication> application(argc, argv);
+#ifndef Q_OS_WIN
+    LightPalette::apply(application);
+#endif
+    const int status = run(application);
+    TerminationSignals::endBySignal();
+    return status;
 }

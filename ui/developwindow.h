@@ -8,6 +8,7 @@
 
 #include <memory>
 
+class PortManager;
 class QLineEdit;
 class QSettings;
 namespace Ui {
@@ -20,8 +21,8 @@ class developwindow;
 /// destroyed, under the names of the widgets. Nothing that goes wrong is shown: it goes to the debug output.
 ///
 /// GUI thread only. Every button but the timing calculator's blocks until the reply has arrived, 2 s at most,
-/// or 5 s for a read-back; only the read-backs judge their reply. The link must exist, and must not be
-/// receiving: see disableExchanges().
+/// or 5 s for a read-back; only the read-backs judge their reply. What is pressed meanwhile is not carried
+/// out afterwards. The link must exist, and must not be receiving: see setAcquiring().
 class developwindow : public QDialog
 {
     Q_OBJECT
@@ -31,9 +32,11 @@ public:
     developwindow(QSettings *store, QWidget *parent);
     ~developwindow() override;
 
-    /// Leaves the fields and the calculator only: while images stream in, waiting for a reply would take
-    /// bytes out of a frame, and the stream would stand still.
-    void disableExchanges();
+    /// While images stream in, the buttons that talk with the detector cannot be pressed: waiting for a reply
+    /// would take bytes out of a frame, and the stream would stand still.
+    void setAcquiring(bool isAcquiring);
+    /// Without a connection a line of the dialog says so; the buttons send all the same.
+    void setConnected(bool isConnected);
 
 private Q_SLOTS:
     void set_adc();
@@ -80,6 +83,12 @@ private:
     template <typename Value, typename Parse>
     [[nodiscard]] QList<Value> gather(int first, int count, Parse parse) const;
 
+    /// Sends a frame whose acknowledgement is not judged.
+    void send(const QByteArray &frame);
+    /// What the detector answers to a question of device/conversations.h, as hexadecimal text.
+    [[nodiscard]] QByteArray ask(QByteArray (*question)(PortManager &link));
+
+    void noteLargeWords();
     void showModeAndAdc(const Readback::Parameters &parameters);
     void showVoltages(const QList<int> &codes);
     void showTiming(const QList<qint32> &words);

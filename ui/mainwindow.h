@@ -6,14 +6,18 @@
 #include <QAbstractNativeEventFilter>
 #include <QElapsedTimer>
 #include <QMainWindow>
+#include <QMap>
 #include <QSettings>
 #include <QTimer>
 
+#include <functional>
 #include <memory>
 
 class DeviceWatcher;
 class PortManager;
 class QPushButton;
+class ReadinessWait;
+class developwindow;
 
 namespace CurrentRange {
 struct Gear;
@@ -27,9 +31,11 @@ class mainwindow;
 /// shows every picture with its frame rate, downloads the settings, calibrates and records.
 ///
 /// Owns the settings file "./config.ini" and the image pipeline, and makes and ends the log and the link.
-/// Everything runs on the GUI thread. An exchange with the detector blocks it for its time-out at most,
-/// with one exception: a press on play waits, without answering, until the detector says that it is ready.
-/// To be installed as the application's native event filter.
+/// Everything runs on the GUI thread. An exchange with the detector blocks it for its time-out at most. A
+/// press on play asks until the detector says that it is ready, and handles events in between. To be
+/// installed as the application's native event filter.
+///
+/// However it closes, a recording ends as by a stop and a detector that runs is told to halt.
 class mainwindow : public QMainWindow, public QAbstractNativeEventFilter
 {
     Q_OBJECT
@@ -63,8 +69,8 @@ public Q_SLOTS:
     /// Takes a click at image coordinates 0 to 1023.
     void handleLabelClick(int x, int y);
     void handleSetMinSuccess();
-    /// The detector was told to halt; blocks for up to 4 s for its answers. Nothing when nothing runs any
-    /// more.
+    /// The detector was told to halt; blocks for up to 4 s for its answers. Nothing when no device is
+    /// connected any more.
     void handleStop();
     void receive_errorOccurred(errormessage error);
     void on_pushButton_mirrorHorizontal_clicked();
@@ -76,11 +82,14 @@ public Q_SLOTS:
     /// Asks for the battery charge, 500 ms at most, and shows it; without an answer nothing changes.
     void check_lower_computer_status();
     void on_pushButton_voltinfo_clicked();
-    /// Starts the acquisition, or asks for its stop. Blocks until the detector is ready.
+    /// Starts the acquisition, or asks for its stop. Returns when the detector runs, or when the wait for its
+    /// readiness was ended.
     void on_pushButton_sample_clicked();
 
 protected:
     void changeEvent(QEvent *event) override;
+    /// A close by the system asks first while an acquisition or a recording runs.
+    void closeEvent(QCloseEvent *event) override;
 
 private:
     friend class MainWindowInspector; // what the tests look at
@@ -105,6 +114,21 @@ private:
     void fillPortList(const QList<QString> &serialNumbers);
     void deviceArrived();
     void deviceRemoved();
+    /// Something that talks with the detector. A device that is lost meanwhile is given up when the outermost
+    /// of them is through, and has shown what it has to show.
+    void runFlow(const std::function<void()> &flow);
+    void giveUpLostDevice();
+
+    // What is told beside the required texts
+    enum class SystemNote { Stream, Settings };
+    /// A paragraph of the System page below the driver library's; an empty text takes it away.
+    void setSystemNote(SystemNote note, const QString &text);
+    /// While the stream is silent.
+    void showInterruption(bool isInterrupted);
+
+    // Leaving
+    [[nodiscard]] bool confirmsExit();
+    void leave();
 
     // States: the only ways from one to the other
     [[nodiscard]] bool isConnected() const;
@@ -119,10 +143,14 @@ private:
     void enterIdle();
     void leaveSampling(const char *playStyle);
     void endRecording();
+    /// The engineering dialog, when it is open, follows the state.
+    void showStateInDialog();
     void setPlayLook(const QString &icon, const char *style);
 
     // Acquisition
+    void startAcquisition();
     [[nodiscard]] bool requestTestPattern();
+    [[nodiscard]] bool waitUntilReady();
     [[nodiscard]] bool startDetector();
     void endSamplePress();
 
@@ -164,4 +192,9 @@ private:
     D2xxLibrary m_library;         ///< as it was loaded at the start
     PortManager *m_link = nullptr; ///< the one link of the process, which this window makes and ends
     std::unique_ptr<DeviceWatcher> m_deviceWatcher;
+    QMap<SystemNote, QString> m_systemNotes;
+    int m_flows = 0; ///< that are under way, one within the other
+    std::unique_ptr<ReadinessWait> m_readinessWait;
+    bool m_closeAfterWait = false;
+    developwindow *m_developDialog = nullptr; ///< while it is open
 };

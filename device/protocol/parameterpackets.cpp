@@ -57,6 +57,11 @@ QByteArray setTiming(const QList<qint32> &words)
     return CommandFrame::parameters(TimingWords, payloadOf(words, wordBytes));
 }
 
+QByteArray eepromWord(quint32 word)
+{
+    return CommandFrame::hexBytes(static_cast<int>(word), wordBytes);
+}
+
 QByteArray sendEeprom(const QList<quint32> &words)
 {
     return CommandFrame::parameters(Eeprom, payloadOf(words, wordBytes));

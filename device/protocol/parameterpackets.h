@@ -28,6 +28,9 @@ inline constexpr int wordBytes = 4; ///< of timing and EEPROM
 /// Four bytes a word; see Timing::toWire().
 [[nodiscard]] QByteArray setTiming(const QList<qint32> &words);
 /// Four bytes a word.
+/// One EEPROM word as it goes over the cable: its signed number in hexadecimal, so that words of 2147483648
+/// and more arrive as others.
+[[nodiscard]] QByteArray eepromWord(quint32 word);
 [[nodiscard]] QByteArray sendEeprom(const QList<quint32> &words);
 
 } // namespace ParameterPacket

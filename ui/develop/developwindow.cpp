@@ -1,5 +1,6 @@
 #include "ui/developwindow.h"
 
+#include "device/protocol/parameterpackets.h"
 #include "device/protocol/timing.h"
 #include "ui/parameterkeys.h"
 #include "ui/parameters/adclists.h"
@@ -10,6 +11,7 @@
 
 #include <algorithm>
 #include <array>
+#include <climits>
 
 namespace {
 
@@ -34,6 +36,7 @@ developwindow::developwindow(QSettings *store, QWidget *parent)
 {
     ui->setupUi(this);
     fillLists();
+    noteLargeWords();
     setFocus();
     load();
 }
@@ -43,13 +46,31 @@ developwindow::~developwindow()
     save();
 }
 
-void developwindow::disableExchanges()
+void developwindow::setAcquiring(bool isAcquiring)
 {
     for (QPushButton *button : findChildren<QPushButton *>()) {
         if (button == ui->pushButton_cal_time)
             continue;
-        button->setEnabled(false);
-        button->setToolTip(tr("Stop the acquisition first"));
+        button->setEnabled(!isAcquiring);
+        button->setToolTip(isAcquiring ? tr("Stop the acquisition first") : QString());
+    }
+}
+
+void developwindow::setConnected(bool isConnected)
+{
+    ui->label_connection->setText(
+        isConnected ? QString() : tr("No detector is connected: nothing that is sent arrives."));
+}
+
+void developwindow::noteLargeWords()
+{
+    for (int number = ParameterKeys::firstEeprom; number <= ParameterKeys::lastField; ++number) {
+        QLineEdit *edit = field(number);
+        connect(edit, &QLineEdit::textChanged, edit, [edit](const QString &text) {
+            const quint32 word = text.toUInt();
+            const QString sent = QString::fromLatin1(ParameterPacket::eepromWord(word).toHex().toUpper());
+            edit->setToolTip(word > INT_MAX ? tr("2147483648 and more: sent as %1").arg(sent) : QString());
+        });
     }
 }
 

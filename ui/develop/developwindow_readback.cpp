@@ -9,6 +9,7 @@
 #include "device/protocol/timing.h"
 #include "ui/parameterkeys.h"
 #include "ui/parameters/adclists.h"
+#include "ui/parameters/inputblock.h"
 #include "ui/parameters/waitcursor.h"
 
 #include "ui_developwindow.h"
@@ -18,13 +19,6 @@
 namespace {
 
 constexpr int voltageDecimals = 3;
-
-/// What the detector answers when it is asked by `question`, as hexadecimal text.
-QByteArray ask(QByteArray (*question)(PortManager &link))
-{
-    const WaitCursor cursor;
-    return question(*PortManager::instance());
-}
 
 void trace(const char *name, int value)
 {
@@ -42,6 +36,17 @@ void traceReply(const QByteArray &reply)
 }
 
 } // namespace
+
+QByteArray developwindow::ask(QByteArray (*question)(PortManager &link))
+{
+    QByteArray reply;
+    {
+        const WaitCursor cursor;
+        reply = question(*PortManager::instance());
+    }
+    InputBlock::discardQueuedInput(*this);
+    return reply;
+}
 
 void developwindow::ver_readback()
 {

@@ -8,21 +8,21 @@
 #include "device/protocol/parameterpackets.h"
 #include "ui/parameterkeys.h"
 #include "ui/parameters/adclists.h"
+#include "ui/parameters/inputblock.h"
 #include "ui/parameters/waitcursor.h"
 
 #include "ui_developwindow.h"
 
 #include <QDebug>
 
-namespace {
-
-void send(const QByteArray &frame)
+void developwindow::send(const QByteArray &frame)
 {
-    const WaitCursor cursor;
-    Conversation::command(*PortManager::instance(), frame);
+    {
+        const WaitCursor cursor;
+        Conversation::command(*PortManager::instance(), frame);
+    }
+    InputBlock::discardQueuedInput(*this);
 }
-
-} // namespace
 
 template <typename Value, typename Parse>
 QList<Value> developwindow::gather(int first, int count, Parse parse) const

@@ -5,14 +5,15 @@
 #include "log/logmanager.h"
 #include "ui/developwindow.h"
 #include "ui/mainwindow/mainwindow_rules.h"
+#include "ui/mainwindow/readinesswait.h"
 #include "ui/voltagedetails.h"
 #include "ui_mainwindow.h"
 
 #include <QEvent>
 #include <QIntValidator>
 #include <QLineEdit>
-#include <QMessageBox>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QScreen>
 
 #ifdef Q_OS_WIN
@@ -69,6 +70,7 @@ mainwindow::mainwindow(QWidget *parent) : QMainWindow(parent), ui(std::make_uniq
 
 mainwindow::~mainwindow()
 {
+    leave();
     // The pipeline and the link write to the log: the log goes last.
     m_deviceWatcher.reset();
     ui.reset();
@@ -145,6 +147,9 @@ void mainwindow::connectPipeline()
     connect(&m_statusTimer, &QTimer::timeout, this, &mainwindow::check_lower_computer_status);
     connect(ui->frame, &KeepRatioWidget::click_coor, this, &mainwindow::handleLabelClick);
     connect(m_link, &PortManager::stop, this, &mainwindow::handleStop);
+    connect(m_link, &PortManager::interrupted, this, &mainwindow::showInterruption);
+    // Queued also when it is found out on this thread: the exchange that found it is under way.
+    connect(m_link, &PortManager::lost, this, &mainwindow::giveUpLostDevice, Qt::QueuedConnection);
 }
 
 void mainwindow::buildFrameCountBox()
@@ -190,14 +195,6 @@ void mainwindow::applySettings()
             [bar = ui->progressBar_cali](int value) { bar->setTextVisible(value > 0); });
 }
 
-void mainwindow::on_pushButton_close_clicked()
-{
-    const auto answer = QMessageBox::question(this, tr("Warning"), tr("Are you sure you want to exit？"),
-                                              QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
-    if (answer == QMessageBox::Yes)
-        close();
-}
-
 void mainwindow::on_pushButton_maxsize_clicked()
 {
     if (isMaximized())
@@ -237,8 +234,9 @@ void mainwindow::squareCorners(bool square)
 void mainwindow::on_pushButton_develop_clicked()
 {
     developwindow dialog(&m_settings, this);
-    if (m_isSampling == 1)
-        dialog.disableExchanges();
+    m_developDialog = &dialog;
+    const auto closed = qScopeGuard([this] { m_developDialog = nullptr; });
+    showStateInDialog();
     dialog.exec();
 }
 

@@ -4,6 +4,7 @@
 
 #include "device/conversations.h"
 #include "ui/mainwindow/mainwindow_rules.h"
+#include "ui/mainwindow/readinesswait.h"
 #include "ui/mainwindow/stylesheets.h"
 #include "ui_mainwindow.h"
 
@@ -17,6 +18,8 @@ constexpr int lowLevel = 20; ///< percent
 
 void mainwindow::check_lower_computer_status()
 {
+    if (m_readinessWait)
+        return; // the timer's turn comes again
     const std::optional<int> level = Conversation::batteryLevel(*m_link);
     if (!level)
         return;

@@ -3,10 +3,12 @@
 #include "ui/mainwindow.h"
 
 #include "device/portmanager.h"
+#include "ui/mainwindow/readinesswait.h"
 #include "ui_mainwindow.h"
 
 #include <QDebug>
 #include <QMessageBox>
+#include <QScopeGuard>
 
 namespace {
 
@@ -17,10 +19,12 @@ const QString detectorName = QStringLiteral("QV1K");
 
 void mainwindow::on_pushButton_Connect_clicked()
 {
-    if (isConnected())
-        disconnectDevice();
-    else
-        connectDevice();
+    runFlow([this] {
+        if (isConnected())
+            disconnectDevice();
+        else
+            connectDevice();
+    });
 }
 
 void mainwindow::connectDevice()
@@ -62,8 +66,31 @@ void mainwindow::deviceArrived()
 void mainwindow::deviceRemoved()
 {
     qDebug("device remove");
+    // Its own bridge, or another one, or it is back by now under the same number: then its handle is dead
+    // too.
+    const bool isLost = isConnected() && m_link->checkLost();
     const QList<QString> serialNumbers = m_link->listDevices();
     fillPortList(serialNumbers);
-    if (serialNumbers.isEmpty())
+    if (serialNumbers.isEmpty() || isLost)
         enterDisconnected();
+}
+
+void mainwindow::runFlow(const std::function<void()> &flow)
+{
+    {
+        ++m_flows;
+        const auto done = qScopeGuard([this] { --m_flows; });
+        flow();
+    }
+    giveUpLostDevice();
+}
+
+void mainwindow::giveUpLostDevice()
+{
+    if (m_readinessWait)
+        m_readinessWait->end();
+    if (m_flows > 0 || !isConnected() || !m_link->isLost())
+        return;
+    fillPortList(m_link->listDevices());
+    enterDisconnected();
 }

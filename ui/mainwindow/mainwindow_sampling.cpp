@@ -3,13 +3,17 @@
 #include "ui/mainwindow.h"
 
 #include "device/conversations.h"
+#include "device/portmanager.h"
+#include "ui/mainwindow/readinesswait.h"
 #include "ui_mainwindow.h"
 
 #include <QCoreApplication>
 #include <QMessageBox>
+#include <QScopeGuard>
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 void mainwindow::on_pushButton_sample_clicked()
 {
@@ -26,13 +30,26 @@ void mainwindow::on_pushButton_sample_clicked()
         QCoreApplication::processEvents();
         return;
     }
+    runFlow([this] { startAcquisition(); });
+    // A close during the wait for readiness had to wait for this.
+    if (std::exchange(m_closeAfterWait, false))
+        close();
+}
+
+void mainwindow::startAcquisition()
+{
     m_process->setContrastRatio(ui->doubleSpinBox_contrast->value());
-    if (requestTestPattern()) {
-        // Without limit: the window does not answer until the detector is ready.
-        if (Conversation::waitUntilReady(*m_link, [] { return true; }) && startDetector())
-            enterSampling();
-    }
+    if (requestTestPattern() && waitUntilReady() && startDetector())
+        enterSampling();
     endSamplePress();
+}
+
+bool mainwindow::waitUntilReady()
+{
+    m_readinessWait = std::make_unique<ReadinessWait>(*this);
+    const auto done = qScopeGuard([this] { m_readinessWait.reset(); });
+    return Conversation::waitUntilReady(*m_link,
+                                        [this] { return !m_link->isLost() && m_readinessWait->rest(); });
 }
 
 void mainwindow::endSamplePress()
@@ -67,9 +84,11 @@ bool mainwindow::startDetector()
 void mainwindow::handleStop()
 {
     // The detector was pulled out while its stop was on the way: that ended the acquisition already.
-    if (m_isSampling != 1)
+    if (!isConnected())
         return;
-    Conversation::confirmHalt(*m_link);
-    check_lower_computer_status();
-    enterIdle();
+    runFlow([this] {
+        Conversation::confirmHalt(*m_link);
+        check_lower_computer_status();
+        enterIdle();
+    });
 }

@@ -22,14 +22,11 @@ void mainwindow::on_pushButton_set_clicked()
         return;
     setValue(ParameterKeys::pcRange, AdcLists::indexOf(AdcLists::pcRanges, gear->pcRange));
     m_process->setCurrentRange(gear->nanoamperes);
-
-    if (!download(storeTiming(gear->integrationTime), tr("set time sequence fail")))
-        return;
-    if (!download(adcPacket(), tr("set adc fail")))
-        return;
-    if (!download(voltagePacket(), tr("set voltage fail")))
-        return;
-    QMessageBox::information(this, tr("Info"), tr("set success"));
+    runFlow([&] {
+        if (download(storeTiming(gear->integrationTime), tr("set time sequence fail")) &&
+            download(adcPacket(), tr("set adc fail")) && download(voltagePacket(), tr("set voltage fail")))
+            QMessageBox::information(this, tr("Info"), tr("set success"));
+    });
 }
 
 const CurrentRange::Gear *mainwindow::chosenGear() const

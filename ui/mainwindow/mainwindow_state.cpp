@@ -5,6 +5,8 @@
 
 #include "device/conversations.h"
 #include "device/portmanager.h"
+#include "ui/developwindow.h"
+#include "ui/mainwindow/readinesswait.h"
 #include "ui/mainwindow/stylesheets.h"
 #include "ui_mainwindow.h"
 
@@ -36,6 +38,7 @@ void mainwindow::enterConnected()
 {
     startStatusTimer();
     ui->pushButton_Connect->setText(disconnectText);
+    showStateInDialog();
 }
 
 void mainwindow::enterDisconnected()
@@ -43,6 +46,9 @@ void mainwindow::enterDisconnected()
     m_statusTimer.stop();
     m_link->closeDevice();
     ui->pushButton_Connect->setText(connectText);
+    showStateInDialog();
+    if (m_readinessWait)
+        m_readinessWait->end();
     if (m_isSampling != 1)
         return;
     m_link->pauseReceive();
@@ -63,6 +69,7 @@ void mainwindow::enterSampling()
     m_frameCount = 0;
     m_elapsedMs = 0;
     m_fpsTimer.start();
+    showStateInDialog();
 }
 
 void mainwindow::enterStopping()
@@ -84,6 +91,8 @@ void mainwindow::leaveSampling(const char *playStyle)
     ui->pushButton_set->setEnabled(true);
     setPlayLook(playIcon, playStyle);
     ui->pushButton_sample->setEnabled(true);
+    showInterruption(false);
+    showStateInDialog();
 }
 
 void mainwindow::endRecording()
@@ -93,6 +102,14 @@ void mainwindow::endRecording()
     m_process->stopSaving();
     ui->label_savestate->setText(QStringLiteral("Save Stop"));
     showFailedFiles();
+}
+
+void mainwindow::showStateInDialog()
+{
+    if (m_developDialog == nullptr)
+        return;
+    m_developDialog->setAcquiring(m_isSampling == 1);
+    m_developDialog->setConnected(isConnected());
 }
 
 void mainwindow::setPlayLook(const QString &icon, const char *style)

@@ -26,6 +26,9 @@ inline constexpr char batteryLow[] = "\n"
                                      "                }\n"
                                      "            ";
 
+/// `label_fps` while no data comes though a block is owed.
+inline constexpr char rateInterrupted[] = "color: #e60012; border: 1px solid #e60012;";
+
 /// `pushButton_sample` while nothing runs; the form starts with the same text.
 inline constexpr char playIdle[] = "QPushButton { \n"
                                    "\t        border-radius:5px;\n"

@@ -1,0 +1,47 @@
+// Every way in which the window closes.
+
+#include "ui/mainwindow.h"
+
+#include "device/portmanager.h"
+#include "ui/mainwindow/readinesswait.h"
+
+#include <QCloseEvent>
+#include <QMessageBox>
+
+void mainwindow::on_pushButton_close_clicked()
+{
+    if (confirmsExit())
+        close();
+}
+
+bool mainwindow::confirmsExit()
+{
+    return QMessageBox::question(this, tr("Warning"), tr("Are you sure you want to exit？"),
+                                 QMessageBox::Yes | QMessageBox::No, QMessageBox::No) == QMessageBox::Yes;
+}
+
+void mainwindow::closeEvent(QCloseEvent *event)
+{
+    if (m_readinessWait) {
+        // The press on play goes on below this; it closes when it is through.
+        m_closeAfterWait = true;
+        m_readinessWait->end();
+        event->ignore();
+        return;
+    }
+    const bool isRunning = m_isSampling == 1 || m_process->isSaving();
+    if (event->spontaneous() && isRunning && !confirmsExit()) {
+        event->ignore();
+        return;
+    }
+    leave();
+    QMainWindow::closeEvent(event);
+}
+
+void mainwindow::leave()
+{
+    if (m_isSampling != 1)
+        return endRecording();
+    m_link->halt();
+    enterIdle();
+}

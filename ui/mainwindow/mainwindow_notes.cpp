@@ -1,0 +1,27 @@
+// What the window tells about the link beside the required texts.
+
+#include "ui/mainwindow.h"
+
+#include "ui/mainwindow/stylesheets.h"
+#include "ui_mainwindow.h"
+
+void mainwindow::setSystemNote(SystemNote note, const QString &text)
+{
+    if (text.isEmpty())
+        m_systemNotes.remove(note);
+    else
+        m_systemNotes.insert(note, text);
+    QStringList paragraphs{m_library.description()};
+    paragraphs += m_systemNotes.values();
+    ui->textEdit->setPlainText(paragraphs.join(QStringLiteral("\n\n")));
+}
+
+void mainwindow::showInterruption(bool isInterrupted)
+{
+    const bool isShown = isInterrupted && m_isSampling == 1;
+    const QString text =
+        isShown ? tr("No data from the detector: the picture stands still until more arrives.") : QString();
+    ui->label_fps->setStyleSheet(isShown ? QString::fromLatin1(StyleSheets::rateInterrupted) : QString());
+    ui->label_fps->setToolTip(text);
+    setSystemNote(SystemNote::Stream, text);
+}
