@@ -5,6 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QColorSpace>
+
+#include <utility>
+
 TEST(Pictures, a_saved_picture_read_back_is_the_one_that_the_image_itself_would_save)
 {
     const WorkingFolder folder;
@@ -16,6 +20,29 @@ TEST(Pictures, a_saved_picture_read_back_is_the_one_that_the_image_itself_would_
     EXPECT_EQ(ours.format(), QImage::Format_Grayscale8);
     EXPECT_EQ(ours, expected);
     EXPECT_EQ(ours, image);
+}
+
+TEST(Pictures, a_saved_picture_has_the_size_depth_and_resolution_that_the_image_itself_would_save)
+{
+    const WorkingFolder folder;
+    for (const auto &[x, y] : {std::pair(3780, 3780), std::pair(2835, 11811)}) {
+        QImage image = TestPictures::random(2).copy(0, 0, 1021, 7);
+        image.setDotsPerMeterX(x);
+        image.setDotsPerMeterY(y);
+        ASSERT_EQ(Pictures::savePng("ours.png", image), QString());
+        ASSERT_TRUE(image.save("expected.png"));
+        const QImage ours("ours.png");
+        const QImage expected("expected.png");
+        EXPECT_EQ(ours.dotsPerMeterX(), x);
+        EXPECT_EQ(ours.dotsPerMeterY(), y);
+        EXPECT_EQ(expected.dotsPerMeterX(), x);
+        EXPECT_EQ(ours.size(), expected.size());
+        EXPECT_EQ(ours.depth(), expected.depth());
+        EXPECT_EQ(ours.format(), expected.format());
+        EXPECT_EQ(ours.textKeys(), expected.textKeys());
+        EXPECT_EQ(ours.colorSpace(), expected.colorSpace());
+        EXPECT_EQ(ours, expected);
+    }
 }
 
 TEST(Pictures, an_empty_picture_is_a_failure_that_names_the_file)
