@@ -97,6 +97,7 @@ TEST(Replugging, does_not_follow_when_the_detector_is_taken_from_the_settings)
     cable.change("SerialNumbers=B\n[Faults]\nReplugAfterMs=1000\n");
     cable.clock.advance(10s);
     EXPECT_EQ(cable.serialNumbers(), QStringList{QStringLiteral("B")});
+    EXPECT_EQ(cable.bridge->openEx("A", 1, &cable.handle), Status::DeviceNotFound);
     cable.change("Attached=false\nSerialNumbers=B\n[Faults]\nReplugAfterMs=1000\n");
     cable.clock.advance(10s);
     EXPECT_TRUE(cable.serialNumbers().isEmpty());
@@ -132,6 +133,25 @@ TEST(RemovalMessages, can_come_early_while_the_handle_lives_and_the_detector_is_
     EXPECT_TRUE(cable.serialNumbers().isEmpty());
     cable.change("Attached=true\n");
     EXPECT_TRUE(events.become("-+")) << "it was told once";
+}
+
+TEST(RemovalMessages, told_early_are_neither_told_again_nor_put_off_by_the_same_settings)
+{
+    const QByteArray early("Unplugged=QV1K\n[Faults]\nRemovalMessage=early\nRemovalDelayMs=3000\n");
+    VirtualCable cable;
+    ToldEvents events;
+    cable.bridge->setDeviceEventCallback(&ToldEvents::take, &events);
+    cable.open();
+    cable.change(early);
+    EXPECT_EQ(commonStatus(cable, cable.handle), Status::Ok);
+    cable.clock.advance(2s);
+    cable.change(early + ";\n");
+    EXPECT_EQ(commonStatus(cable, cable.handle), Status::Ok);
+    cable.clock.advance(1s);
+    EXPECT_EQ(commonStatus(cable, cable.handle), Status::IoError);
+    cable.change("Attached=true\n");
+    EXPECT_FALSE(cable.serialNumbers().isEmpty());
+    EXPECT_TRUE(events.become("-+"));
 }
 
 TEST(RemovalMessages, told_early_at_a_byte_leave_the_stream_until_the_cable_is_pulled)
@@ -227,6 +247,23 @@ TEST(KeepsStreaming, a_detector_whose_cable_was_pulled_streams_on_too_without_wh
     EXPECT_EQ(cable.exchange(frame(3, 0xAA), 6), QByteArray());
     EXPECT_EQ(cable.block(1).size(), blockBytes) << "the request for the next block is answered";
     cable.halt();
+}
+
+TEST(KeepsStreaming, the_bridge_itself_begins_anew)
+{
+    FaultyCable cable("KeepsStreaming=true\nFaultsFromByte=10\nFailStatus=-1\n");
+    cable.start();
+    EXPECT_EQ(cable.block(0).size(), 10);
+    EXPECT_EQ(cable.look(), Status::IoError);
+    cable.bridge->close(cable.handle);
+    ASSERT_EQ(cable.bridge->openEx("QV1K", 1, &cable.handle), Status::Ok);
+    EXPECT_EQ(cable.look(), Status::Ok) << "the bytes are counted from 0";
+    cable.bridge->purge(cable.handle, 3);
+    cable.send(frame(3, 0xA1));
+    cable.clock.advance(16ms - 1ns);
+    EXPECT_EQ(cable.waiting(), 0U) << "the latency is the usual one";
+    cable.clock.advance(1ns);
+    EXPECT_EQ(cable.waiting(), 6U);
 }
 
 TEST(KeepsStreaming, a_detector_that_was_halted_has_nothing_to_keep)
