@@ -10,12 +10,10 @@
 
 namespace {
 
-constexpr int wrongUsage = 2;
-
 [[noreturn]] void refuse(const QString &message)
 {
     std::fprintf(stderr, "qv1k-acquire: %s (--help lists the options)\n", qPrintable(message));
-    std::exit(wrongUsage);
+    std::exit(ExitStatus::wrongUsage);
 }
 
 /// The option's value as a number from `lowest` to `highest`.
@@ -35,8 +33,14 @@ int number(const QCommandLineParser &parser, const QString &option, int lowest, 
 
 void describe(QCommandLineParser &parser)
 {
-    parser.setApplicationDescription(
-        QStringLiteral("Takes frames from the first detector and records them, without a window."));
+    parser.setApplicationDescription(QStringLiteral(
+        "Takes frames from a detector and records them, without a window.\n\n"
+        "Exit status:\n"
+        "  0  all frames came and every file is complete\n"
+        "  1  they did not; standard error tells why in one line\n"
+        "  2  wrong arguments, or several detectors and no --serial\n"
+        "On SIGINT, SIGTERM, SIGHUP, and when nobody reads the output any more, the recording\n"
+        "ends, the detector is told to halt, and the process ends by that signal."));
     parser.addHelpOption();
     parser.addVersionOption();
     parser.addOptions({
@@ -44,6 +48,9 @@ void describe(QCommandLineParser &parser)
          QStringLiteral("Driver library: \"virtual\" (the virtual detector), \"ftdi\" or a path. "
                         "Default: the maker's library."),
          QStringLiteral("name")},
+        {QStringLiteral("serial"),
+         QStringLiteral("Serial number of the detector. Needed when there are several."),
+         QStringLiteral("number")},
         {QStringLiteral("frames"), QStringLiteral("Frames to take. Default: 1."), QStringLiteral("count"),
          QStringLiteral("1")},
         {QStringLiteral("output"), QStringLiteral("Folder for the recording. Default: the working folder."),
@@ -83,6 +90,7 @@ AcquireOptions AcquireOptions::fromArguments(const QStringList &arguments)
     options.output = parser.value(QStringLiteral("output"));
     options.name =
         RecordingFiles::nameFor(parser.value(QStringLiteral("name")), QDateTime::currentDateTime());
+    options.serial = parser.value(QStringLiteral("serial"));
     options.frames = number(parser, QStringLiteral("frames"), 1, 1'000'000);
     options.timeoutSeconds = number(parser, QStringLiteral("timeout"), 1, 86'400);
     if (parser.isSet(QStringLiteral("test-pattern")))

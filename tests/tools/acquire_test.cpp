@@ -108,6 +108,8 @@ TEST_F(Acquire, help_and_version_are_printed_and_end_well)
     run({QStringLiteral("--help")});
     EXPECT_EQ(exitCode, 0);
     EXPECT_TRUE(output.contains(QStringLiteral("--frames")));
+    EXPECT_TRUE(output.contains(QStringLiteral("--serial")));
+    EXPECT_TRUE(output.contains(QStringLiteral("Exit status:")));
     run({QStringLiteral("--version")});
     EXPECT_EQ(exitCode, 0);
     EXPECT_TRUE(output.contains(QStringLiteral("1.0.8")));

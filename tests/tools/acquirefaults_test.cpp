@@ -2,6 +2,7 @@
 #include "tests/tools/acquirerun.h"
 
 #include <QDir>
+#include <QRegularExpression>
 
 namespace {
 
@@ -54,11 +55,65 @@ TEST_F(Acquire, a_stream_that_stalls_is_a_time_out_and_the_frames_so_far_are_kep
     EXPECT_EQ(QDir(QStringLiteral("out/T")).entryList(QDir::Files).size(), 2);
 }
 
-TEST_F(Acquire, a_detector_pulled_out_while_sampling_is_a_time_out)
+TEST_F(Acquire, a_detector_pulled_out_while_sampling_is_told_as_such)
 {
     detector("[Faults]\nUnplugAtByte=5000000\n");
-    runVirtual(QStringList{QStringLiteral("--frames"), QStringLiteral("5")} + frameTimeout);
-    expectFailure(QStringLiteral("time-out: no frame for 5 s, 1 of 5 received"));
+    runVirtual({QStringLiteral("--frames"), QStringLiteral("5")});
+    expectFailure(QStringLiteral("the detector was unplugged, 1 of 5 received"));
+}
+
+TEST_F(Acquire, one_of_several_detectors_has_to_be_chosen_and_they_are_told)
+{
+    detector("SerialNumbers=A,B\n");
+    runVirtual({});
+    EXPECT_EQ(exitCode, 2);
+    EXPECT_EQ(errors, QStringLiteral(
+                          "qv1k-acquire: several detectors are attached, choose one with --serial: A, B\n"));
+    runVirtual({QStringLiteral("--serial"), QStringLiteral("B")});
+    EXPECT_EQ(exitCode, 0) << qPrintable(errors);
+}
+
+TEST_F(Acquire, the_detector_that_was_chosen_is_the_one_that_is_opened)
+{
+    detector("SerialNumbers=A,B\n[Faults]\nFailOpens=1\n");
+    runVirtual({QStringLiteral("--serial"), QStringLiteral("B")});
+    expectFailure(QStringLiteral("the detector B cannot be opened"));
+}
+
+TEST_F(Acquire, a_detector_that_is_not_there_is_told_with_those_that_are)
+{
+    detector("SerialNumbers=A,B\n");
+    runVirtual({QStringLiteral("--serial"), QStringLiteral("C")});
+    expectFailure(QStringLiteral("no detector C found; attached: A, B"));
+}
+
+TEST_F(Acquire, the_frame_rate_does_not_count_the_stop)
+{
+    detector("[Faults]\nReplyFaultCommand=03A1\nMissingReply=true\n"); // 3.5 s of waiting
+    runVirtual({QStringLiteral("--test-pattern"), QStringLiteral("1")});
+    EXPECT_EQ(exitCode, 0) << qPrintable(errors);
+    const auto rate = QRegularExpression(QStringLiteral("1 frames in ([0-9.]+) s")).match(output);
+    const auto frame = QRegularExpression(QStringLiteral("frame    1 +([0-9.]+) s")).match(output);
+    EXPECT_TRUE(rate.hasMatch()) << qPrintable(output);
+    EXPECT_EQ(rate.captured(1), frame.captured(1)) << "up to the last frame that was stored";
+}
+
+TEST_F(Acquire, percent_signs_in_names_are_told_as_they_are)
+{
+    detector("");
+    const QString path = folder.filePath(QStringLiteral("o%1%2/n%1%3/n%1%3_pic1.png"));
+    QDir().mkpath(path);
+    const QStringList names{QStringLiteral("--library"), QStringLiteral("virtual"),
+                            QStringLiteral("--output"),  QStringLiteral("o%1%2"),
+                            QStringLiteral("--name"),    QStringLiteral("n%1%3")};
+    run(names);
+    expectFailure(QStringLiteral("1 file could not be written; the log tells which"));
+    EXPECT_TRUE(output.contains(QStringLiteral("o%1%2/n%1%3\n"))) << qPrintable(output);
+    EXPECT_TRUE(log().contains(QStringLiteral("o%1%2/n%1%3/n%1%3_pic1.png")));
+    folder.write(QStringLiteral("f%1"), "a file");
+    run({QStringLiteral("--library"), QStringLiteral("virtual"), QStringLiteral("--output"),
+         QStringLiteral("f%1")});
+    expectFailure(QStringLiteral("the folder f%1 cannot be created"));
 }
 
 TEST_F(Acquire, a_folder_that_cannot_be_made_is_told)

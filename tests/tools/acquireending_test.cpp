@@ -1,0 +1,177 @@
+#include "tests/tools/startedrun.h"
+
+namespace {
+
+int framesTold(const QString &errors)
+{
+    return QRegularExpression(QStringLiteral(", (\\d+) of 100000 received\n$"))
+        .match(errors)
+        .captured(1)
+        .toInt();
+}
+
+} // namespace
+
+class AcquireSignals : public StartedRun, public testing::WithParamInterface<int>
+{
+};
+
+TEST_P(AcquireSignals, end_a_run_in_good_order_and_then_the_process)
+{
+    detector("");
+    start();
+    waitForFrames(3);
+    send(GetParam());
+    waitForEnd();
+    expectEndBySignal(GetParam());
+    EXPECT_TRUE(errors.startsWith(QStringLiteral("qv1k-acquire: ended by a signal, "))) << qPrintable(errors);
+    EXPECT_EQ(wholePictures(), framesTold(errors));
+    EXPECT_GE(framesTold(errors), 3);
+    EXPECT_EQ(written(haltFrame), 1);
+    EXPECT_EQ(log().count(QStringLiteral("下位机停止成功")), 1);
+    EXPECT_TRUE(log().contains(QStringLiteral("保存中止")));
+    expectTidyLog();
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, AcquireSignals, testing::Values(SIGINT, SIGTERM, SIGHUP));
+
+TEST_F(StartedRun, a_signal_ends_the_wait_for_a_detector_that_is_not_ready)
+{
+    detector("[Faults]\nNotReadyQueries=-1\n");
+    start({QStringLiteral("--timeout"), QStringLiteral("1000")});
+    waitForWritten(readinessQuery);
+    send(SIGTERM);
+    waitForEnd();
+    expectEndBySignal(SIGTERM);
+    EXPECT_EQ(written(startFrame), 0);
+    EXPECT_EQ(written(haltFrame), 0) << "it does not run";
+    expectTidyLog();
+}
+
+TEST_F(StartedRun, a_signal_while_the_start_is_confirmed_halts_the_detector)
+{
+    detector("[Faults]\nReplyFaultCommand=03A0\nReplyDelayMs=1500\n");
+    start();
+    waitForWritten(startFrame);
+    send(SIGTERM);
+    waitForEnd();
+    expectEndBySignal(SIGTERM);
+    EXPECT_EQ(written(haltFrame), 1);
+    expectTidyLog();
+}
+
+TEST_F(StartedRun, a_signal_ends_a_run_whose_stream_has_stalled)
+{
+    detector("[Faults]\nStallAfterBytes=5000000\n");
+    start();
+    waitForFrames(1);
+    send(SIGTERM);
+    waitForEnd();
+    expectEndBySignal(SIGTERM);
+    EXPECT_EQ(wholePictures(), 1);
+    EXPECT_EQ(written(haltFrame), 1);
+    EXPECT_TRUE(log().contains(QStringLiteral("下位机停止成功")));
+    expectTidyLog();
+}
+
+TEST_F(StartedRun, an_output_that_nobody_reads_any_more_ends_the_run_in_good_order)
+{
+    detector("");
+    QProcess reader;
+    process.setStandardOutputProcess(&reader);
+    start();
+    reader.start(QStringLiteral("head"), {QStringLiteral("-n"), QStringLiteral("3")});
+    waitForEnd();
+    EXPECT_TRUE(reader.waitForFinished());
+    expectEndBySignal(SIGPIPE);
+    EXPECT_TRUE(errors.contains(QStringLiteral("nobody reads the standard output any more, ")));
+    EXPECT_EQ(wholePictures(), framesTold(errors));
+    EXPECT_GE(framesTold(errors), 2);
+    EXPECT_EQ(written(haltFrame), 1);
+    expectTidyLog();
+}
+
+TEST_F(StartedRun, an_output_that_is_full_does_not_keep_the_frames_from_being_stored)
+{
+    detector("");
+    process.setStandardOutputFile(QStringLiteral("/dev/full"));
+    start({QStringLiteral("--frames"), QStringLiteral("3")});
+    waitForEnd();
+    expectFailure(QStringLiteral("standard output cannot be written: No space left on device"));
+    EXPECT_EQ(wholePictures(), 3);
+    EXPECT_EQ(written(haltFrame), 1);
+}
+
+TEST_F(StartedRun, a_time_out_halts_the_detector_once)
+{
+    detector("[Faults]\nStallAfterBytes=5000000\n");
+    start({QStringLiteral("--timeout"), QStringLiteral("3")});
+    waitForEnd();
+    expectFailure(QStringLiteral("time-out: no frame for 3 s, 1 of 100000 received"));
+    EXPECT_EQ(written(haltFrame), 1);
+    EXPECT_TRUE(log().contains(QStringLiteral("下位机停止成功")));
+    expectTidyLog();
+}
+
+TEST_F(StartedRun, reads_that_fail_for_ever_are_a_time_out_and_the_detector_is_halted_once)
+{
+    detector("[Faults]\nFaultsFromByte=5000000\nFailReads=-1\n");
+    start({QStringLiteral("--timeout"), QStringLiteral("3")});
+    waitForEnd();
+    expectFailure(QStringLiteral("time-out: no frame for 3 s, 1 of 100000 received"));
+    EXPECT_EQ(written(haltFrame), 1);
+    expectTidyLog();
+}
+
+TEST_F(StartedRun, after_all_frames_the_detector_is_halted_once)
+{
+    detector("");
+    start({QStringLiteral("--frames"), QStringLiteral("2")});
+    waitForEnd();
+    EXPECT_EQ(exitCode, 0) << qPrintable(errors);
+    EXPECT_EQ(written(haltFrame), 1);
+}
+
+TEST_F(StartedRun, a_start_that_is_not_confirmed_is_followed_by_nothing)
+{
+    detector("[Faults]\nReplyFaultCommand=03A0\nMissingReply=true\n");
+    start();
+    waitForEnd();
+    expectFailure(QStringLiteral("time-out: the detector did not confirm the start"));
+    EXPECT_EQ(written(haltFrame), 0);
+    expectTidyLog();
+}
+
+TEST_F(StartedRun, a_detector_unplugged_while_it_is_waited_for_is_told_as_such)
+{
+    detector("[Faults]\nNotReadyQueries=-1\n");
+    start({QStringLiteral("--timeout"), QStringLiteral("1000")});
+    waitForWritten(readinessQuery);
+    detector("Unplugged=QV1K\n");
+    waitForEnd();
+    expectFailure(QStringLiteral("the detector was unplugged"));
+    EXPECT_EQ(written(startFrame), 0);
+    expectTidyLog();
+}
+
+TEST_F(StartedRun, a_detector_unplugged_while_it_is_started_is_told_as_such)
+{
+    detector("[Faults]\nReplyFaultCommand=03A0\nMissingReply=true\n");
+    start();
+    waitForWritten(startFrame);
+    detector("Unplugged=QV1K\n");
+    waitForEnd();
+    expectFailure(QStringLiteral("the detector was unplugged"));
+    expectTidyLog();
+}
+
+TEST_F(StartedRun, a_detector_unplugged_while_another_stays_is_told_as_such_and_sent_nothing_more)
+{
+    detector("SerialNumbers=A,B\n[Faults]\nUnplugAtByte=5000000\nReplugAfterMs=5\n");
+    start({QStringLiteral("--serial"), QStringLiteral("B")});
+    waitForEnd();
+    expectFailure(QStringLiteral("the detector was unplugged, 1 of 100000 received"));
+    EXPECT_EQ(wholePictures(), 1);
+    EXPECT_EQ(written(haltFrame), 0);
+    expectTidyLog();
+}
