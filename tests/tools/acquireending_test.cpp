@@ -71,6 +71,7 @@ TEST_F(StartedRun, a_signal_ends_a_run_whose_stream_has_stalled)
     EXPECT_EQ(wholePictures(), 1);
     EXPECT_EQ(written(haltFrame), 1);
     EXPECT_TRUE(log().contains(QStringLiteral("下位机停止成功")));
+    EXPECT_FALSE(log().contains(QStringLiteral("停止超时"))) << "so long is not waited";
     expectTidyLog();
 }
 
