@@ -7,14 +7,7 @@ namespace {
 bool suffers(const Command &command, Faults &faults)
 {
     const auto number = static_cast<quint16>(command.frameClass << 8U | command.code);
-    if (faults.replyCommand.value_or(number) != number)
-        return false;
-    if (!faults.repliesLeft)
-        return true;
-    if (*faults.repliesLeft == 0)
-        return false;
-    --*faults.repliesLeft;
-    return true;
+    return faults.replyCommand.value_or(number) == number && happens(faults.repliesLeft);
 }
 
 } // namespace

@@ -63,8 +63,7 @@ void readCallFaults(SettingsReader &reader, Faults &faults)
 void readReplyFaults(SettingsReader &reader, Faults &faults)
 {
     faults.replyCommand = reader.command(QStringLiteral("Faults/ReplyFaultCommand"));
-    if (const auto count = reader.optional(QStringLiteral("Faults/ReplyFaultCount")); count.value_or(0) > 0)
-        faults.repliesLeft = static_cast<int>(qMin<qint64>(*count, std::numeric_limits<int>::max()));
+    faults.repliesLeft = times(reader, QStringLiteral("Faults/ReplyFaultCount"), faults.repliesLeft);
     faults.replyDelay = Milliseconds(reader.integer(QStringLiteral("Faults/ReplyDelayMs"), 0, 0, longestMs));
     faults.replyBytesCut = reader.integer(QStringLiteral("Faults/ShortReply"), 0, 0, 256);
     faults.replyBytesAdded = reader.integer(QStringLiteral("Faults/LongReply"), 0, 0, 65536);

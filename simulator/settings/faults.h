@@ -47,7 +47,7 @@ enum class RemovalMessage { Prompt, Late, Early, Never };
 struct Faults
 {
     std::optional<quint16> replyCommand; ///< class and code of the command whose replies suffer; none: all
-    std::optional<int> repliesLeft;      ///< how many replies still suffer; none: every one
+    int repliesLeft = forEver;           ///< how many replies still suffer
     Milliseconds replyDelay{0};
     int replyBytesCut = 0;
     int replyBytesAdded = 0;

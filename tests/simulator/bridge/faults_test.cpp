@@ -88,6 +88,15 @@ TEST(Faults, reply_faults_can_be_limited_to_a_number_of_replies)
     EXPECT_EQ(cable.exchange(frame(2, 0xFA), 5), version);
 }
 
+TEST(Faults, reply_faults_can_be_limited_to_none_and_last_for_ever)
+{
+    FaultyCable none("ReplyFaultCount=0\nMissingReply=true\n");
+    EXPECT_EQ(none.exchange(frame(2, 0xFA), 5), version);
+    FaultyCable all("ReplyFaultCount=-1\nMissingReply=true\n");
+    for (int i = 0; i < 100; ++i)
+        EXPECT_EQ(all.exchange(frame(2, 0xFA), 5), QByteArray());
+}
+
 TEST(Faults, the_detector_is_not_ready_for_so_many_queries)
 {
     FaultyCable cable("NotReadyQueries=2\n");
