@@ -96,6 +96,14 @@ void ProcessImage::setTimeStamp(const QString &name)
     recorder.setName(RecordingFiles::nameFor(name, QDateTime::currentDateTime()));
 }
 
+bool ProcessImage::hasRecording(const QString &name) const
+{
+    const QDateTime now = QDateTime::currentDateTime();
+    const RecordingFiles files{recorder.next().root, RecordingFiles::nameFor(name, now)};
+    const QDir folder(files.folder());
+    return files.name != RecordingFiles::nameFor({}, now) && folder.exists() && !folder.isEmpty(QDir::Files);
+}
+
 void ProcessImage::startSaving(bool saveData, bool savePicture, bool saveVideo)
 {
     recorder.start({.data = saveData, .picture = savePicture, .video = saveVideo});

@@ -57,6 +57,9 @@ public:
     [[nodiscard]] int getCaliFrameCount() const { return caliFrameCount; }
     [[nodiscard]] int getSaveFrameTotal() const { return recorder.frameTotal(); }
     [[nodiscard]] int getCurrentRange() const { return currentRange; }
+    /// Whether the log path holds files of a recording of that name already; false for an empty name, which
+    /// becomes the time.
+    [[nodiscard]] bool hasRecording(const QString &name) const;
     [[nodiscard]] bool isSaving() const { return recorder.isRunning(); }
     /// Files of the recording that are missing or not whole, see Recorder.
     [[nodiscard]] int failedFiles() const { return recorder.failedFiles(); }

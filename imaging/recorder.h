@@ -47,6 +47,8 @@ public:
     /// it is stopped.
     void setFrameTotal(int frames) { m_saveFrameTotal = frames; }
 
+    /// Where the next recording goes.
+    [[nodiscard]] const RecordingFiles &next() const { return m_next; }
     [[nodiscard]] int frameTotal() const { return m_saveFrameTotal; }
     [[nodiscard]] bool isRunning() const { return m_savingActive; }
     /// Frames of the recording so far; 0 again after a stop().

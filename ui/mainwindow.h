@@ -97,6 +97,10 @@ private:
     // Settings: the only way to them. A hand edit of the file is seen at the next read.
     [[nodiscard]] QVariant value(const QString &key, const QVariant &defaultValue);
     void setValue(const QString &key, const QVariant &newValue);
+    /// Something was written: looks whether the file took it, once in the next turn of the event loop.
+    void settingsWritten();
+    /// Tells, once, in the log and on the System page, that the file cannot be written.
+    void checkSettings();
 
     // Construction
     void buildNavigation();
@@ -174,7 +178,11 @@ private:
 
     // Save page
     [[nodiscard]] QString parameterSummary() const;
-    void showFailedFiles();
+    void connectSavePage();
+    /// Beside the recording's state, how much of it is stored; what failed is its tool tip too.
+    void showRecordingResult();
+    /// The same place between two recordings: what a press on save would do that may not be meant.
+    void showRecordingHint();
 
     qint32 m_isSampling = 0; ///< 1 while the acquisition runs
     double m_rotation = 0.0; ///< degrees, of every picture shown
@@ -188,6 +196,8 @@ private:
     qint64 m_frameCount = 0;  ///< pictures shown since the acquisition started
     qint64 m_elapsedMs = 0;   ///< time over those pictures
     QSettings m_settings{QStringLiteral("./config.ini"), QSettings::IniFormat};
+    bool m_settingsCheckDue = false;
+    bool m_settingsFailureTold = false;
     std::unique_ptr<Ui::mainwindow> ui;
     D2xxLibrary m_library;         ///< as it was loaded at the start
     PortManager *m_link = nullptr; ///< the one link of the process, which this window makes and ends

@@ -4,6 +4,7 @@
 #include "device/protocol/timing.h"
 #include "ui/parameterkeys.h"
 #include "ui/parameters/adclists.h"
+#include "ui/parameters/storedvalue.h"
 
 #include "ui_developwindow.h"
 
@@ -99,7 +100,7 @@ void developwindow::load()
     }
     for (int number = ParameterKeys::firstVoltage; number <= ParameterKeys::lastField; ++number) {
         if (m_store->contains(ParameterKeys::field(number)))
-            setFieldText(number, m_store->value(ParameterKeys::field(number)).toString());
+            setFieldText(number, storedValue(*m_store, ParameterKeys::field(number)).toString());
     }
 }
 

@@ -71,6 +71,8 @@ mainwindow::mainwindow(QWidget *parent) : QMainWindow(parent), ui(std::make_uniq
 mainwindow::~mainwindow()
 {
     leave();
+    if (m_settingsCheckDue)
+        checkSettings();
     // The pipeline and the link write to the log: the log goes last.
     m_deviceWatcher.reset();
     ui.reset();
@@ -78,17 +80,6 @@ mainwindow::~mainwindow()
     PortManager::destroyInstance();
     m_link = nullptr;
     LogManager::destroyInstance();
-}
-
-QVariant mainwindow::value(const QString &key, const QVariant &defaultValue)
-{
-    m_settings.sync();
-    return m_settings.value(key, defaultValue);
-}
-
-void mainwindow::setValue(const QString &key, const QVariant &newValue)
-{
-    m_settings.setValue(key, newValue);
 }
 
 void mainwindow::buildNavigation()
@@ -176,6 +167,7 @@ void mainwindow::applySettings()
     const QString savePath = value(QStringLiteral("SavePath"), QString()).toString();
     ui->lineEdit_savepath->setText(savePath);
     m_process->setLogPath(savePath);
+    connectSavePage();
 
     ui->radioButton_optional_gear->hide();
     ui->widget_range->hide();
@@ -233,6 +225,7 @@ void mainwindow::squareCorners(bool square)
 
 void mainwindow::on_pushButton_develop_clicked()
 {
+    const auto kept = qScopeGuard([this] { settingsWritten(); }); // which the dialog does as it goes
     developwindow dialog(&m_settings, this);
     m_developDialog = &dialog;
     const auto closed = qScopeGuard([this] { m_developDialog = nullptr; });

@@ -1,5 +1,6 @@
 #include "ui/mainwindow/mainwindow_rules.h"
 
+#include <QCoreApplication>
 #include <QTransform>
 
 namespace MainWindowRules {
@@ -55,6 +56,28 @@ QString clampedFrameCount(const QString &text)
     if (frames < 1)
         return QStringLiteral("1");
     return frames >= 1001 ? QStringLiteral("1000") : text;
+}
+
+QString recordingText(const RecordingResult &result)
+{
+    QString text = QCoreApplication::translate("mainwindow", "%1 of %2 frames stored")
+                       .arg(result.stored)
+                       .arg(result.wanted);
+    if (result.failed == 1)
+        text += QCoreApplication::translate("mainwindow", ", 1 file failed");
+    else if (result.failed > 1)
+        text += QCoreApplication::translate("mainwindow", ", %1 files failed").arg(result.failed);
+    return text;
+}
+
+QString recordingHint(bool anyForm, bool exists)
+{
+    if (!anyForm)
+        return QCoreApplication::translate("mainwindow", "Nothing is ticked: nothing will be saved");
+    if (exists)
+        return QCoreApplication::translate("mainwindow",
+                                           "A recording of this name exists and will be overwritten");
+    return {};
 }
 
 QString parameterSummary(const AcquisitionSettings &settings)

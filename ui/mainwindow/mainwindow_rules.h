@@ -1,5 +1,7 @@
 #pragma once
 
+#include "imaging/recordinglog.h"
+
 #include <QImage>
 #include <QString>
 #include <QVariant>
@@ -31,6 +33,13 @@ enum class DeviceChange { None, Arrival, Removal };
 
 /// What the box for the number of frames shows after an edit: the text, or the limit (1, 1000) it passed.
 [[nodiscard]] QString clampedFrameCount(const QString &text);
+
+/// What a recording has stored so far, or had when it ended: "12 of 50 frames stored, 1 file failed".
+[[nodiscard]] QString recordingText(const RecordingResult &result);
+
+/// What a press on save would do that may not be meant; empty when there is nothing to say. `anyForm`: one of
+/// the forms is ticked. `exists`: a recording of that name does.
+[[nodiscard]] QString recordingHint(bool anyForm, bool exists);
 
 /// What is written beside recorded data.
 struct AcquisitionSettings

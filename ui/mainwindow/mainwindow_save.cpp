@@ -27,6 +27,7 @@ void mainwindow::on_pushButton_savepath_clicked()
     ui->lineEdit_savepath->setText(chosen);
     m_process->setLogPath(chosen);
     setValue(savePathKey, chosen);
+    showRecordingHint();
 }
 
 void mainwindow::on_pushButton_save_clicked()
@@ -45,7 +46,10 @@ void mainwindow::on_pushButton_save_clicked()
     ui->label_savestate->clear();
     if (saveData)
         m_process->writeParameterFile(parameterSummary());
-    showFailedFiles();
+    if (m_process->isSaving())
+        showRecordingResult();
+    else
+        showRecordingHint();
 }
 
 QString mainwindow::parameterSummary() const
@@ -65,20 +69,42 @@ void mainwindow::handleSaveMessage(int index)
 {
     ui->progressBar->setValue(index);
     ui->label_savestate->setText(QStringLiteral("Frame %1").arg(index));
-    showFailedFiles();
+    showRecordingResult();
     if (index != m_process->getSaveFrameTotal())
         return;
     ui->label_savestate->setText(QStringLiteral("Save Success"));
     // Whether the video is whole turns out when the pipeline closes it, right after this.
-    QMetaObject::invokeMethod(this, &mainwindow::showFailedFiles, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, &mainwindow::showRecordingResult, Qt::QueuedConnection);
 }
 
-void mainwindow::showFailedFiles()
+void mainwindow::showRecordingResult()
 {
-    const int failed = m_process->failedFiles();
+    const RecordingResult &result = m_process->recordingResult();
+    const int failed = result.failed;
     QString toolTip;
     if (failed > 0)
         toolTip =
             failed == 1 ? tr("1 file could not be written") : tr("%1 files could not be written").arg(failed);
     ui->label_savestate->setToolTip(toolTip);
+    ui->label_savedetail->setText(MainWindowRules::recordingText(result));
+}
+
+void mainwindow::showRecordingHint()
+{
+    if (m_process->isSaving())
+        return;
+    const bool anyForm = ui->checkBox_data->isChecked() || ui->checkBox_picture->isChecked() ||
+                         ui->checkBox_video->isChecked();
+    const bool exists = m_process->hasRecording(ui->lineEdit_savename->text());
+    ui->label_savestate->setToolTip({});
+    ui->label_savedetail->setText(MainWindowRules::recordingHint(anyForm, exists));
+}
+
+void mainwindow::connectSavePage()
+{
+    for (const QCheckBox *box : {ui->checkBox_data, ui->checkBox_picture, ui->checkBox_video})
+        connect(box, &QCheckBox::toggled, this, &mainwindow::showRecordingHint);
+    for (const QLineEdit *edit : {ui->lineEdit_savename, ui->lineEdit_savepath})
+        connect(edit, &QLineEdit::textChanged, this, &mainwindow::showRecordingHint);
+    showRecordingHint();
 }

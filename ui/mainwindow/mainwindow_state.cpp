@@ -101,7 +101,7 @@ void mainwindow::endRecording()
         return;
     m_process->stopSaving();
     ui->label_savestate->setText(QStringLiteral("Save Stop"));
-    showFailedFiles();
+    showRecordingResult();
 }
 
 void mainwindow::showStateInDialog()

@@ -24,6 +24,13 @@ TEST_F(DevelopStore, missing_keys_leave_the_defaults_of_the_form)
     EXPECT_EQ(dialog.text(35), QString());
 }
 
+TEST_F(DevelopStore, a_text_with_commas_that_was_typed_into_the_file_is_one_text)
+{
+    dialog.folder.write(QStringLiteral("config.ini"), "[General]\nlineEdit_35=1,5,a\n");
+    dialog.open();
+    EXPECT_EQ(dialog.text(35), QStringLiteral("1,5,a"));
+}
+
 TEST_F(DevelopStore, opening_alone_stores_nothing)
 {
     dialog.open();

@@ -140,6 +140,14 @@ TEST(MainWindowRules, a_frame_count_is_held_between_1_and_1000)
         EXPECT_EQ(clampedFrameCount(QString::fromLatin1(typed)), shown) << typed;
 }
 
+TEST(MainWindowRules, a_recording_is_told_by_its_frames_and_what_failed_of_it)
+{
+    EXPECT_EQ(recordingText({.stored = 12, .wanted = 50, .failed = 1}),
+              "12 of 50 frames stored, 1 file failed");
+    EXPECT_EQ(recordingText({.stored = 50, .wanted = 50}), "50 of 50 frames stored");
+    EXPECT_EQ(recordingText({.stored = 2, .wanted = 2, .failed = 7}), "2 of 2 frames stored, 7 files failed");
+}
+
 TEST(MainWindowRules, the_summary_has_a_line_for_each_setting_in_the_shortest_number_format)
 {
     EXPECT_EQ(parameterSummary({QStringLiteral("10nA"), 0.5, -10.0, 15.0, -15.0, 1.25}),

@@ -10,5 +10,9 @@ public:
     static ProcessImage &pipeline(mainwindow &window) { return *window.m_process; }
     static qint64 frameCount(const mainwindow &window) { return window.m_frameCount; }
     static qint64 elapsedMs(const mainwindow &window) { return window.m_elapsedMs; }
+    static void keep(mainwindow &window, const QString &key, const QVariant &value)
+    {
+        window.setValue(key, value);
+    }
     static double rotation(const mainwindow &window) { return window.m_rotation; }
 };

@@ -271,3 +271,98 @@ TEST_F(MainWindowSave, a_path_that_leads_nowhere_goes_on_and_tells_how_many_file
     arm("good", "1", {"checkBox_picture"});
     EXPECT_EQ(find<QLabel>("label_savestate")->toolTip(), "");
 }
+
+TEST_F(MainWindowSave, beside_the_state_stands_how_many_frames_are_stored_and_files_failed)
+{
+    openSampling();
+    ASSERT_TRUE(QDir(folder.path()).mkpath("Logs/run/run_pic2.png"));
+    arm("run", "3", {"checkBox_picture"});
+    EXPECT_EQ(text("label_savedetail"), "0 of 3 frames stored");
+    showFrames(1);
+    EXPECT_EQ(text("label_savedetail"), "1 of 3 frames stored");
+    showFrames(1);
+    EXPECT_EQ(text("label_savestate"), "Frame 2");
+    EXPECT_EQ(text("label_savedetail"), "2 of 3 frames stored, 1 file failed");
+    find<QLineEdit>("lineEdit_savename")->setText("typed meanwhile");
+    EXPECT_EQ(text("label_savedetail"), "2 of 3 frames stored, 1 file failed");
+    showFrames(1);
+    EXPECT_EQ(text("label_savestate"), "Save Success");
+    EXPECT_EQ(text("label_savedetail"), "3 of 3 frames stored, 1 file failed");
+}
+
+TEST_F(MainWindowSave, a_recording_that_ended_early_says_how_far_it_came)
+{
+    openSampling();
+    arm("cut", "5", {"checkBox_picture"});
+    showFrames(2);
+    stop();
+    EXPECT_EQ(text("label_savestate"), "Save Stop");
+    EXPECT_EQ(text("label_savedetail"), "2 of 5 frames stored");
+}
+
+TEST_F(MainWindowSave, before_the_press_it_says_that_nothing_is_ticked)
+{
+    open();
+    const QString nothing = "Nothing is ticked: nothing will be saved";
+    EXPECT_EQ(text("label_savedetail"), nothing);
+    click("checkBox_video");
+    EXPECT_EQ(text("label_savedetail"), "");
+    click("checkBox_video");
+    EXPECT_EQ(text("label_savedetail"), nothing);
+    click("pushButton_save");
+    EXPECT_EQ(text("label_savedetail"), nothing);
+    EXPECT_EQ(text("label_savestate"), "");
+}
+
+TEST_F(MainWindowSave, before_the_press_it_says_that_a_recording_of_that_name_will_be_overwritten)
+{
+    ASSERT_TRUE(QDir(folder.path()).mkpath("one/run"));
+    folder.write("one/run/run_pic1.png", "x");
+    ASSERT_TRUE(QDir(folder.path()).mkpath("two/empty"));
+    const QString overwritten = "A recording of this name exists and will be overwritten";
+    open("SavePath=" + folder.filePath("one").toUtf8() + "\n");
+    click("checkBox_picture");
+    EXPECT_EQ(text("label_savedetail"), "") << "without a name it is the time";
+    auto *name = find<QLineEdit>("lineEdit_savename");
+    name->setText("ru");
+    EXPECT_EQ(text("label_savedetail"), "");
+    name->setText("run");
+    EXPECT_EQ(text("label_savedetail"), overwritten);
+    name->setText("r/un");
+    EXPECT_EQ(text("label_savedetail"), overwritten) << "the name that it gets";
+    chooseFolder(folder.filePath("two"));
+    EXPECT_EQ(text("label_savedetail"), "");
+    name->setText("empty");
+    EXPECT_EQ(text("label_savedetail"), "");
+    chooseFolder(folder.filePath("one"));
+    name->setText("run");
+    EXPECT_EQ(text("label_savedetail"), overwritten);
+}
+
+TEST_F(MainWindowSave, a_name_leads_to_no_other_folder)
+{
+    openSampling();
+    arm("../../out/run. ", "1", {"checkBox_picture"});
+    showFrames(1);
+    EXPECT_TRUE(QFileInfo::exists(folder.filePath("Logs/....outrun/....outrun_pic1.png")));
+    EXPECT_EQ(find<QLineEdit>("lineEdit_savename")->text(), "../../out/run. ");
+}
+
+TEST_F(MainWindowSave, no_text_beside_the_state_moves_the_page_or_is_cut)
+{
+    open();
+    goTo(button("pushButton_save"));
+    auto *detail = find<QLabel>("label_savedetail");
+    QTest::qWait(0);
+    const QRect before = button("pushButton_save")->geometry();
+    const int height = detail->height();
+    for (const char *shown : {"", "Nothing is ticked: nothing will be saved",
+                              "A recording of this name exists and will be overwritten",
+                              "1000 of 1000 frames stored, 3001 files failed"}) {
+        detail->setText(QString::fromUtf8(shown));
+        QCoreApplication::processEvents();
+        EXPECT_EQ(button("pushButton_save")->geometry(), before) << shown;
+        EXPECT_EQ(detail->height(), height) << shown;
+        EXPECT_LE(detail->heightForWidth(detail->width()), height) << shown;
+    }
+}

@@ -108,3 +108,79 @@ TEST_F(MainWindowSettingsFile, without_a_save_path_recordings_lie_beside_the_log
     click("pushButton_save");
     EXPECT_TRUE(QFileInfo(folder.filePath("Logs/run1")).isDir());
 }
+
+TEST_F(MainWindowSettingsFile, a_file_that_cannot_be_written_is_told_once_in_the_log_and_on_the_system_page)
+{
+    ASSERT_TRUE(QDir(folder.path()).mkdir("config.ini"));
+    window = std::make_unique<mainwindow>();
+    window->show();
+    const auto said = [this] {
+        return find<QTextEdit>("textEdit")->toPlainText();
+    };
+    const QString first = said();
+    EXPECT_FALSE(first.contains("config.ini\n"));
+    click("pushButton_set");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return said() != first; }, 5000));
+    EXPECT_TRUE(said().startsWith(first)) << "the library stays the first that is said";
+    EXPECT_TRUE(
+        said().endsWith("The settings could not be written to " + QDir().absoluteFilePath("config.ini")))
+        << qPrintable(said());
+    click("pushButton_set");
+    QCoreApplication::processEvents();
+    EXPECT_EQ(said().count("could not be written"), 1);
+    const QString log = finalLog();
+    EXPECT_EQ(log.count("配置文件写入失败：" + QDir().absoluteFilePath("config.ini")), 1) << qPrintable(log);
+}
+
+TEST_F(MainWindowSettingsFile, a_write_that_is_the_last_before_the_end_is_told_too)
+{
+    ASSERT_TRUE(QDir(folder.path()).mkdir("config.ini"));
+    window = std::make_unique<mainwindow>();
+    MainWindowInspector::keep(*window, "key", "value");
+    EXPECT_TRUE(finalLog().contains("配置文件写入失败"));
+}
+
+TEST_F(MainWindowSettingsFile, what_the_engineering_dialog_could_not_keep_is_told_too)
+{
+    ASSERT_TRUE(QDir(folder.path()).mkdir("config.ini"));
+    window = std::make_unique<mainwindow>();
+    window->show();
+    boxes.onDialog = [](QDialog *dialog) {
+        dialog->reject();
+    };
+    find<QPushButton>("pushButton_develop")->click();
+    EXPECT_TRUE(QTest::qWaitFor(
+        [this] { return find<QTextEdit>("textEdit")->toPlainText().contains("could not be written"); },
+        5000));
+}
+
+TEST_F(MainWindowSettingsFile, a_file_that_takes_what_is_written_is_not_complained_about)
+{
+    folder.write("config.ini", QByteArray(3000, '\xF7'));
+    window = std::make_unique<mainwindow>();
+    window->show();
+    click("pushButton_set");
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(find<QTextEdit>("textEdit")->toPlainText().contains("could not be written"));
+    EXPECT_EQ(stored("lineEdit_32").toString(), "16600");
+    EXPECT_FALSE(finalLog().contains("配置文件写入失败"));
+}
+
+TEST_F(MainWindowSettingsFile, a_path_with_commas_that_was_typed_into_the_file_is_one_path)
+{
+    ASSERT_TRUE(QDir(folder.path()).mkdir("a,b,c"));
+    open("SavePath=" + folder.filePath("a,b,c").toUtf8() + "/\n");
+    EXPECT_EQ(find<QLineEdit>("lineEdit_savepath")->text(), folder.filePath("a,b,c/"));
+    find<QLineEdit>("lineEdit_savename")->setText("run1");
+    click("checkBox_picture");
+    click("pushButton_save");
+    EXPECT_TRUE(QFileInfo(folder.filePath("a,b,c/run1")).isDir());
+}
+
+TEST_F(MainWindowSettingsFile, a_driver_library_with_a_comma_in_its_path_is_found)
+{
+    const QString copy = folder.filePath("a,b.so");
+    ASSERT_TRUE(QFile::copy(QStringLiteral(QV1K_VIRTUAL_LIBRARY), copy));
+    openOn(copy.toUtf8(), {});
+    EXPECT_TRUE(find<QTextEdit>("textEdit")->toPlainText().endsWith("/a,b.so"));
+}
