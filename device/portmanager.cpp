@@ -35,6 +35,14 @@ std::shared_ptr<D2xx> &nextDriver()
     return driver;
 }
 
+/// Links whose thread hangs in a call of the library: when the call comes back, the thread still uses its
+/// link.
+std::vector<PortManager *> &leftBehind()
+{
+    static std::vector<PortManager *> links;
+    return links;
+}
+
 void log(const QString &message)
 {
     LogManager::instance()->writeLog(message);
@@ -62,10 +70,13 @@ void PortManager::createInstance()
 
 void PortManager::destroyInstance()
 {
-    // A thread that hangs in a call of the library still uses the link when the call comes back.
-    if (linkInstance != nullptr && linkInstance->end())
-        delete linkInstance;
-    linkInstance = nullptr;
+    PortManager *link = std::exchange(linkInstance, nullptr);
+    if (link == nullptr)
+        return;
+    if (link->end())
+        delete link;
+    else
+        leftBehind().push_back(link);
 }
 
 PortManager *PortManager::instance()

@@ -7,6 +7,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <atomic>
+
 using d2xx::Status;
 
 namespace {
@@ -270,4 +272,26 @@ TEST_F(SickLink, a_count_of_waiting_bytes_that_cannot_be_true_costs_no_memory)
     fake.push(hex("FFBB01020DEB"));
     EXPECT_EQ(link().wait_for_read(2000, 6), "FFBB01020DEB");
     EXPECT_TRUE(fake.trace().contains(QStringLiteral("Read 67108864")));
+}
+
+TEST_F(SickLink, a_receive_thread_that_hangs_in_a_call_does_not_hold_up_the_end_of_the_program)
+{
+    startReceiving();
+    std::atomic<bool> hangs{false};
+    std::atomic<bool> released{false};
+    fake.setOnWrite([&](const QByteArray &) {
+        hangs = true;
+        while (!released)
+            QThread::yieldCurrentThread();
+    });
+    QThread *thread = link().thread();
+    fake.push(QByteArray(FrameFormat::blockBytes, 'x'));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return hangs.load(); }, 10000));
+    QElapsedTimer timer;
+    timer.start();
+    PortManager::destroyInstance();
+    EXPECT_LT(timer.elapsed(), 8000);
+    EXPECT_EQ(PortManager::instance(), nullptr);
+    released = true;
+    EXPECT_TRUE(thread->wait(10000)) << "it ends with the call";
 }

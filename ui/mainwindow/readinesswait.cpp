@@ -51,6 +51,8 @@ void ReadinessWait::showDialog()
         new QLabel(QObject::tr("The detector is not ready yet. The acquisition starts as soon as it is."));
     auto *cancel = new QPushButton(QObject::tr("Cancel"));
     auto *layout = new QVBoxLayout(m_dialog);
+    layout->setContentsMargins(20, 20, 20, 14);
+    layout->setSpacing(16);
     layout->addWidget(text);
     layout->addWidget(cancel, 0, Qt::AlignRight);
     QObject::connect(cancel, &QPushButton::clicked, m_dialog, &QDialog::reject);
