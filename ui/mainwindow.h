@@ -124,7 +124,7 @@ private:
     void giveUpLostDevice();
 
     // What is told beside the required texts
-    enum class SystemNote { Stream, Settings };
+    enum class SystemNote { Link, Stream, Settings };
     /// A paragraph of the System page below the driver library's; an empty text takes it away.
     void setSystemNote(SystemNote note, const QString &text);
     /// While the stream is silent.

@@ -9,11 +9,18 @@
 #include <QDebug>
 #include <QMessageBox>
 #include <QScopeGuard>
+#include <QTime>
 
 namespace {
 
 /// The detector's fixed device name.
 const QString detectorName = QStringLiteral("QV1K");
+
+QString lossNote()
+{
+    return mainwindow::tr("The connection to the detector was lost at %1.")
+        .arg(QTime::currentTime().toString(QStringLiteral("HH:mm:ss")));
+}
 
 } // namespace
 
@@ -73,6 +80,8 @@ void mainwindow::deviceRemoved()
     fillPortList(serialNumbers);
     if (serialNumbers.isEmpty() || isLost)
         enterDisconnected();
+    if (isLost)
+        setSystemNote(SystemNote::Link, lossNote());
 }
 
 void mainwindow::runFlow(const std::function<void()> &flow)
@@ -93,4 +102,5 @@ void mainwindow::giveUpLostDevice()
         return;
     fillPortList(m_link->listDevices());
     enterDisconnected();
+    setSystemNote(SystemNote::Link, lossNote());
 }

@@ -38,6 +38,7 @@ void mainwindow::enterConnected()
 {
     startStatusTimer();
     ui->pushButton_Connect->setText(disconnectText);
+    setSystemNote(SystemNote::Link, {});
     showStateInDialog();
 }
 

@@ -100,7 +100,9 @@ TEST_F(MainWindowSickLink, a_detector_pulled_out_while_another_bridge_stays_is_g
     ASSERT_TRUE(QTest::qWaitFor([this] { return looksDisconnected(); }, 10000));
     EXPECT_EQ(ports(), QStringList("OTHER"));
     EXPECT_EQ(button("pushButton_sample")->styleSheet(), StyleSheets::playRemoved);
+    EXPECT_TRUE(systemPage().contains("was lost at"));
     expectThatItWorksAgain();
+    EXPECT_FALSE(systemPage().contains("was lost at"));
     EXPECT_TRUE(boxes.isEmpty());
     EXPECT_EQ(finalLog().count(QStringLiteral("设备连接丢失")), 1);
 }
@@ -113,6 +115,7 @@ TEST_F(MainWindowSickLink, a_detector_that_vanishes_without_a_message_is_given_u
     pullOut({"QV1K"});
     ASSERT_TRUE(QTest::qWaitFor([this] { return looksDisconnected(); }, 4000));
     EXPECT_EQ(ports(), QStringList("QV1K"));
+    EXPECT_TRUE(systemPage().contains("was lost at"));
     expectThatItWorksAgain();
     EXPECT_TRUE(boxes.isEmpty());
     EXPECT_EQ(finalLog().count(QStringLiteral("设备连接丢失")), 1);
