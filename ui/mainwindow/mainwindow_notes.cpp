@@ -7,6 +7,8 @@
 
 void mainwindow::setSystemNote(SystemNote note, const QString &text)
 {
+    if (m_systemNotes.value(note) == text)
+        return; // what the operator reads or has selected there stays as it is
     if (text.isEmpty())
         m_systemNotes.remove(note);
     else
