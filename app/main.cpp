@@ -6,6 +6,7 @@
 #include "ui/mainwindow/stylesheets.h"
 
 #include <QApplication>
+#include <QSessionManager>
 
 namespace {
 
@@ -32,6 +33,11 @@ int run(QApplication &application)
         window.close();
         QApplication::exit(); // from within a dialog too
     });
+    QObject::connect(&application, &QGuiApplication::commitDataRequest, &window,
+                     [&window](QSessionManager &session) {
+                         if (session.allowsInteraction() && !window.agreesToClose())
+                             session.cancel();
+                     });
     window.show();
     return QApplication::exec();
 }

@@ -25,14 +25,6 @@ QByteArray askForReadiness(PortManager &link)
     return Exchange::run(link, CommandFrame::readinessQuery(), {replyTimeoutMs});
 }
 
-/// Of a detector that streams though nobody receives.
-void endStream(PortManager &link)
-{
-    link.write(CommandFrame::haltAcquisition());
-    link.dropWaiting(endOfStreamMs);
-    link.setMayBeStreaming(false);
-}
-
 } // namespace
 
 namespace Conversation {
@@ -45,7 +37,15 @@ std::optional<int> batteryLevel(PortManager &link)
 
 bool selectTestPattern(PortManager &link, int pattern)
 {
-    return isEchoed(link, CommandFrame::testPattern(pattern));
+    const QByteArray command = CommandFrame::testPattern(pattern);
+    const QByteArray reply = Exchange::run(link, command, {replyTimeoutMs});
+    if (!reply.isEmpty())
+        link.setMayBeStreaming(false);
+    else if (link.mayBeStreaming())
+        haltIfStreaming(link);
+    else
+        link.setMayBeStreaming(true);
+    return AckFrame::echoes(reply, command);
 }
 
 bool isReady(PortManager &link)
@@ -63,9 +63,10 @@ bool waitUntilReady(PortManager &link, const std::function<bool()> &rest)
         if (AckFrame::isReady(reply))
             return true;
         silent = reply.isEmpty() ? silent + 1 : 0;
-        if (silent >= toleratedSilence && !wasHalted && !link.isLost()) {
+        if (silent >= toleratedSilence && !wasHalted) {
             wasHalted = true;
-            endStream(link);
+            link.setMayBeStreaming(true);
+            haltIfStreaming(link);
         }
         if (!rest())
             return false;
@@ -77,6 +78,15 @@ bool start(PortManager &link)
     const bool isStarted = isEchoed(link, CommandFrame::startAcquisition());
     link.setMayBeStreaming(!isStarted);
     return isStarted;
+}
+
+void haltIfStreaming(PortManager &link)
+{
+    if (!link.mayBeStreaming() || link.isLost())
+        return;
+    link.write(CommandFrame::haltAcquisition());
+    link.dropWaiting(endOfStreamMs);
+    link.setMayBeStreaming(false);
 }
 
 void beginReceiving(PortManager &link)

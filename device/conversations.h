@@ -14,7 +14,8 @@ namespace Conversation {
 /// Battery charge in percent; none when there was no answer at all. 0.5 s.
 [[nodiscard]] std::optional<int> batteryLevel(PortManager &link);
 
-/// Asks for test pattern 1 to 5; true when the detector echoes it. 5 s.
+/// Asks for test pattern 1 to 5; true when the detector echoes it. 5 s. Silence makes it doubtful whether the
+/// detector streams; silence again, and it is told to halt.
 [[nodiscard]] bool selectTestPattern(PortManager &link, int pattern);
 
 /// Asks once whether the detector is ready. 5 s.
@@ -30,6 +31,10 @@ namespace Conversation {
 
 /// Sends the start command; true when the detector echoes it. 5 s.
 [[nodiscard]] bool start(PortManager &link);
+
+/// Tells a detector to halt that may be streaming though nobody receives, and drops what arrives within 0.5
+/// s; nothing without such a doubt (PortManager::mayBeStreaming()), or when the device is lost.
+void haltIfStreaming(PortManager &link);
 
 /// Lets the receive thread go and asks for the first block. Does not block.
 void beginReceiving(PortManager &link);

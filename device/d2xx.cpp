@@ -17,6 +17,20 @@ Status leaveBehind()
     return Status::OtherError;
 }
 
+/// On a thread of its own: a library may hang in this call too.
+Status closeWithin(Close *close, Handle handle, std::chrono::steady_clock::time_point deadline)
+{
+    std::future<Status> result;
+    try {
+        std::packaged_task<Status()> closing([=] { return close(handle); });
+        result = closing.get_future();
+        std::thread(std::move(closing)).detach();
+    } catch (const std::exception &) {
+        return close(handle); // no thread to be had
+    }
+    return result.wait_until(deadline) == std::future_status::ready ? result.get() : leaveBehind();
+}
+
 } // namespace
 
 // Counted in before the handle is compared, and the handle taken back before the count is awaited: of a
@@ -73,11 +87,7 @@ Status D2xx::close(Handle handle)
             return leaveBehind();
         std::this_thread::yield();
     }
-    // On a thread of its own: a library may hang in this call too.
-    std::packaged_task<Status()> closing([call = m_functions.close, handle] { return call(handle); });
-    std::future<Status> result = closing.get_future();
-    std::thread(std::move(closing)).detach();
-    return result.wait_until(deadline) == std::future_status::ready ? result.get() : leaveBehind();
+    return closeWithin(m_functions.close, handle, deadline);
 }
 
 Status D2xx::resetDevice(Handle handle)

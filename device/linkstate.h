@@ -18,7 +18,8 @@
 /// | idle       | set      | true     | any      | any             | polls without reading                |
 /// | receiving  | set      | false    | false    | false           | reads and requests blocks            |
 /// | slow start | set      | false    | true     | false           | the same, one pass per 100 ms        |
-/// | stopping   | set      | false    | any      | true            | reads on, halts at the next boundary |
+/// | stopping   | set      | false    | any      | true            | reads on, halts at a boundary or in
+/// silence |
 ///
 /// Before the first start m_halted may be false: there is no loop yet. A slow start comes of a pause before
 /// the first start, which outlasts it. An open that failed leaves in m_handle what the library left there, an

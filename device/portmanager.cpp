@@ -39,8 +39,8 @@ std::shared_ptr<D2xx> &nextDriver()
 /// link.
 std::vector<PortManager *> &leftBehind()
 {
-    static std::vector<PortManager *> links;
-    return links;
+    static auto *links = new std::vector<PortManager *>; // never deleted: their threads may outlive main()
+    return *links;
 }
 
 void log(const QString &message)
@@ -295,6 +295,7 @@ void PortManager::settle()
 
 void PortManager::halt()
 {
+    m_state.m_stopRequested = true; // a pass that is under way requests no block behind the halt
     if (m_state.takeHalt())
         write(CommandFrame::haltAcquisition());
 }

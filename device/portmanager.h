@@ -57,7 +57,8 @@ public:
     /// the first start outlasts that start.
     void pauseReceive();
 
-    /// Asks the receive loop to halt the detector at the next block boundary and then to emit stop().
+    /// Asks the receive loop to halt the detector at the next block boundary, or after 5 s of silence, and
+    /// then to emit stop().
     void requestStop() { m_state.m_stopRequested = true; }
 
     /// Ends the reading at once and tells the detector to halt, unless the receive loop has done that by now;
@@ -80,16 +81,16 @@ public:
     /// nothing is being received.
     void dropWaiting(int durationMs = 0);
 
-    /// A start was sent and not confirmed: the detector may be streaming all the same. Until the next word on
-    /// it, and until the device is opened or closed.
+    /// A start was sent and not confirmed, or a command met with silence: the detector may be streaming all
+    /// the same. Until the next word on it, and until the device is opened or closed.
     [[nodiscard]] bool mayBeStreaming() const { return m_mayBeStreaming; }
     void setMayBeStreaming(bool mayBe) { m_mayBeStreaming = mayBe; }
 
-    /// The open device is gone; only closing it helps. Told by lost() too. Any thread.
+    /// The open device is gone; only closing it helps. Any thread.
     [[nodiscard]] bool isLost() const { return m_state.m_lost; }
 
     /// Asks the open device for its status, once; true when it cannot be had, and the device is lost by that
-    /// or was before. Without a device false.
+    /// or was before. Without a device false. Does not emit lost().
     bool checkLost();
 
 Q_SIGNALS:

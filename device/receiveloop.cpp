@@ -5,7 +5,6 @@
 
 #include <QThread>
 
-#include <exception>
 #include <utility>
 
 using namespace d2xx;
@@ -41,12 +40,23 @@ void ReceiveLoop::run()
     while (!QThread::currentThread()->isInterruptionRequested()) {
         try {
             pass();
-        } catch (const std::exception &exception) {
-            log(QStringLiteral("串口接收线程异常：%1").arg(QString::fromLocal8Bit(exception.what())));
-            QThread::msleep(restMs);
+        } catch (...) {
+            passFailed();
         }
     }
     log(QStringLiteral("串口接收线程结束"));
+}
+
+/// In a memory that is full even the line may be too much: what matters is that a stop still ends.
+void ReceiveLoop::passFailed()
+{
+    try {
+        log(m_exceptions.failed(m_clock.elapsed()));
+        judge(m_watch.quiet(m_clock.elapsed(), m_heldBack, m_state.m_stopRequested));
+    } catch (...) {
+        m_assembler.restart();
+    }
+    QThread::msleep(restMs);
 }
 
 // The order in which the flags are looked at is told in device/linkstate.h.
@@ -87,6 +97,7 @@ void ReceiveLoop::takeStart()
     if (!m_state.m_restarted.exchange(false))
         return;
     m_watch.begin(m_clock.elapsed());
+    log(m_failedReads.succeeded());
     if (!m_state.m_closed.exchange(false))
         return;
     m_assembler.restart();
@@ -104,8 +115,12 @@ void ReceiveLoop::receive(quint32 waiting)
     }
     m_assembler.keep(static_cast<qsizetype>(*bytesRead));
     log(m_failedReads.succeeded());
-    if (*bytesRead > 0)
+    if (*bytesRead > 0) {
         judge(m_watch.arrived(m_clock.elapsed()));
+        return;
+    }
+    judge(m_watch.quiet(m_clock.elapsed(), m_heldBack, m_state.m_stopRequested));
+    QThread::msleep(idlePassMs);
 }
 
 void ReceiveLoop::readFailed()

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "device/blockassembler.h"
-#include "device/failedreads.h"
 #include "device/framebuffers.h"
 #include "device/linkstate.h"
+#include "device/repeatedfailures.h"
 #include "device/streamwatch.h"
 
 #include <QElapsedTimer>
@@ -19,7 +19,7 @@
 ///
 /// A stream that falls silent is told, a stop that no byte follows is carried out all the same, and a device
 /// whose status cannot be had any more is given up: see StreamWatch. An exception ends the pass in which it
-/// came, and is logged.
+/// came, is logged, and counts as silence.
 class ReceiveLoop
 {
 public:
@@ -46,6 +46,7 @@ private:
     void takeStart();
     void receive(quint32 waiting);
     void readFailed();
+    void passFailed();
     void judge(StreamWatch::Event event);
     void handleBlockBoundary();
     void handOnFrame();
@@ -58,7 +59,8 @@ private:
     d2xx::Handle m_handle = nullptr; ///< of the current pass
     QElapsedTimer m_clock;
     StreamWatch m_watch;
-    FailedReads m_failedReads;
+    RepeatedFailures m_failedReads{QStringLiteral("串口线程接收数据失败")};
+    RepeatedFailures m_exceptions{QStringLiteral("串口接收线程异常")};
     BlockAssembler m_assembler;
     FrameBuffers m_buffers;
     /// By counter; made once, not per block.

@@ -137,7 +137,12 @@ void Recorder::end()
     m_result.wanted = m_saveFrameTotal;
     RecordingLog::ended(m_files, m_result);
     m_flushing.start([files = m_files, forms = m_forms, frames = m_result.stored] {
-        DiskFlush::flush(files, forms, frames);
+        const QString failure = guardedFile(files.folder(), [&] {
+            DiskFlush::flush(files, forms, frames);
+            return QString();
+        });
+        if (!failure.isEmpty())
+            reportFailure(failure);
     });
 }
 

@@ -7,10 +7,15 @@
 
 namespace {
 
-/// What some system does not take in the name of a file, or takes for the way to it.
+/// What the system does not take in the name of a file, and what any takes for the way to it.
 bool isRefused(QChar character)
 {
-    return character.category() == QChar::Other_Control || QStringLiteral("<>:\"/\\|?*").contains(character);
+#ifdef Q_OS_WIN
+    const QString refused = QStringLiteral("<>:\"/\\|?*");
+#else
+    const QString refused = QStringLiteral("/\\");
+#endif
+    return character.category() == QChar::Other_Control || refused.contains(character);
 }
 
 /// Windows takes these for devices, in any case and with any ending.
@@ -31,8 +36,10 @@ bool isReserved(const QString &name)
 QString cleaned(QString name)
 {
     name.removeIf(isRefused);
-    while (name.endsWith(u'.') || name.endsWith(u' '))
+#ifdef Q_OS_WIN
+    while (name.endsWith(u'.') || name.endsWith(u' ')) // the system would leave them out
         name.chop(1);
+#endif
     const bool says = std::any_of(name.cbegin(), name.cend(),
                                   [](QChar character) { return character != u'.' && !character.isSpace(); });
     if (!says)

@@ -4,11 +4,13 @@
 
 #include <array>
 #include <atomic>
+#include <cerrno>
 #include <csignal>
 
 #ifdef Q_OS_WIN
 #include <qt_windows.h>
 #else
+#include <fcntl.h>
 #include <unistd.h>
 #endif
 
@@ -32,11 +34,15 @@ namespace {
 std::atomic<TerminationSignals *> listener{nullptr};
 
 /// Called by the system on a thread of its own.
-BOOL WINAPI onConsoleEvent(DWORD)
+BOOL WINAPI onConsoleEvent(DWORD event)
 {
     note(SIGINT);
     if (TerminationSignals *told = listener)
         QMetaObject::invokeMethod(told, &TerminationSignals::requested, Qt::QueuedConnection);
+    // After these the system ends the process as soon as this returns; it gives it some seconds if it does
+    // not.
+    if (event == CTRL_CLOSE_EVENT || event == CTRL_LOGOFF_EVENT || event == CTRL_SHUTDOWN_EVENT)
+        Sleep(INFINITE);
     return TRUE;
 }
 
@@ -66,10 +72,12 @@ std::array<int, 2> wakeUp{-1, -1};
 
 void onSignal(int signal)
 {
+    const int before = errno;
     note(signal);
     const char byte = 0;
-    if (write(wakeUp[1], &byte, 1) < 0)
-        return; // full: the event loop wakes up anyway
+    // A pipe that is full wakes the event loop up anyway.
+    [[maybe_unused]] const auto written = write(wakeUp[1], &byte, 1);
+    errno = before;
 }
 
 } // namespace
@@ -80,7 +88,7 @@ struct TerminationSignals::Handlers
 
     explicit Handlers(TerminationSignals *owner)
     {
-        if (pipe(wakeUp.data()) != 0)
+        if (pipe2(wakeUp.data(), O_CLOEXEC | O_NONBLOCK) != 0)
             return; // they end the process at once, as without this
         notifier = std::make_unique<QSocketNotifier>(wakeUp[0], QSocketNotifier::Read);
         connect(notifier.get(), &QSocketNotifier::activated, owner, [owner] {
@@ -94,8 +102,12 @@ struct TerminationSignals::Handlers
         action.sa_handler = &onSignal;
         action.sa_flags = SA_RESTART;
         sigemptyset(&action.sa_mask);
-        for (std::size_t i = 0; i < numbers.size(); ++i)
-            sigaction(numbers[i], &action, &before[i]);
+        for (std::size_t i = 0; i < numbers.size(); ++i) {
+            sigaction(numbers[i], nullptr, &before[i]);
+            // Ignored by whoever started the process (nohup, a script's background job): then it stays so.
+            if (before[i].sa_handler != SIG_IGN)
+                sigaction(numbers[i], &action, nullptr);
+        }
     }
     ~Handlers()
     {

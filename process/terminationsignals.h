@@ -4,11 +4,9 @@
 
 #include <memory>
 
-class QSocketNotifier;
-
 /// While it lives the system's requests to end (SIGINT, SIGTERM, SIGHUP; on Windows Ctrl+C, Ctrl+Break and
-/// the closing of the console) do not end the process but are told, so that it can end in good order. One at
-/// a time; lives on the main thread.
+/// the closing of the console) do not end the process but are told, so that it can end in good order. Those
+/// that were ignored when the process was started stay ignored. One at a time; lives on the main thread.
 class TerminationSignals : public QObject
 {
     Q_OBJECT

@@ -109,8 +109,10 @@ AcquisitionRun::Result AcquisitionRun::acquire()
         return {QString::fromLatin1(outputClosed), ExitStatus::failed};
     for (const auto step : {&AcquisitionRun::openDetector, &AcquisitionRun::waitUntilReady,
                             &AcquisitionRun::startDetector, &AcquisitionRun::receiveFrames}) {
-        if (Result result = (this->*step)(); !result.problem.isEmpty())
+        if (Result result = (this->*step)(); !result.problem.isEmpty()) {
+            Conversation::haltIfStreaming(m_link); // there is no next try that would find it out
             return result;
+        }
     }
     return reportFrames();
 }

@@ -42,9 +42,13 @@ class mainwindow : public QMainWindow, public QAbstractNativeEventFilter
 
 public:
     explicit mainwindow(QWidget *parent = nullptr);
-    /// Ends the receive thread and the log; waits for both, about a second.
+    /// Ends the receive thread and the log; waits for both, about a second, and for what a recording still
+    /// has to bring to the disk. When a call of the driver library hangs, 4 s more.
     ~mainwindow() override;
     Q_DISABLE_COPY_MOVE(mainwindow)
+
+    /// For a close that comes from outside: asks the operator while an acquisition or a recording runs.
+    [[nodiscard]] bool agreesToClose();
 
     /// Sees the device-change messages of Windows; handles no message for good.
     bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;

@@ -27,10 +27,10 @@ inline constexpr int wordBytes = 4; ///< of timing and EEPROM
 [[nodiscard]] QByteArray setVoltages(const QList<int> &codes);
 /// Four bytes a word; see Timing::toWire().
 [[nodiscard]] QByteArray setTiming(const QList<qint32> &words);
-/// Four bytes a word.
 /// One EEPROM word as it goes over the cable: its signed number in hexadecimal, so that words of 2147483648
 /// and more arrive as others.
 [[nodiscard]] QByteArray eepromWord(quint32 word);
+/// Four bytes a word.
 [[nodiscard]] QByteArray sendEeprom(const QList<quint32> &words);
 
 } // namespace ParameterPacket

@@ -149,7 +149,10 @@ TEST_F(SickLink, a_device_that_is_idle_is_not_given_up_by_the_loop)
     startReceiving();
     link().halt();
     fake.setStatusResult(Status::IoError);
-    EXPECT_FALSE(lost.wait(1500));
+    const int looks = fake.statusCalls();
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return fake.statusCalls() > looks + 1200; }, 20000)); // one a millisecond
+    EXPECT_EQ(lost.count(), 0);
 }
 
 TEST_F(SickLink, a_stream_that_falls_silent_is_told_and_so_is_its_next_byte)
@@ -188,6 +191,25 @@ TEST_F(SickLink, a_stop_is_carried_out_also_when_every_read_fails)
     link().requestStop();
     ASSERT_TRUE(stops.wait(15000));
     EXPECT_EQ(fake.written().last(), halt);
+}
+
+TEST_F(SickLink, a_stop_is_carried_out_also_when_the_status_promises_bytes_that_no_read_brings)
+{
+    startReceiving();
+    fake.setWaitingTold(1);
+    link().requestStop();
+    ASSERT_TRUE(stops.wait(15000));
+    EXPECT_EQ(fake.written().last(), halt);
+}
+
+TEST_F(SickLink, a_pattern_that_meets_with_silence_twice_halts_a_detector_that_may_be_streaming)
+{
+    const QByteArray pattern = CommandFrame::testPattern(1);
+    EXPECT_FALSE(Conversation::selectTestPattern(link(), 1));
+    EXPECT_EQ(fake.written(), QByteArrayList{pattern});
+    EXPECT_FALSE(Conversation::selectTestPattern(link(), 1));
+    EXPECT_EQ(fake.written(), QByteArrayList({pattern, pattern, halt}));
+    EXPECT_FALSE(link().mayBeStreaming());
 }
 
 TEST_F(SickLink, reads_that_keep_failing_are_made_ten_times_a_second)

@@ -45,6 +45,14 @@ TEST(TerminationOnce, the_first_of_several_requests_counts)
     EXPECT_EQ(TerminationSignals::received(), SIGTERM);
 }
 
+TEST(TerminationOnce, what_was_ignored_before_stays_ignored)
+{
+    std::signal(SIGHUP, SIG_IGN);
+    const TerminationSignals termination;
+    std::raise(SIGHUP);
+    EXPECT_EQ(TerminationSignals::received(), 0);
+}
+
 TEST(TerminationOnce, without_a_request_nothing_ends)
 {
     const TerminationSignals termination;

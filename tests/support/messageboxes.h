@@ -42,6 +42,8 @@ public:
     }
 
     std::function<void(QDialog *)> onDialog;
+    /// Called while a message box stands there, before it is answered.
+    std::function<void()> onBox;
 
 private:
     void look()
@@ -59,6 +61,8 @@ private:
 
     void answer(QMessageBox &box)
     {
+        if (onBox)
+            onBox();
         auto *defaultButton = qobject_cast<QPushButton *>(box.defaultButton());
         m_boxes.append({box.windowTitle(), box.text(), box.icon(), box.standardButtons(),
                         defaultButton ? box.standardButton(defaultButton) : QMessageBox::NoButton});

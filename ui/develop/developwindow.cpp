@@ -61,6 +61,7 @@ void developwindow::setConnected(bool isConnected)
 {
     ui->label_connection->setText(
         isConnected ? QString() : tr("No detector is connected: nothing that is sent arrives."));
+    ui->label_connection->setVisible(!isConnected);
 }
 
 void developwindow::noteLargeWords()

@@ -96,10 +96,12 @@ void mainwindow::runFlow(const std::function<void()> &flow)
 
 void mainwindow::giveUpLostDevice()
 {
+    if (!isConnected() || !m_link->isLost())
+        return;
     if (m_readinessWait)
         m_readinessWait->end();
-    if (m_flows > 0 || !isConnected() || !m_link->isLost())
-        return;
+    if (m_flows > 0)
+        return; // it comes here when it is through
     fillPortList(m_link->listDevices());
     enterDisconnected();
     setSystemNote(SystemNote::Link, lossNote());

@@ -20,6 +20,12 @@ bool mainwindow::confirmsExit()
                                  QMessageBox::Yes | QMessageBox::No, QMessageBox::No) == QMessageBox::Yes;
 }
 
+bool mainwindow::agreesToClose()
+{
+    const bool isRunning = m_isSampling == 1 || m_process->isSaving();
+    return !isRunning || confirmsExit();
+}
+
 void mainwindow::closeEvent(QCloseEvent *event)
 {
     if (m_readinessWait) {
@@ -29,8 +35,7 @@ void mainwindow::closeEvent(QCloseEvent *event)
         event->ignore();
         return;
     }
-    const bool isRunning = m_isSampling == 1 || m_process->isSaving();
-    if (event->spontaneous() && isRunning && !confirmsExit()) {
+    if (event->spontaneous() && !agreesToClose()) {
         event->ignore();
         return;
     }

@@ -30,6 +30,7 @@ void mainwindow::on_pushButton_sample_clicked()
         QCoreApplication::processEvents();
         return;
     }
+    m_closeAfterWait = false;
     runFlow([this] { startAcquisition(); });
     // A close during the wait for readiness had to wait for this.
     if (std::exchange(m_closeAfterWait, false))
@@ -38,6 +39,8 @@ void mainwindow::on_pushButton_sample_clicked()
 
 void mainwindow::startAcquisition()
 {
+    const auto usable =
+        qScopeGuard([this] { ui->pushButton_sample->setEnabled(true); }); // whatever is thrown
     m_process->setContrastRatio(ui->doubleSpinBox_contrast->value());
     if (requestTestPattern() && waitUntilReady() && startDetector())
         enterSampling();
@@ -87,8 +90,8 @@ void mainwindow::handleStop()
     if (!isConnected())
         return;
     runFlow([this] {
+        const auto idle = qScopeGuard([this] { enterIdle(); }); // whatever is thrown
         Conversation::confirmHalt(*m_link);
         check_lower_computer_status();
-        enterIdle();
     });
 }

@@ -30,6 +30,7 @@ bool ReadinessWait::rest()
     QTimer::singleShot(restMs, &m_loop, &QEventLoop::quit);
     QTimer dialogDue;
     dialogDue.setSingleShot(true);
+    dialogDue.setTimerType(Qt::PreciseTimer); // a coarse one may be early
     QObject::connect(&dialogDue, &QTimer::timeout, &dialogDue, [this] { showDialog(); });
     if (!m_dialog)
         dialogDue.start(static_cast<int>(qMax(qint64{0}, dialogAfterMs - m_clock.elapsed())));

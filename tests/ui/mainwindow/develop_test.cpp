@@ -75,7 +75,9 @@ TEST_F(MainWindowDevelop, a_command_to_a_dead_handle_gives_the_device_up_behind_
                   detector.link.setStatusResult(d2xx::Status::IoError);
                   commandButton(dialog).click();
               },
-              [](QDialog &dialog) { EXPECT_FALSE(connectionLine(dialog).isEmpty()); }});
+              [](QDialog &dialog) {
+                  EXPECT_FALSE(connectionLine(dialog).isEmpty());
+              }});
     EXPECT_EQ(button("pushButton_Connect")->text(), "Connect");
     EXPECT_TRUE(boxes.isEmpty());
 }
@@ -90,8 +92,9 @@ TEST_F(MainWindowDevelop, clicks_that_queued_up_during_an_exchange_are_not_carri
             detector.link.setOnWrite({});
             auto *other = getChild<QPushButton>(dialog, "pushButton_set_mode");
             for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease})
-                QCoreApplication::postEvent(other, new QMouseEvent(type, {5, 5}, other->mapToGlobal(QPointF{5, 5}),
-                                                                   Qt::LeftButton, Qt::LeftButton, {}));
+                QCoreApplication::postEvent(other,
+                                            new QMouseEvent(type, {5, 5}, other->mapToGlobal(QPointF{5, 5}),
+                                                            Qt::LeftButton, Qt::LeftButton, {}));
             detector.link.push(hex("FFBB01010DEB"));
         });
         commandButton(dialog).click();

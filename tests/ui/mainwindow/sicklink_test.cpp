@@ -107,13 +107,23 @@ TEST_F(MainWindowSickLink, a_detector_pulled_out_while_another_bridge_stays_is_g
     EXPECT_EQ(finalLog().count(QStringLiteral("设备连接丢失")), 1);
 }
 
+TEST_F(MainWindowSickLink,
+       an_idle_detector_pulled_out_while_another_bridge_stays_is_given_up_with_its_message)
+{
+    openConnected();
+    pullOut({"OTHER"});
+    ForwardLibrary::reportDeviceEvent(false);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return looksDisconnected(); }, 10000));
+    EXPECT_EQ(ports(), QStringList("OTHER"));
+}
+
 TEST_F(MainWindowSickLink, a_detector_that_vanishes_without_a_message_is_given_up_after_a_second)
 {
     openSampling();
     showFrames(1);
     click("pushButton_sample"); // also while it is being stopped
     pullOut({"QV1K"});
-    ASSERT_TRUE(QTest::qWaitFor([this] { return looksDisconnected(); }, 4000));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return looksDisconnected(); }, 10000));
     EXPECT_EQ(ports(), QStringList("QV1K"));
     EXPECT_TRUE(systemPage().contains("was lost at"));
     expectThatItWorksAgain();
@@ -153,6 +163,9 @@ TEST_F(MainWindowSickLink, a_download_on_a_dead_handle_first_shows_its_message)
 {
     openConnected();
     pullOut({});
+    boxes.onBox = [this] {
+        EXPECT_EQ(button("pushButton_Connect")->text(), "Disconnect") << "not yet";
+    };
     click("pushButton_set");
     ASSERT_EQ(boxes.boxes().size(), 1);
     EXPECT_EQ(boxes.last().text, "set time sequence fail");

@@ -1,4 +1,4 @@
-#include "device/failedreads.h"
+#include "device/repeatedfailures.h"
 
 #include <gtest/gtest.h>
 
@@ -14,7 +14,7 @@ protected:
             EXPECT_EQ(reads.failed(1000), QStringLiteral("串口线程接收数据失败"));
     }
 
-    FailedReads reads;
+    RepeatedFailures reads{QStringLiteral("串口线程接收数据失败")};
 };
 
 } // namespace
