@@ -46,7 +46,8 @@ has_manager() { xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'wind
 wait_for has_manager
 
 start_program() {
-    "$program" >program.log 2>&1 &
+    # A shell has what it starts in the background ignore SIGINT, and the program heeds that.
+    env --default-signal "$program" >program.log 2>&1 &
     program_pid=$!
     pids+=("$program_pid")
     wait_for is_shown

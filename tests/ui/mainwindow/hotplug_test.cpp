@@ -24,15 +24,6 @@ protected:
     }
 
     [[nodiscard]] qsizetype lists() const { return detector.link.calls().count("CreateDeviceInfoList"); }
-
-    [[nodiscard]] QStringList ports() const
-    {
-        QStringList texts;
-        const auto *box = find<QComboBox>("comboBox_port");
-        for (int i = 0; i < box->count(); ++i)
-            texts << box->itemText(i);
-        return texts;
-    }
 };
 
 TEST_F(MainWindowHotPlug, plugging_in_replaces_the_port_list_by_the_detectors_fixed_name)

@@ -342,10 +342,10 @@ TEST_F(MainWindowSave, before_the_press_it_says_that_a_recording_of_that_name_wi
 TEST_F(MainWindowSave, a_name_leads_to_no_other_folder)
 {
     openSampling();
-    arm("../../out/run. ", "1", {"checkBox_picture"});
+    arm("../../out/run", "1", {"checkBox_picture"});
     showFrames(1);
     EXPECT_TRUE(QFileInfo::exists(folder.filePath("Logs/....outrun/....outrun_pic1.png")));
-    EXPECT_EQ(find<QLineEdit>("lineEdit_savename")->text(), "../../out/run. ");
+    EXPECT_EQ(find<QLineEdit>("lineEdit_savename")->text(), "../../out/run");
 }
 
 TEST_F(MainWindowSave, no_text_beside_the_state_moves_the_page_or_is_cut)

@@ -28,15 +28,6 @@ protected:
                !statusTimer().isActive() && button("pushButton_set")->isEnabled() && !detector.link.isOpen();
     }
 
-    [[nodiscard]] QStringList ports() const
-    {
-        QStringList texts;
-        const auto *box = find<QComboBox>("comboBox_port");
-        for (int i = 0; i < box->count(); ++i)
-            texts << box->itemText(i);
-        return texts;
-    }
-
     [[nodiscard]] QString systemPage() const { return find<QTextEdit>("textEdit")->toPlainText(); }
 
     /// The way to a picture that the operator would go now.

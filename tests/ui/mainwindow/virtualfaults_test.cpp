@@ -34,15 +34,6 @@ protected:
         EXPECT_FALSE(MainWindowInspector::statusTimer(*window).isActive());
     }
 
-    [[nodiscard]] QStringList ports() const
-    {
-        QStringList texts;
-        const auto *box = find<QComboBox>("comboBox_port");
-        for (int i = 0; i < box->count(); ++i)
-            texts << box->itemText(i);
-        return texts;
-    }
-
     void waitForPort(const QString &only)
     {
         ASSERT_TRUE(QTest::qWaitFor([&] { return ports() == QStringList{only}; }, soon))

@@ -55,6 +55,16 @@ protected:
     [[nodiscard]] QString text(const char *label) const { return find<QLabel>(label)->text(); }
     [[nodiscard]] ProcessImage &pipeline() const { return MainWindowInspector::pipeline(*window); }
 
+    /// The serial numbers that are offered.
+    [[nodiscard]] QStringList ports() const
+    {
+        QStringList texts;
+        const auto *box = find<QComboBox>("comboBox_port");
+        for (int i = 0; i < box->count(); ++i)
+            texts << box->itemText(i);
+        return texts;
+    }
+
     /// Goes to the widget's page, as the navigation list does.
     void goTo(const QWidget *widget)
     {
