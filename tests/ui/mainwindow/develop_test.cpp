@@ -9,7 +9,7 @@ protected:
     /// Opens the dialog by its button and has each of these steps taken in it, one after the other.
     void inDialog(QList<std::function<void(QDialog &)>> steps)
     {
-        boxes.onDialog = [this, steps](QDialog *dialog) mutable {
+        boxes.onDialog = [steps](QDialog *dialog) mutable {
             if (steps.isEmpty())
                 dialog->accept();
             else
