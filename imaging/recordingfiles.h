@@ -24,8 +24,9 @@ struct RecordingFiles
     [[nodiscard]] QString folder() const { return (root.endsWith(u'/') ? root : root + u'/') + name + u'/'; }
 
     /// Name of a recording for which `typed` was asked: that, without path separators, control characters and
-    /// what the system takes in no name (Windows: <>:"|?*, dots and blanks at its end), and with "_" before the
-    /// name of a device of Windows (CON, COM1, ...). `now` as "yyyyMMdd_hhmmss" when nothing but dots and blanks is left.
+    /// what the system takes in no name (Windows: <>:"|?*, dots and blanks at its end), and with "_" before
+    /// the name of a device of Windows (CON, COM1, ...). `now` as "yyyyMMdd_hhmmss" when nothing but dots and
+    /// blanks is left.
     [[nodiscard]] static QString nameFor(const QString &typed, const QDateTime &now);
 
     [[nodiscard]] QString data(int frame) const
