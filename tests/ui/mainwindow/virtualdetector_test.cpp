@@ -40,7 +40,7 @@ TEST_F(MainWindowOnVirtualDetector, pictures_come_at_the_pace_of_the_timing_and_
     waitForPictures(10);
     // One picture per 0.1581044 s; a busy computer may be late, nothing can be early.
     const double rate = framesPerSecond();
-    EXPECT_GT(rate, 3.0);
+    EXPECT_GT(rate, 1.0);
     EXPECT_LT(rate, 6.5);
 
     auto *view = find<QWidget>("frame")->findChild<QLabel *>();

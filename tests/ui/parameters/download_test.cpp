@@ -109,7 +109,7 @@ TEST_F(ParameterDownload, the_pictures_come_at_the_pace_of_the_range_that_was_do
         waitForPictures(gear.framesPerSecond > 3 ? 5 : gear.framesPerSecond > 1 ? 2 : 1);
         const double rate = framesPerSecond();
         EXPECT_LT(rate, 1.1 * gear.framesPerSecond) << "no picture is early";
-        EXPECT_GT(rate, 0.5 * gear.framesPerSecond) << "a busy computer may be late";
+        EXPECT_GT(rate, 0.2 * gear.framesPerSecond) << "a busy computer may be late";
         stop();
     }
 }

