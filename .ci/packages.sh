@@ -12,6 +12,13 @@ test_packages=(
     xvfb xauth openbox xdotool x11-utils imagemagick
 )
 tidy_packages=(clang-tidy)
+# For packaging/windows: compiler, assembler, Qt's generators, sources, packing, and what runs the result.
+windows_packages=(
+    g++-mingw-w64-x86-64-posix libz-mingw-w64-dev nasm make
+    g++ cmake ninja-build pkg-config perl python3 ca-certificates dpkg-dev
+    qt6-base-dev qt6-base-dev-tools qt6-base-private-dev
+    nsis zip unzip wine64
+)
 
 as_root() {
     if [ "$(id -u)" -eq 0 ]; then
