@@ -4,6 +4,8 @@
 
 here=$(cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")" && pwd)
 root=$(cd "$here/../.." && pwd)
+[ -n "${HOME:-}" ] || HOME=$(getent passwd "$(id -u)" | cut -d: -f6)
+export HOME
 cache=${QV1K_WINDOWS_CACHE:-$HOME/.cache/qv1k-windows}
 mkdir -p "$cache"
 cache=$(readlink -f "$cache")
