@@ -1,21 +1,14 @@
 #include "device/d2xxlibrary.h"
 
+#include "device/libraryfiles.h"
+
 #include <QCoreApplication>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QLibrary>
 #include <QStringList>
 
 #include <type_traits>
-
-#ifdef Q_OS_WIN
-#include <qt_windows.h>
-
-#include <array>
-#else
-#include <dlfcn.h>
-#endif
 
 namespace {
 
@@ -26,25 +19,18 @@ const QString openDriver = QStringLiteral("d2xx_ftdi");
 QStringList providerFolders()
 {
     const QString beside = QCoreApplication::applicationDirPath();
-    return {beside, QDir::cleanPath(beside + QStringLiteral("/../lib")), QStringLiteral(QV1K_INSTALL_LIBDIR)};
-}
-
-QString providerFileName(const QString &name)
-{
-#ifdef Q_OS_WIN
-    return name + QStringLiteral(".dll");
-#elif defined(Q_OS_MACOS)
-    return QStringLiteral("lib") + name + QStringLiteral(".dylib");
-#else
-    return QStringLiteral("lib") + name + QStringLiteral(".so");
+    QStringList folders{beside, QDir::cleanPath(beside + QStringLiteral("/../lib"))};
+#ifndef Q_OS_WIN // where programs lie as they were installed, and anyone may make a folder of such a name
+    folders << QStringLiteral(QV1K_INSTALL_LIBDIR);
 #endif
+    return folders;
 }
 
 /// Full path of one of the project's own providers, or an empty text.
 QString findProvider(const QString &name)
 {
     for (const QString &folder : providerFolders()) {
-        QString path = folder + QLatin1Char('/') + providerFileName(name);
+        QString path = folder + QLatin1Char('/') + LibraryFiles::providerName(name);
         if (QFileInfo::exists(path))
             return path;
     }
@@ -65,28 +51,6 @@ QStringList resolveAll(QLibrary &library, d2xx::Functions &functions)
     });
     functions.forEachOptionalCall(resolve);
     return missing;
-}
-
-/// The file that a function was really loaded from, which a name alone does not tell: empty where the system
-/// does not know.
-QString fileOf(d2xx::CreateDeviceInfoList *function)
-{
-#ifdef Q_OS_WIN
-    HMODULE module = nullptr;
-    std::array<wchar_t, 32768> path{}; // the longest that there is
-    if (!GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS |
-                                GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                            reinterpret_cast<LPCWSTR>(function), &module))
-        return {};
-    const DWORD length = GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size()));
-    const QString file = QString::fromWCharArray(path.data(), static_cast<qsizetype>(length));
-#else
-    Dl_info info{};
-    if (dladdr(reinterpret_cast<const void *>(function), &info) == 0)
-        return {};
-    const QString file = QFile::decodeName(info.dli_fname);
-#endif
-    return QFileInfo(file).canonicalFilePath();
 }
 
 D2xxLibrary withoutDriver(const QString &problem)
@@ -112,29 +76,37 @@ D2xxLibrary loadFile(const QString &fileName)
     }
     D2xxLibrary result;
     result.driver = std::make_shared<D2xx>(functions);
-    result.path = fileOf(functions.createDeviceInfoList);
+    result.path = LibraryFiles::fileOf(reinterpret_cast<const void *>(functions.createDeviceInfoList));
     if (result.path.isEmpty())
         result.path = library.fileName();
     result.isVirtual = functions.isSimulated != nullptr;
     return result;
 }
 
+D2xxLibrary notFound(const QString &fileName, const QStringList &folders)
+{
+    return withoutDriver(
+        QStringLiteral("%1 was not found in %2").arg(fileName, folders.join(QStringLiteral(", "))));
+}
+
 D2xxLibrary loadProvider(const QString &name)
 {
     const QString path = findProvider(name);
-    if (path.isEmpty()) {
-        return withoutDriver(QStringLiteral("%1 was not found in %2")
-                                 .arg(providerFileName(name), providerFolders().join(QStringLiteral(", "))));
-    }
-    return loadFile(path);
+    return path.isEmpty() ? notFound(LibraryFiles::providerName(name), providerFolders()) : loadFile(path);
+}
+
+D2xxLibrary loadNamed(const QString &name)
+{
+    const QString file = LibraryFiles::toLoad(name);
+    return file.isEmpty() ? notFound(name, LibraryFiles::searchedFolders()) : loadFile(file);
 }
 
 D2xxLibrary loadDefault()
 {
+    D2xxLibrary maker = loadNamed(LibraryFiles::makersName());
 #ifdef Q_OS_WIN
-    return loadFile(QStringLiteral("FTD2XX.dll"));
+    return maker;
 #else
-    D2xxLibrary maker = loadFile(QStringLiteral("libftd2xx.so"));
     if (maker.driver->isUsable())
         return maker;
     D2xxLibrary open = loadProvider(openDriver);
@@ -154,7 +126,7 @@ D2xxLibrary D2xxLibrary::load(const QString &setting)
         return loadProvider(openDriver);
     if (setting == QStringLiteral("virtual"))
         return loadProvider(virtualDetector);
-    return loadFile(setting);
+    return loadNamed(setting);
 }
 
 QString D2xxLibrary::description() const

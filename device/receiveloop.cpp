@@ -12,7 +12,6 @@ using namespace d2xx;
 namespace {
 
 constexpr unsigned long restMs = 100; ///< of a pass while paused, and after what fails again and again
-constexpr unsigned long idlePassMs = 1;
 constexpr qint64 waitingFramesLimit = 64;
 constexpr qint64 waitingFramesResume = waitingFramesLimit / 2;
 
@@ -67,13 +66,13 @@ void ReceiveLoop::pass()
     m_handle = m_state.m_handle;
     const std::optional<quint32> waiting = m_state.bytesWaiting(m_handle);
     if (m_state.m_halted) {
-        QThread::msleep(idlePassMs);
+        m_rest.oneMillisecond();
         return;
     }
     takeStart();
     if (m_watch.isLost(m_clock.elapsed(), !waiting)) {
         m_callbacks.lost(m_handle);
-        QThread::msleep(idlePassMs);
+        m_rest.oneMillisecond();
         return;
     }
     if (m_heldBack && (m_state.m_stopRequested || framesWaiting() <= waitingFramesResume)) {
@@ -84,7 +83,7 @@ void ReceiveLoop::pass()
     }
     if (waiting.value_or(0) == 0) {
         judge(m_watch.quiet(m_clock.elapsed(), m_heldBack, m_state.m_stopRequested));
-        QThread::msleep(idlePassMs);
+        m_rest.oneMillisecond();
         return;
     }
     receive(*waiting);
@@ -120,7 +119,7 @@ void ReceiveLoop::receive(quint32 waiting)
         return;
     }
     judge(m_watch.quiet(m_clock.elapsed(), m_heldBack, m_state.m_stopRequested));
-    QThread::msleep(idlePassMs);
+    m_rest.oneMillisecond();
 }
 
 void ReceiveLoop::readFailed()

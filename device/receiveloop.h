@@ -4,6 +4,7 @@
 #include "device/framebuffers.h"
 #include "device/linkstate.h"
 #include "device/repeatedfailures.h"
+#include "device/shortrest.h"
 #include "device/streamwatch.h"
 
 #include <QElapsedTimer>
@@ -57,6 +58,7 @@ private:
     LinkState &m_state;
     const Callbacks m_callbacks;
     d2xx::Handle m_handle = nullptr; ///< of the current pass
+    ShortRest m_rest;                ///< of a pass in which nothing came
     QElapsedTimer m_clock;
     StreamWatch m_watch;
     RepeatedFailures m_failedReads{QStringLiteral("串口线程接收数据失败")};
