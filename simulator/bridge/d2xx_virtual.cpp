@@ -11,12 +11,14 @@ using d2xx::Status;
 
 namespace {
 
-/// Made at the first call; the settings file is looked for in the working directory.
+/// Made at the first call; the settings file is looked for in the working directory. Never torn down: when a
+/// library of Windows is, the process' other threads have ended wherever they stood, with a lock in their hands
+/// perhaps, and to wait for one of them would take for ever.
 simulator::Bridge &bridge()
 {
     static simulator::SteadyClock clock;
-    static simulator::Bridge instance(clock);
-    return instance;
+    static auto *const instance = new simulator::Bridge(clock);
+    return *instance;
 }
 
 } // namespace
