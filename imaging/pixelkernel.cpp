@@ -113,8 +113,7 @@ void portableRows(const Frame &frame, const Mapping &mapping, int firstRow, int 
     processRows(frame, mapping, firstRow, endRow);
 }
 
-// Not on Windows: GCC does not align wide vectors on the stack there.
-#if defined(Q_PROCESSOR_X86_64) && defined(Q_CC_GNU) && !defined(Q_OS_WIN)
+#ifdef QV1K_WIDE_VECTORS
 
 __attribute__((target("avx2"))) void avx2Rows(const Frame &frame, const Mapping &mapping, int firstRow,
                                               int endRow)
