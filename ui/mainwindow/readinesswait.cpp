@@ -27,7 +27,19 @@ bool ReadinessWait::rest()
 {
     if (m_hasEnded)
         return false;
-    QTimer::singleShot(restMs, &m_loop, &QEventLoop::quit);
+    QElapsedTimer rested;
+    rested.start();
+    QTimer restOver;
+    restOver.setSingleShot(true);
+    restOver.setTimerType(Qt::PreciseTimer);
+    // Even a precise timer may be a little early, and then takes what is missing.
+    QObject::connect(&restOver, &QTimer::timeout, &restOver, [&] {
+        if (const qint64 missing = restMs - rested.elapsed(); missing > 0)
+            restOver.start(static_cast<int>(missing));
+        else
+            m_loop.quit();
+    });
+    restOver.start(restMs);
     QTimer dialogDue;
     dialogDue.setSingleShot(true);
     dialogDue.setTimerType(Qt::PreciseTimer); // a coarse one may be early
