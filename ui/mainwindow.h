@@ -13,6 +13,7 @@
 #include <functional>
 #include <memory>
 
+class DeviceMessages;
 class DeviceWatcher;
 class PortManager;
 class QPushButton;
@@ -206,6 +207,7 @@ private:
     D2xxLibrary m_library;         ///< as it was loaded at the start
     PortManager *m_link = nullptr; ///< the one link of the process, which this window makes and ends
     std::unique_ptr<DeviceWatcher> m_deviceWatcher;
+    DeviceMessages *m_deviceMessages = nullptr; ///< the window's child; on Windows
     QMap<SystemNote, QString> m_systemNotes;
     int m_flows = 0; ///< that are under way, one within the other
     std::unique_ptr<ReadinessWait> m_readinessWait;

@@ -17,6 +17,8 @@
 #include <QScreen>
 
 #ifdef Q_OS_WIN
+#include "ui/mainwindow/devicemessages.h"
+
 #include <qt_windows.h>
 #endif
 
@@ -123,6 +125,9 @@ void mainwindow::createServices()
     m_deviceWatcher = std::make_unique<DeviceWatcher>(m_library.driver);
     connect(m_deviceWatcher.get(), &DeviceWatcher::arrived, this, &mainwindow::deviceArrived);
     connect(m_deviceWatcher.get(), &DeviceWatcher::removed, this, &mainwindow::deviceRemoved);
+#ifdef Q_OS_WIN
+    m_deviceMessages = new DeviceMessages(*this);
+#endif
 }
 
 void mainwindow::connectPipeline()
@@ -243,15 +248,12 @@ bool mainwindow::nativeEventFilter(const QByteArray &eventType, void *message, q
 {
 #ifdef Q_OS_WIN
     const auto *windowsMessage = static_cast<const MSG *>(message);
-    switch (MainWindowRules::deviceChange(windowsMessage->message, windowsMessage->wParam)) {
-    case MainWindowRules::DeviceChange::Arrival:
-        deviceArrived();
-        break;
-    case MainWindowRules::DeviceChange::Removal:
-        deviceRemoved();
-        break;
-    case MainWindowRules::DeviceChange::None:
-        break;
+    const auto change = MainWindowRules::deviceChange(windowsMessage->message, windowsMessage->wParam);
+    if (change != MainWindowRules::DeviceChange::None && m_deviceMessages->concern(message)) {
+        if (change == MainWindowRules::DeviceChange::Arrival)
+            deviceArrived();
+        else
+            deviceRemoved();
     }
 #endif
     return nativeEvent(eventType, message, result);
