@@ -1,4 +1,5 @@
 #include "process/guardedapplication.h"
+#include "process/librarysearch.h"
 #include "process/terminationsignals.h"
 #include "ui/chrome/lightpalette.h"
 #include "ui/framelesshelper.h"
@@ -46,6 +47,7 @@ int run(QApplication &application)
 
 int main(int argc, char **argv)
 {
+    restrictLibrarySearch();
     // The interface's colours assume a light palette, whatever the desktop's theme.
 #ifdef Q_OS_WIN
     qputenv("QT_QPA_PLATFORM", "windows:darkmode=0");

@@ -12,7 +12,7 @@ namespace {
 
 [[noreturn]] void refuse(const QString &message)
 {
-    std::fprintf(stderr, "qv1k-acquire: %s (--help lists the options)\n", qPrintable(message));
+    std::fprintf(stderr, "qv1k-acquire: %s (--help lists the options)\n", qUtf8Printable(message));
     std::exit(ExitStatus::wrongUsage);
 }
 

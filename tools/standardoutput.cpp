@@ -23,7 +23,7 @@ void StandardOutput::print(const QString &line)
 {
     if (!m_problem.isEmpty())
         return;
-    if (std::puts(qPrintable(line)) >= 0 && std::fflush(stdout) == 0)
+    if (std::puts(qUtf8Printable(line)) >= 0 && std::fflush(stdout) == 0)
         return;
     m_hasReader = errno != EPIPE;
     m_problem = QString::fromLocal8Bit(std::strerror(errno));

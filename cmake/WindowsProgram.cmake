@@ -1,0 +1,21 @@
+# What the executables of Windows carry: icon, version and manifest. Nothing on other systems.
+#   qv1k_windows_program(<target> DESCRIPTION <text>)
+function(qv1k_windows_program target)
+  if(NOT WIN32)
+    return()
+  endif()
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "" "DESCRIPTION" "")
+  set(folder ${CMAKE_CURRENT_BINARY_DIR}/${target}_windows)
+  set(name ${target})
+  set(description "${ARG_DESCRIPTION}")
+  set(manifest ${folder}/program.manifest)
+  set(icon ${PROJECT_SOURCE_DIR}/resources/logo.ico)
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/windows/program.manifest.in ${manifest} @ONLY)
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/windows/program.rc.in ${folder}/program.rc @ONLY)
+  # The resource compiler does not see what the file names.
+  set_source_files_properties(${folder}/program.rc PROPERTIES OBJECT_DEPENDS "${manifest};${icon}")
+  target_sources(${target} PRIVATE ${folder}/program.rc)
+  if(MSVC)
+    target_link_options(${target} PRIVATE /MANIFEST:NO) # the resource holds it
+  endif()
+endfunction()

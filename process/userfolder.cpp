@@ -1,0 +1,53 @@
+#include "process/userfolder.h"
+
+#include <QDir>
+#include <QFile>
+#include <QStandardPaths>
+
+namespace {
+
+QString parentFolder()
+{
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return documents.isEmpty() ? QDir::homePath() : documents;
+}
+
+QString cannot(const QString &what, const QString &path, const QString &reason)
+{
+    return QStringLiteral("%1 cannot be %2: %3").arg(QDir::toNativeSeparators(path), what, reason);
+}
+
+QString writeSettings(const QString &path)
+{
+    constexpr char settings[] = "[General]\nD2xxLibrary=virtual\n";
+    QFile file(path);
+    // Whoever made it meanwhile wins.
+    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
+        return file.exists() ? QString() : cannot(QStringLiteral("made"), path, file.errorString());
+    if (file.write(settings) < 0 || !file.flush())
+        return cannot(QStringLiteral("written"), path, file.errorString());
+    return {};
+}
+
+} // namespace
+
+namespace UserFolder {
+
+QString path(bool virtualDetector)
+{
+    const QString parent = parentFolder();
+    if (parent.isEmpty())
+        return {};
+    return parent + (virtualDetector ? QStringLiteral("/QV1K virtual detector") : QStringLiteral("/QV1K"));
+}
+
+QString prepare(const QString &folder, bool virtualDetector)
+{
+    if (folder.isEmpty())
+        return QStringLiteral("There is no folder for documents");
+    if (!QDir().mkpath(folder))
+        return cannot(QStringLiteral("made"), folder, QStringLiteral("the folder above it takes none"));
+    return virtualDetector ? writeSettings(folder + QStringLiteral("/config.ini")) : QString();
+}
+
+} // namespace UserFolder
