@@ -8,8 +8,11 @@ namespace {
 
 QString parentFolder()
 {
-    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    return documents.isEmpty() ? QDir::homePath() : documents;
+#ifdef Q_OS_WIN
+    return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+#else
+    return QStandardPaths::writableLocation(QStandardPaths::HomeLocation);
+#endif
 }
 
 QString cannot(const QString &what, const QString &path, const QString &reason)
@@ -44,7 +47,7 @@ QString path(bool virtualDetector)
 QString prepare(const QString &folder, bool virtualDetector)
 {
     if (folder.isEmpty())
-        return QStringLiteral("There is no folder for documents");
+        return QStringLiteral("The user has no folder for documents");
     if (!QDir().mkpath(folder))
         return cannot(QStringLiteral("made"), folder, QStringLiteral("the folder above it takes none"));
     return virtualDetector ? writeSettings(folder + QStringLiteral("/config.ini")) : QString();

@@ -7,7 +7,7 @@
 /// has a folder of its own, so that trying it leaves the settings of the real one alone.
 namespace UserFolder {
 
-/// Below the user's documents, or below his home where there is no such folder. Empty when he has neither.
+/// Below the user's documents on Windows, in his home elsewhere. Empty when he has none.
 [[nodiscard]] QString path(bool virtualDetector);
 
 /// Makes the folder, and for the virtual detector the settings that choose it, where they are not there yet;

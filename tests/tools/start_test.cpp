@@ -30,7 +30,6 @@ protected:
         QProcess process;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("HOME"), folder.path());
-        environment.remove(QStringLiteral("XDG_CONFIG_HOME"));
         process.setProcessEnvironment(environment);
         process.start(starter, arguments);
         ASSERT_TRUE(process.waitForFinished(60000)) << qPrintable(process.errorString());
@@ -42,10 +41,10 @@ protected:
     /// The window was started in this folder of the user's.
     void expectWindowIn(const QString &name) const
     {
-        const QString sign = QStringLiteral("Documents/") + name + QStringLiteral("/started.txt");
+        const QString sign = name + QStringLiteral("/started.txt");
         ASSERT_TRUE(QTest::qWaitFor([&] { return QFile::exists(folder.filePath(sign)); }, 60000));
         EXPECT_EQ(QFileInfo(QString::fromUtf8(folder.read(sign))).canonicalFilePath(),
-                  QFileInfo(folder.filePath(QStringLiteral("Documents/") + name)).canonicalFilePath());
+                  QFileInfo(folder.filePath(name)).canonicalFilePath());
     }
 
     WorkingFolder folder;
@@ -62,13 +61,13 @@ TEST_F(Start, starts_the_window_in_the_users_folder_which_it_makes)
     start({});
     EXPECT_EQ(exitCode, 0) << qPrintable(errors);
     expectWindowIn(QStringLiteral("QV1K"));
-    EXPECT_FALSE(QFile::exists(folder.filePath(QStringLiteral("Documents/QV1K/config.ini"))));
+    EXPECT_FALSE(QFile::exists(folder.filePath(QStringLiteral("QV1K/config.ini"))));
 }
 
 TEST_F(Start, starts_the_virtual_detector_in_a_folder_of_its_own_again_and_again)
 {
     provideWindow();
-    const QString settings = QStringLiteral("Documents/QV1K virtual detector/config.ini");
+    const QString settings = QStringLiteral("QV1K virtual detector/config.ini");
     start({QStringLiteral("--virtual")});
     EXPECT_EQ(exitCode, 0) << qPrintable(errors);
     expectWindowIn(QStringLiteral("QV1K virtual detector"));
@@ -90,8 +89,8 @@ TEST_F(Start, tells_which_program_cannot_be_started)
 TEST_F(Start, tells_which_folder_cannot_be_made)
 {
     provideWindow();
-    folder.write(QStringLiteral("Documents"), "a file in its place");
+    folder.write(QStringLiteral("QV1K"), "a file in its place");
     start({});
     EXPECT_EQ(exitCode, 1);
-    EXPECT_TRUE(errors.contains(folder.filePath(QStringLiteral("Documents/QV1K")))) << qPrintable(errors);
+    EXPECT_TRUE(errors.contains(folder.filePath(QStringLiteral("QV1K")))) << qPrintable(errors);
 }
