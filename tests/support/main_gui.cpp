@@ -5,8 +5,7 @@
 int main(int argc, char **argv)
 {
     // Also when the tests are listed during the build, where there is no display.
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QPA_PLATFORM", QV1K_TEST_PLATFORM);
     QApplication application(argc, argv);
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
