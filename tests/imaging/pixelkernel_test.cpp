@@ -1,11 +1,10 @@
 #include "device/protocol/frameformat.h"
 #include "imaging/pixelkernel.h"
 #include "tests/imaging/frames.h"
+#include "tests/imaging/processor.h"
 #include "tests/imaging/straightforward/straightforward.h"
 
 #include <gtest/gtest.h>
-
-#include <QFile>
 
 #include <algorithm>
 #include <cmath>
@@ -107,16 +106,10 @@ TEST(PixelKernel, the_portable_variant_comes_first_and_is_always_there)
 
 TEST(PixelKernel, each_instruction_set_of_this_processor_has_its_variant)
 {
-    QFile file("/proc/cpuinfo");
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const QByteArrayList words = file.readAll().simplified().split(' ');
-    const auto has = [&](std::initializer_list<const char *> flags) {
-        return std::ranges::all_of(flags, [&](const char *flag) { return words.contains(flag); });
-    };
     QByteArrayList expected{"portable"};
-    if (has({"avx2"}))
+    if (Processor::hasAvx2())
         expected << "avx2";
-    if (has({"avx512f", "avx512bw", "avx512dq", "avx512vl"}))
+    if (Processor::hasAvx512())
         expected << "avx512";
 
     QByteArrayList names;

@@ -3,6 +3,7 @@
 #include "tests/imaging/straightforward/straightforward.h"
 #include "tests/imaging/video.h"
 #include "tests/support/limitedwriting.h"
+#include "tests/support/systemreason.h"
 #include "tests/support/workingfolder.h"
 
 #include <gtest/gtest.h>
@@ -108,7 +109,7 @@ TEST(VideoFile, a_video_without_frames_or_that_never_opened_is_not_complained_ab
     EXPECT_EQ(VideoFile(folder.filePath("empty.mp4")).finish(), QString());
     VideoFile closed(folder.filePath("no/a.mp4"));
     EXPECT_TRUE(closed.openingFailure().contains("no/a.mp4"));
-    EXPECT_TRUE(closed.openingFailure().contains("No such file or directory"));
+    EXPECT_TRUE(closed.openingFailure().contains(systemReason(SystemFailure::NoSuchFolder)));
     closed.append(TestPictures::random(1));
     EXPECT_EQ(closed.finish(), QString());
 }
@@ -120,13 +121,16 @@ TEST(VideoFile, looking_for_the_reason_of_a_failure_leaves_every_file_as_it_was)
     {
         const FileSizeLimit limit(0);
         const VideoFile video(folder.filePath("a.mp4"));
-        EXPECT_TRUE(video.openingFailure().contains("File too large")) << qPrintable(video.openingFailure());
+        EXPECT_TRUE(video.openingFailure().contains(systemReason(SystemFailure::FileTooLarge)))
+            << qPrintable(video.openingFailure());
     }
     EXPECT_EQ(QDir().entryList(QDir::Files | QDir::Hidden), QStringList("a.mp4"));
     EXPECT_EQ(folder.read("a.mp4"), "of an earlier recording");
 
     QDir().mkdir("b.mp4");
-    EXPECT_TRUE(VideoFile(folder.filePath("b.mp4")).openingFailure().contains("Is a directory"));
+    EXPECT_TRUE(VideoFile(folder.filePath("b.mp4"))
+                    .openingFailure()
+                    .contains(systemReason(SystemFailure::IsAFolder)));
     EXPECT_EQ(QDir().entryList(QDir::Files | QDir::Hidden), QStringList("a.mp4"));
 }
 
@@ -141,7 +145,7 @@ TEST(VideoFile, one_whose_end_found_no_room_is_removed_and_the_one_before_stays)
         for (quint32 n = 1; n <= 3; ++n)
             video.append(TestPictures::random(n));
         const QString failure = video.finish();
-        EXPECT_TRUE(failure.contains("File too large")) << qPrintable(failure);
+        EXPECT_TRUE(failure.contains(systemReason(SystemFailure::FileTooLarge))) << qPrintable(failure);
         EXPECT_TRUE(failure.contains("/a.mp4")) << qPrintable(failure);
     }
     EXPECT_EQ(QDir().entryList(QDir::Files), QStringList("a.mp4"));

@@ -1,9 +1,8 @@
 #include "device/portmanager.h"
 #include "imaging/pixelmath.h"
 #include "simulator/sensor/testpatterns.h"
+#include "tests/support/peakmemory.h"
 #include "tests/ui/mainwindow/virtualwindow.h"
-
-#include <QRegularExpression>
 
 #include <opencv2/imgcodecs.hpp>
 
@@ -49,7 +48,7 @@ protected:
             if (handedOn - recorded <= limit / 2) // the next is asked for again when this one is through
                 wasFull = false;
             if (index == 200)
-                peakOfTheFirst = peakMiB();
+                peakOfTheFirst = peakMemoryMiB();
         });
     }
 
@@ -58,15 +57,6 @@ protected:
     {
         EXPECT_TRUE(changed.wait_for(lock, std::chrono::minutes(1), [this] { return wasFull; }));
         ++timesFull;
-    }
-
-    /// The most memory that the process ever held, in MiB.
-    static int peakMiB()
-    {
-        QFile status("/proc/self/status");
-        EXPECT_TRUE(status.open(QIODevice::ReadOnly));
-        static const QRegularExpression line("VmHWM:\\s+(\\d+) kB");
-        return line.match(QString::fromLatin1(status.readAll())).captured(1).toInt() / 1024;
     }
 
     std::mutex mutex; ///< for what the receive thread looks at too, down to wasFull
@@ -117,7 +107,7 @@ TEST_F(BackPressureOnVirtualDetector, a_thousand_frames_onto_a_slow_writer_are_a
     click("testImage5"); // the counter pattern
     start();
     ASSERT_TRUE(QTest::qWaitFor([&] { return signalsSeen == frames; }, 120000)) << signalsSeen;
-    const int peak = peakMiB();
+    const int peak = peakMemoryMiB();
     EXPECT_EQ(text("label_savestate"), "Save Success");
     stop();
 

@@ -1,6 +1,7 @@
 #include "tests/imaging/frames.h"
 #include "tests/imaging/straightforward/straightforward.h"
 #include "tests/support/limitedwriting.h"
+#include "tests/support/systemreason.h"
 #include "tests/ui/mainwindow/virtualwindow.h"
 
 #include <QDir>
@@ -265,7 +266,7 @@ TEST_F(RecordingOnVirtualDetector, without_its_save_folder_every_file_fails_with
     EXPECT_EQ(find<QLabel>("label_savestate")->toolTip(), "8 files could not be written");
     stop();
     EXPECT_TRUE(boxes.isEmpty());
-    expectLogged("gone/run/", 8, "No such file or directory");
+    expectLogged("gone/run/", 8, systemReason(SystemFailure::NoSuchFolder));
 }
 
 TEST_F(RecordingOnVirtualDetector, on_a_read_only_folder_every_file_fails_with_a_line_in_the_log)
@@ -281,7 +282,7 @@ TEST_F(RecordingOnVirtualDetector, on_a_read_only_folder_every_file_fails_with_a
     EXPECT_EQ(find<QLabel>("label_savestate")->toolTip(), "8 files could not be written");
     EXPECT_TRUE(files("run").isEmpty());
     stop();
-    expectLogged("Logs/run/", 8, "Permission denied");
+    expectLogged("Logs/run/", 8, systemReason(SystemFailure::NoAccess));
 }
 
 TEST_F(RecordingOnVirtualDetector, files_that_the_disk_cuts_are_counted_and_logged_while_the_display_goes_on)
@@ -299,5 +300,5 @@ TEST_F(RecordingOnVirtualDetector, files_that_the_disk_cuts_are_counted_and_logg
     waitForPictures(2);
     stop();
     EXPECT_TRUE(boxes.isEmpty());
-    expectLogged("Logs/run/", 9, "File too large");
+    expectLogged("Logs/run/", 9, systemReason(SystemFailure::FileTooLarge));
 }
