@@ -1,4 +1,8 @@
+#include "tests/support/limitedwriting.h"
 #include "tests/tools/startedrun.h"
+
+#include <cerrno>
+#include <cstring>
 
 namespace {
 
@@ -12,7 +16,7 @@ int framesTold(const QString &errors)
 
 } // namespace
 
-class AcquireSignals : public StartedRun, public testing::WithParamInterface<int>
+class AcquireSignals : public StartedRun, public testing::WithParamInterface<EndRequest>
 {
 };
 
@@ -21,9 +25,9 @@ TEST_P(AcquireSignals, end_a_run_in_good_order_and_then_the_process)
     detector("");
     start();
     waitForFrames(3);
-    send(GetParam());
+    GetParam().send(process);
     waitForEnd();
-    expectEndBySignal(GetParam());
+    expectEndBy(GetParam());
     EXPECT_TRUE(errors.startsWith(QStringLiteral("qv1k-acquire: ended by a signal, "))) << qPrintable(errors);
     EXPECT_EQ(wholePictures(), framesTold(errors));
     EXPECT_GE(framesTold(errors), 3);
@@ -33,16 +37,17 @@ TEST_P(AcquireSignals, end_a_run_in_good_order_and_then_the_process)
     expectTidyLog();
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, AcquireSignals, testing::Values(SIGINT, SIGTERM, SIGHUP));
+INSTANTIATE_TEST_SUITE_P(Each, AcquireSignals, testing::ValuesIn(EndRequest::all()),
+                         [](const auto &request) { return request.param.name(); });
 
 TEST_F(StartedRun, a_signal_ends_the_wait_for_a_detector_that_is_not_ready)
 {
     detector("[Faults]\nNotReadyQueries=-1\n");
     start({QStringLiteral("--timeout"), QStringLiteral("1000")});
     waitForWritten(readinessQuery);
-    send(SIGTERM);
+    EndRequest::common().send(process);
     waitForEnd();
-    expectEndBySignal(SIGTERM);
+    expectEndBy(EndRequest::common());
     EXPECT_EQ(written(startFrame), 0);
     EXPECT_EQ(written(haltFrame), 0) << "it does not run";
     expectTidyLog();
@@ -53,9 +58,9 @@ TEST_F(StartedRun, a_signal_while_the_start_is_confirmed_halts_the_detector)
     detector("[Faults]\nReplyFaultCommand=03A0\nReplyDelayMs=1500\n");
     start();
     waitForWritten(startFrame);
-    send(SIGTERM);
+    EndRequest::common().send(process);
     waitForEnd();
-    expectEndBySignal(SIGTERM);
+    expectEndBy(EndRequest::common());
     EXPECT_EQ(written(haltFrame), 1);
     expectTidyLog();
 }
@@ -65,9 +70,9 @@ TEST_F(StartedRun, a_signal_ends_a_run_whose_stream_has_stalled)
     detector("[Faults]\nStallAfterBytes=5000000\n");
     start();
     waitForFrames(1);
-    send(SIGTERM);
+    EndRequest::common().send(process);
     waitForEnd();
-    expectEndBySignal(SIGTERM);
+    expectEndBy(EndRequest::common());
     EXPECT_EQ(wholePictures(), 1);
     EXPECT_EQ(written(haltFrame), 1);
     EXPECT_TRUE(log().contains(QStringLiteral("下位机停止成功")));
@@ -81,10 +86,10 @@ TEST_F(StartedRun, an_output_that_nobody_reads_any_more_ends_the_run_in_good_ord
     QProcess reader;
     process.setStandardOutputProcess(&reader);
     start();
-    reader.start(QStringLiteral("head"), {QStringLiteral("-n"), QStringLiteral("3")});
+    reader.start(QStringLiteral(QV1K_THREE_LINES), {});
     waitForEnd();
     EXPECT_TRUE(reader.waitForFinished());
-    expectEndBySignal(SIGPIPE);
+    expectEndWithoutReader();
     EXPECT_TRUE(errors.contains(QStringLiteral("nobody reads the standard output any more, ")));
     EXPECT_EQ(wholePictures(), framesTold(errors));
     EXPECT_GE(framesTold(errors), 2);
@@ -95,10 +100,13 @@ TEST_F(StartedRun, an_output_that_nobody_reads_any_more_ends_the_run_in_good_ord
 TEST_F(StartedRun, an_output_that_is_full_does_not_keep_the_frames_from_being_stored)
 {
     detector("");
-    process.setStandardOutputFile(QStringLiteral("/dev/full"));
+    const FullFile full(QStringLiteral("output.txt"));
+    environment.insert(QStringLiteral("QV1K_FULL_FILE"), QStringLiteral("output.txt"));
+    process.setStandardOutputFile(QStringLiteral("output.txt"));
     start({QStringLiteral("--frames"), QStringLiteral("3")});
     waitForEnd();
-    expectFailure(QStringLiteral("standard output cannot be written: No space left on device"));
+    expectFailure(QStringLiteral("standard output cannot be written: ") +
+                  QString::fromLocal8Bit(std::strerror(ENOSPC)));
     EXPECT_EQ(wholePictures(), 3);
     EXPECT_EQ(written(haltFrame), 1);
 }

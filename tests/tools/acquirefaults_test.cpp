@@ -1,4 +1,4 @@
-#include "tests/support/limitedwriting.h"
+#include "tests/support/systemreason.h"
 #include "tests/tools/acquirerun.h"
 
 #include <QDir>
@@ -136,14 +136,13 @@ TEST_F(Acquire, a_file_that_cannot_be_written_ends_the_run_with_an_error_after_a
 TEST_F(Acquire, a_disk_that_fills_up_is_an_error_after_all_frames_and_the_log_names_each_file)
 {
     detector("");
-    {
-        const FileSizeLimit limit(20'000); // the process that is started has it too
-        runVirtual({QStringLiteral("--frames"), QStringLiteral("2"), QStringLiteral("--data"),
-                    QStringLiteral("--picture")});
-    }
+    environment.insert(QStringLiteral("QV1K_FILE_SIZE_LIMIT"), QStringLiteral("20000"));
+    run({QStringLiteral("--library"), QStringLiteral(QV1K_NOTING_LIBRARY), QStringLiteral("--output"),
+         QStringLiteral("out"), QStringLiteral("--name"), QStringLiteral("T"), QStringLiteral("--frames"),
+         QStringLiteral("2"), QStringLiteral("--data"), QStringLiteral("--picture")});
     expectFailure(QStringLiteral("6 files could not be written; the log tells which"));
     EXPECT_TRUE(output.contains(QStringLiteral("frame    2")));
     const QString written = log();
-    EXPECT_EQ(written.count(QStringLiteral("File too large")), 6);
+    EXPECT_EQ(written.count(systemReason(SystemFailure::FileTooLarge)), 6);
     EXPECT_EQ(written.count(QStringLiteral("out/T/T_")), 6);
 }

@@ -7,7 +7,6 @@
 #include <QFileInfo>
 #include <QRandomGenerator>
 
-#include <csignal>
 #include <cstdio>
 
 namespace {
@@ -49,7 +48,7 @@ protected:
         while (process.state() == QProcess::Running && bytes(place) < written)
             process.waitForReadyRead(0);
         if (process.state() == QProcess::Running)
-            ::kill(static_cast<pid_t>(process.processId()), SIGKILL);
+            process.kill();
         EXPECT_TRUE(process.waitForFinished(60000));
         return process.exitStatus() == QProcess::CrashExit;
     }

@@ -24,8 +24,14 @@ protected:
         ASSERT_TRUE(process.waitForFinished(120000)) << qPrintable(process.errorString());
         ASSERT_EQ(process.exitStatus(), QProcess::NormalExit);
         exitCode = process.exitCode();
-        output = QString::fromUtf8(process.readAllStandardOutput());
-        errors = QString::fromUtf8(process.readAllStandardError());
+        output = textOf(process.readAllStandardOutput());
+        errors = textOf(process.readAllStandardError());
+    }
+
+    /// What a program wrote, whatever ends a line on this system.
+    static QString textOf(const QByteArray &written)
+    {
+        return QString::fromUtf8(written).remove(QLatin1Char('\r'));
     }
 
     void runVirtual(const QStringList &arguments)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/tools/acquirerun.h"
+#include "tests/tools/endrequest.h"
 
 #include <QImage>
 #include <QRegularExpression>
@@ -19,6 +20,8 @@ protected:
     /// Asks for more frames than will come.
     void start(const QStringList &arguments = {})
     {
+        EndRequest::prepare(process);
+        process.setProcessEnvironment(environment);
         process.start(QStringLiteral(QV1K_ACQUIRE),
                       QStringList{QStringLiteral("--library"), QStringLiteral(QV1K_NOTING_LIBRARY),
                                   QStringLiteral("--output"), QStringLiteral("out"), QStringLiteral("--name"),
@@ -32,7 +35,7 @@ protected:
     {
         const bool came = QTest::qWaitFor(
             [&] {
-                output += QString::fromUtf8(process.readAllStandardOutput());
+                output += textOf(process.readAllStandardOutput());
                 return output.count(QStringLiteral("frame ")) >= count;
             },
             60000);
@@ -45,20 +48,29 @@ protected:
         ASSERT_TRUE(QTest::qWaitFor([&] { return written(frame) > 0; }, 60000));
     }
 
-    void send(int signal) { ASSERT_EQ(kill(static_cast<pid_t>(process.processId()), signal), 0); }
-
     void waitForEnd()
     {
         ASSERT_TRUE(process.waitForFinished(60000));
-        output += QString::fromUtf8(process.readAllStandardOutput());
-        errors = QString::fromUtf8(process.readAllStandardError());
+        output += textOf(process.readAllStandardOutput());
+        errors = textOf(process.readAllStandardError());
         exitCode = process.exitCode();
     }
 
-    void expectEndBySignal(int signal)
+    void expectEndBy(const EndRequest &request)
     {
+        EXPECT_TRUE(request.ended(process)) << exitCode << ' ' << qPrintable(errors);
+    }
+
+    /// Nobody read the output any more.
+    void expectEndWithoutReader()
+    {
+#ifdef Q_OS_WIN
+        EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(exitCode, 1) << qPrintable(errors);
+#else
         EXPECT_EQ(process.exitStatus(), QProcess::CrashExit);
-        EXPECT_EQ(exitCode, signal) << qPrintable(errors);
+        EXPECT_EQ(exitCode, SIGPIPE) << qPrintable(errors);
+#endif
     }
 
     /// How often the detector was sent that frame.
