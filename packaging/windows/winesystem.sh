@@ -2,6 +2,7 @@
 # shellcheck shell=bash
 
 wine=/usr/lib/wine/wine64
+wine_server=/usr/lib/wine/wineserver64
 wine_recipe=$here/winesystem.reg
 
 # A path of this machine as Wine shows it.
@@ -22,7 +23,7 @@ wine_environment() {
     export LC_ALL=C.UTF-8
     export WINEPATH="${WINEPATH-$(windows_path "$port/bin");$(windows_path "$prefix/bin")}"
     export WINEQT_PLUGIN_PATH=${WINEQT_PLUGIN_PATH-$(windows_path "$prefix/plugins")}
-    mkdir -p "$HOME"
+    mkdir -p "$HOME/Documents"
 }
 
 # Makes the system, or its settings anew when they have changed; one at a time, and nobody starts before it is whole.
@@ -35,7 +36,7 @@ wine_system() {
 is_made() { cmp -s "$wine_recipe" "$WINEPREFIX/.made"; }
 make_system() {
     # The settings are on the disk when the last process of this system has left.
-    "$wine" wineboot.exe --init &&
+    "$wine" wineboot.exe --init && "$wine" winecfg.exe /v win10 &&
         "$wine" reg.exe import "$(windows_path "$wine_recipe")" &&
-        /usr/lib/wine/wineserver64 --wait && cp "$wine_recipe" "$WINEPREFIX/.made"
+        "$wine_server" --wait && cp "$wine_recipe" "$WINEPREFIX/.made"
 }
