@@ -1,8 +1,10 @@
 // Stands in for a call of the system's library: what is flushed, on which thread, and how long that takes.
 
 #include "imaging/recorder.h"
+#include "tests/imaging/flushing.h"
 #include "tests/imaging/pictures.h"
 #include "tests/support/debugoutput.h"
+#include "tests/support/systemreason.h"
 #include "tests/support/workingfolder.h"
 
 #include <gtest/gtest.h>
@@ -15,7 +17,6 @@
 #include <QThread>
 
 #include <atomic>
-#include <cerrno>
 #include <vector>
 
 namespace {
@@ -34,18 +35,15 @@ QStringList flushed()
 
 } // namespace
 
-extern "C" int fsync(int file)
+bool bringToDisk(const QString &path)
 {
     if (QThread::currentThread() == QCoreApplication::instance()->thread())
         onCallersThread = true;
     while (held)
         QThread::yieldCurrentThread();
-    const QString link = QStringLiteral("/proc/self/fd/%1").arg(file);
     const QMutexLocker lock(&mutex);
-    flushedPaths << QFileInfo(link).symLinkTarget();
-    if (failing)
-        errno = EIO;
-    return failing ? -1 : 0;
+    flushedPaths << path;
+    return !failing;
 }
 
 namespace {
@@ -79,6 +77,7 @@ protected:
     }
 
     WorkingFolder folder;
+    FlushingReplaced flushing;
     QImage picture = TestPictures::random(1);
     std::vector<double> currents = std::vector<double>(1024 * 1024, 12.5);
     std::vector<int> grayLevels = std::vector<int>(1024 * 1024, 21);
@@ -118,7 +117,7 @@ TEST_F(Flush, what_cannot_be_flushed_is_told)
         record(recorder, "T");
     }
     EXPECT_EQ(output.messages().filter("文件落盘失败").size(), 7);
-    EXPECT_TRUE(output.contains("root/T/T_data1.csv（Input/output error）"));
+    EXPECT_TRUE(output.contains("root/T/T_data1.csv（" + systemReason(SystemFailure::DeviceFault)));
 }
 
 TEST_F(Flush, what_is_missing_is_left_out)

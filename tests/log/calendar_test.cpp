@@ -1,4 +1,5 @@
 #include "log/logmanager.h"
+#include "tests/log/calendar.h"
 #include "tests/support/logfile.h"
 
 #include <gtest/gtest.h>
@@ -8,28 +9,6 @@
 #include <QFileInfo>
 #include <QTest>
 
-#include <atomic>
-
-#include <sys/syscall.h>
-#include <sys/time.h>
-#include <unistd.h>
-
-namespace {
-
-std::atomic<int> daysAhead = 0;
-
-} // namespace
-
-// Stands in for the system's clock, so that a test can turn the calendar.
-extern "C" int gettimeofday(timeval *now, void *) noexcept
-{
-    timespec time = {};
-    syscall(SYS_clock_gettime, CLOCK_REALTIME, &time);
-    now->tv_sec = time.tv_sec + daysAhead * 86400L;
-    now->tv_usec = time.tv_nsec / 1000;
-    return 0;
-}
-
 namespace {
 
 class LogCalendar : public testing::Test
@@ -38,7 +17,7 @@ protected:
     ~LogCalendar() override
     {
         LogManager::destroyInstance();
-        daysAhead = 0;
+        turnCalendar(0);
     }
 
     void waitForMessage(const QString &file, const QString &message)
@@ -65,7 +44,7 @@ protected:
     /// Starts the log so many days from now.
     static void startIn(int days)
     {
-        daysAhead = days;
+        turnCalendar(days);
         LogManager::createInstance();
     }
 
@@ -80,7 +59,7 @@ TEST_F(LogCalendar, a_run_past_midnight_stays_in_the_file_of_its_first_day_and_s
     const QString file = logName(first);
     LogManager::createInstance();
     waitForMessage(file, QStringLiteral("before midnight"));
-    daysAhead = 1;
+    turnCalendar(1);
     ASSERT_EQ(QDate::currentDate(), first.addDays(1)) << "the calendar does not turn";
     waitForMessage(file, QStringLiteral("after midnight"));
     LogManager::destroyInstance();

@@ -1,9 +1,9 @@
+#include "tests/support/filehandle_windows.h"
 #include "tests/support/importedcall_windows.h"
 #include "tests/support/limitedwriting.h"
 
 #include <QDir>
 
-#include <array>
 #include <utility>
 
 #include <qt_windows.h>
@@ -16,19 +16,8 @@ namespace {
 /// The name by which a path can be compared with others.
 QString plainName(const QString &path)
 {
-    return QDir::cleanPath(QDir(QDir::fromNativeSeparators(path)).absolutePath()).toCaseFolded();
-}
-
-QString plainName(const wchar_t *path)
-{
-    return plainName(QString::fromWCharArray(path).remove(QStringLiteral("\\\\?\\")));
-}
-
-QString nameOf(HANDLE file)
-{
-    std::array<wchar_t, 32768> path{}; // the longest that there is
-    const DWORD length = GetFinalPathNameByHandleW(file, path.data(), static_cast<DWORD>(path.size()), 0);
-    return length > 0 && length < path.size() ? plainName(path.data()) : QString();
+    const QString plain = QDir::fromNativeSeparators(path).remove(QStringLiteral("//?/"));
+    return QDir::cleanPath(QDir(plain).absolutePath()).toCaseFolded();
 }
 
 qint64 positionOf(HANDLE file, const OVERLAPPED *overlapped)
@@ -75,8 +64,8 @@ QString fullFile;
 BOOL WINAPI writeElsewhere(HANDLE file, LPCVOID bytes, DWORD count, LPDWORD written, LPOVERLAPPED overlapped)
 {
     // Also beside it, where a file stands until it is whole.
-    return writeUnless([&] { return nameOf(file).startsWith(fullFile); }, file, bytes, count, written,
-                       overlapped);
+    return writeUnless([&] { return plainName(pathOf(file)).startsWith(fullFile); }, file, bytes, count,
+                       written, overlapped);
 }
 
 QString lockedFolder;
@@ -85,7 +74,7 @@ decltype(CreateDirectoryW) *systemsCreateDirectory = nullptr;
 
 bool isMadeInLockedFolder(const wchar_t *path)
 {
-    return plainName(path).startsWith(lockedFolder + u'/') &&
+    return plainName(QString::fromWCharArray(path)).startsWith(lockedFolder + u'/') &&
            GetFileAttributesW(path) == INVALID_FILE_ATTRIBUTES;
 }
 

@@ -20,7 +20,7 @@ protected:
     {
         QProcess process;
         process.setProcessEnvironment(environment);
-        process.start(QStringLiteral(QV1K_ACQUIRE), arguments);
+        process.start(program, arguments);
         ASSERT_TRUE(process.waitForFinished(120000)) << qPrintable(process.errorString());
         ASSERT_EQ(process.exitStatus(), QProcess::NormalExit);
         exitCode = process.exitCode();
@@ -59,6 +59,7 @@ protected:
     }
 
     WorkingFolder folder;
+    QString program = QStringLiteral(QV1K_ACQUIRE);
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     int exitCode = -1;
     QString output;

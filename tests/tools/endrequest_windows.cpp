@@ -1,16 +1,6 @@
 #include "tests/tools/endrequest.h"
 
-#include <qt_windows.h>
-
-namespace {
-
-/// Ctrl+C comes to every program on a console, Ctrl+Break also to the programs of one group alone.
-constexpr DWORD everyProgram = 0;
-
-/// What a program ends with that a console's event ended (STATUS_CONTROL_C_EXIT).
-constexpr quint32 exitByConsole = 0xC000013A;
-
-} // namespace
+#include "tests/support/console_windows.h"
 
 QList<EndRequest> EndRequest::all()
 {
@@ -19,12 +9,12 @@ QList<EndRequest> EndRequest::all()
 
 void EndRequest::prepare(QProcess &process)
 {
-    // A console that no one else is on. The test itself goes on after an event.
+    static const OwnConsole console;
+    // The test itself goes on after an event.
     static const PHANDLER_ROUTINE goOn = [](DWORD) -> BOOL {
         return TRUE;
     };
-    FreeConsole();
-    ASSERT_TRUE(AllocConsole() && SetConsoleCtrlHandler(goOn, TRUE)) << GetLastError();
+    ASSERT_TRUE(SetConsoleCtrlHandler(goOn, TRUE)) << GetLastError();
     // Qt would start the program on a console of its own if this one had no window.
     process.setCreateProcessArgumentsModifier(
         [](QProcess::CreateProcessArguments *arguments) { arguments->flags &= ~DWORD{CREATE_NO_WINDOW}; });
@@ -32,7 +22,7 @@ void EndRequest::prepare(QProcess &process)
 
 void EndRequest::send(const QProcess &) const
 {
-    ASSERT_TRUE(GenerateConsoleCtrlEvent(static_cast<DWORD>(m_number), everyProgram)) << GetLastError();
+    OwnConsole::raise(static_cast<DWORD>(m_number));
 }
 
 bool EndRequest::ended(const QProcess &process) const
