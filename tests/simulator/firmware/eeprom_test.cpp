@@ -69,7 +69,8 @@ TEST(Eeprom, a_stored_copy_that_is_damaged_counts_as_empty_and_is_told)
 TEST(Eeprom, a_file_that_cannot_be_written_is_told)
 {
     const WorkingFolder folder;
-    const Eeprom eeprom(QStringLiteral("/proc/no/such/folder/eeprom.ini"), QStringLiteral("QV1K"));
+    folder.write(QStringLiteral("file"), "where a folder should be");
+    const Eeprom eeprom(folder.filePath(QStringLiteral("file/eeprom.ini")), QStringLiteral("QV1K"));
     const DebugOutput output;
     eeprom.commit();
     EXPECT_TRUE(output.contains(QStringLiteral("could not be stored")));
