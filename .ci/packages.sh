@@ -19,6 +19,7 @@ windows_packages=(
     qt6-base-dev qt6-base-dev-tools qt6-base-private-dev
     nsis zip unzip wine64
 )
+windows_test_packages=(ffmpeg) # reads the recorded video
 
 as_root() {
     if [ "$(id -u)" -eq 0 ]; then
