@@ -5,6 +5,10 @@
 
 #include <QDir>
 
+#ifdef Q_OS_WIN
+#include <qt_windows.h>
+#endif
+
 class MainWindowHotPlug : public MainWindowTest
 {
 protected:
@@ -138,7 +142,10 @@ TEST_F(MainWindowHotPlug, native_messages_are_passed_on)
     open();
     qintptr result = 0;
     // No message of this system is one that the window ends.
-#ifndef Q_OS_WIN
+#ifdef Q_OS_WIN
+    MSG message{};
+    EXPECT_FALSE(window->nativeEventFilter("windows_generic_MSG", &message, &result));
+#else
     EXPECT_FALSE(window->nativeEventFilter("xcb_generic_event_t", nullptr, &result));
 #endif
     EXPECT_EQ(ports(), QStringList("QV1K"));
