@@ -4,7 +4,7 @@
 
 # Sets c, home and documents to its drive, and to the user's folders.
 new_system() {
-    export WINEPREFIX=$folder/wine WINEPATH='' WINEQT_PLUGIN_PATH='' QV1K_WINE_STAYS=1
+    export WINEPREFIX=$folder/wine WINEPATH='' WINEQT_PLUGIN_PATH=''
     unset QT_QPA_PLATFORM
     trap end_system EXIT
     step "makes a system"

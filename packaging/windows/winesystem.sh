@@ -33,19 +33,6 @@ wine_system() {
     cat "$WINEPREFIX.log" >&2
     return 1
 }
-# The system's own programs start with the first one that needs them, and would keep its output open: who waits for the
-# end of that waits for theirs. So they are started by themselves, and stay for a minute after the last program, or for
-# QV1K_WINE_STAYS seconds.
-wine_services() {
-    (flock 9 && { is_running || start_services; }) 9>"$WINEPREFIX.lock"
-}
-is_running() { "$wine_server" -k0 2>/dev/null; }
-start_services() {
-    {
-        "$wine_server" "-p${QV1K_WINE_STAYS-60}"
-        "$wine" cmd.exe /c exit
-    } </dev/null >/dev/null 2>&1 9>&-
-}
 is_made() { cmp -s "$wine_recipe" "$WINEPREFIX/.made"; }
 make_system() {
     # The settings are on the disk when the last process of this system has left.
