@@ -23,7 +23,7 @@ end_system() {
 }
 
 run() { "$here/wine" "$@"; }
-all_ended() { WINEPREFIX=$WINEPREFIX "$wine_server" --wait; }
+all_ended() { timeout 120 "$wine_server" --wait; }
 # Every file and folder of the system's drive and of the user's documents but temporary ones.
 listing() { find "$c" "$documents" -path "$c/users/*/Temp/*" -prune -o -print | sort; }
 
