@@ -1,4 +1,5 @@
 #include "tests/support/limitedwriting.h"
+#include "tests/tools/leavingreader.h"
 #include "tests/tools/startedrun.h"
 
 #include <cerrno>
@@ -83,12 +84,11 @@ TEST_F(StartedRun, a_signal_ends_a_run_whose_stream_has_stalled)
 TEST_F(StartedRun, an_output_that_nobody_reads_any_more_ends_the_run_in_good_order)
 {
     detector("");
-    QProcess reader;
-    process.setStandardOutputProcess(&reader);
+    LeavingReader reader;
+    reader.attachTo(process);
     start();
-    reader.start(QStringLiteral(QV1K_THREE_LINES), {});
+    reader.readAndLeave(3);
     waitForEnd();
-    EXPECT_TRUE(reader.waitForFinished());
     expectEndWithoutReader();
     EXPECT_TRUE(errors.contains(QStringLiteral("nobody reads the standard output any more, ")));
     EXPECT_EQ(wholePictures(), framesTold(errors));

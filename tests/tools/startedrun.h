@@ -20,7 +20,6 @@ protected:
     /// Asks for more frames than will come.
     void start(const QStringList &arguments = {})
     {
-        EndRequest::prepare(process);
         process.setProcessEnvironment(environment);
         process.start(QStringLiteral(QV1K_ACQUIRE),
                       QStringList{QStringLiteral("--library"), QStringLiteral(QV1K_NOTING_LIBRARY),
@@ -96,6 +95,11 @@ protected:
         const QString text = log();
         EXPECT_TRUE(text.contains(QStringLiteral("串口关闭")));
         EXPECT_TRUE(text.endsWith(QStringLiteral("   >>   日志线程结束\n"))) << qPrintable(text);
+    }
+
+    void SetUp() override
+    {
+        EndRequest::prepare(process);
     }
 
     QProcess process;
