@@ -145,6 +145,10 @@ void TerminationSignals::endBySignal()
     const int signal = firstSignal;
     if (signal == 0)
         return;
+#ifdef Q_OS_WIN
+    ExitProcess(STATUS_CONTROL_C_EXIT); // the C library would end with a status that says nothing
+#else
     std::signal(signal, SIG_DFL);
     std::raise(signal);
+#endif
 }
