@@ -33,7 +33,9 @@ QString writingProblem(const QString &path)
     if (!probe.open())
         return probe.errorString();
     // As far out as the file has come: some disks refuse what is too large, and not what is more.
-    const QByteArray rest(65536, '\0'); // more than what may be left of the last block
+    // More than what may be left of the last block, and than what is written at once: Windows refuses that as
+    // a whole.
+    const QByteArray rest(FrameFormat::frameBytes, '\0');
     const bool taken = probe.seek(file.size()) && probe.write(rest) == rest.size() && probe.flush();
     return taken ? QString() : probe.errorString();
 }
