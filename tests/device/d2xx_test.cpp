@@ -295,7 +295,7 @@ TEST(DriverLibrary, a_library_that_is_loaded_already_is_found_by_its_bare_name)
 TEST(DriverLibrary, a_path_with_a_percent_sign_stands_in_every_text_as_it_is)
 {
     const WorkingFolder folder;
-    const QString path = folder.filePath(QStringLiteral("50%1 %2.so"));
+    const QString path = QDir::toNativeSeparators(folder.filePath(QStringLiteral("50%1 %2.so")));
     folder.write(QStringLiteral("50%1 %2.so"), "not a library");
     const D2xxLibrary broken = D2xxLibrary::load(path);
     EXPECT_TRUE(broken.description().contains(path)) << qPrintable(broken.description());

@@ -74,7 +74,8 @@ decltype(CreateDirectoryW) *systemsCreateDirectory = nullptr;
 
 bool isMadeInLockedFolder(const wchar_t *path)
 {
-    return plainName(QString::fromWCharArray(path)).startsWith(lockedFolder + u'/') &&
+    const QString name = plainName(QString::fromWCharArray(path));
+    return name.left(name.lastIndexOf(u'/')) == lockedFolder &&
            GetFileAttributesW(path) == INVALID_FILE_ATTRIBUTES;
 }
 

@@ -32,6 +32,9 @@ public:
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
+    /// The same of a text, whatever ends a line on this system.
+    [[nodiscard]] QByteArray readText(const QString &name) const { return read(name).replace("\r\n", "\n"); }
+
 private:
     QTemporaryDir m_folder;
     QString m_before;

@@ -135,7 +135,7 @@ TEST_F(DevelopStore, a_hand_edit_of_the_file_is_shown_and_not_written_over)
     EXPECT_EQ(dialog.text(1), QStringLiteral("2.5"));
     dialog.close();
     dialog.settings.sync();
-    EXPECT_TRUE(dialog.folder.read(QStringLiteral("config.ini")).contains("lineEdit_1=2.5\n"));
+    EXPECT_TRUE(dialog.folder.readText(QStringLiteral("config.ini")).contains("lineEdit_1=2.5\n"));
     EXPECT_EQ(dialog.settings.value(QStringLiteral("comboBox_ope")).toInt(), 2);
 }
 

@@ -126,7 +126,7 @@ TEST_F(MainWindowDownload, a_hand_edit_of_the_settings_file_is_seen_by_the_next_
     openConnected("lineEdit_1=0\n");
     download();
     EXPECT_EQ(packets().value(2).mid(12, 4), "8000");
-    QByteArray edited = folder.read("config.ini");
+    QByteArray edited = folder.readText("config.ini");
     edited.replace("lineEdit_1=0\n", "lineEdit_1=10.0\n");
     folder.write("config.ini", edited + "comboBox_mode=1\n");
     download();
