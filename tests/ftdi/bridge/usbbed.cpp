@@ -1,0 +1,128 @@
+#include "tests/ftdi/bridge/usbbed.h"
+
+#include "tests/ftdi/bridge/descriptors.h"
+#include "tests/ftdi/bridge/usbfs.h"
+
+#include <filesystem>
+#include <stdexcept>
+
+namespace {
+
+using Texts = std::vector<std::string>;
+using Bytes = std::vector<std::uint8_t>;
+
+std::vector<gchar *> pointersTo(const Texts &texts)
+{
+    std::vector<gchar *> pointers;
+    for (const std::string &text : texts)
+        pointers.push_back(const_cast<gchar *>(text.c_str())); // only read
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+} // namespace
+
+struct UsbBed::System
+{
+    UMockdevTestbed *bed = umockdev_testbed_new();
+    std::string hub;
+
+    std::string root() const
+    {
+        gchar *path = umockdev_testbed_get_root_dir(bed);
+        std::string text = path;
+        g_free(path);
+        return text;
+    }
+
+    /// Makes a device of sysfs, and tells nobody yet. Attributes and properties are names and values in turn.
+    std::string add(const std::string &name, const char *parent, const Texts &attributes,
+                    const Texts &properties, Bytes descriptors) const
+    {
+        gchar *path = umockdev_testbed_add_devicev(
+            bed, "usb", name.c_str(), parent, pointersTo(attributes).data(), pointersTo(properties).data());
+        std::string text = path;
+        g_free(path);
+        umockdev_testbed_set_attribute_binary(bed, text.c_str(), "descriptors", descriptors.data(),
+                                              static_cast<gint>(descriptors.size()));
+        return text;
+    }
+};
+
+struct UsbBed::Plugged
+{
+    Plugged(std::unique_ptr<Lines> lines, int address)
+        : bridge(std::move(lines)), usbfs(bridge),
+          node("/dev/bus/usb/001/" + std::string(address < 10 ? "00" : "0") + std::to_string(address))
+    {
+    }
+
+    EmulatedBridge bridge;
+    Usbfs usbfs;
+    std::string node;
+    std::string sysfs;
+};
+
+bool UsbBed::isAtHand()
+{
+    return umockdev_in_mock_environment() != FALSE;
+}
+
+UsbBed::UsbBed() : m_system(std::make_unique<System>()), m_plugged(10)
+{
+    m_system->hub = m_system->add("usb1", nullptr,
+                                  {"busnum", "1", "devnum", "1", "speed", "480", "bConfigurationValue", "1",
+                                   "dev", "189:0", "maxchild", "9", "idVendor", "1d6b", "idProduct", "0002"},
+                                  {"DEVTYPE", "usb_device", "BUSNUM", "001", "DEVNUM", "001", "DEVNAME",
+                                   "/dev/bus/usb/001/001", "PRODUCT", "1d6b/2/510"},
+                                  descriptorsOfHub());
+}
+
+UsbBed::~UsbBed()
+{
+    for (int port = 1; port < 10; ++port)
+        unplug(port);
+    g_object_unref(m_system->bed);
+}
+
+EmulatedBridge &UsbBed::plugIn(int port, const Identity &identity, std::unique_ptr<Lines> lines)
+{
+    const int address = ++m_lastAddress;
+    const std::string number = std::to_string(address);
+    auto &place = m_plugged[static_cast<std::size_t>(port)];
+    place = std::make_unique<Plugged>(std::move(lines), address);
+    umockdev_testbed_attach_ioctl(m_system->bed, place->node.c_str(), place->usbfs.handler(), nullptr);
+    const std::filesystem::path node = m_system->root() + place->node;
+    std::filesystem::create_directories(node.parent_path());
+    std::filesystem::create_symlink(place->bridge.nodePath(), node);
+
+    place->sysfs =
+        m_system->add("1-" + std::to_string(port), m_system->hub.c_str(),
+                      {"busnum", "1", "devnum", number, "dev", "189:" + std::to_string(address - 1), "speed",
+                       identity.isHighSpeed ? "480" : "12", "bConfigurationValue", "1", "serial",
+                       identity.serialNumber, "product", identity.product},
+                      {"DEVTYPE", "usb_device", "DEVNAME", place->node, "BUSNUM", "001", "DEVNUM", number,
+                       "PRODUCT", identity.productId == 0x6014 ? "403/6014/900" : "403/6015/1000"},
+                      descriptorsOf(identity));
+    umockdev_testbed_uevent(m_system->bed, place->sysfs.c_str(), "add");
+    return place->bridge;
+}
+
+void UsbBed::unplug(int port)
+{
+    auto &plugged = m_plugged[static_cast<std::size_t>(port)];
+    if (!plugged)
+        return;
+    UMockdevTestbed *bed = m_system->bed;
+    plugged->bridge.unplug();
+    umockdev_testbed_uevent(bed, plugged->sysfs.c_str(), "remove");
+    umockdev_testbed_remove_device(bed, plugged->sysfs.c_str());
+    umockdev_testbed_detach_ioctl(bed, plugged->node.c_str(), nullptr);
+    std::filesystem::remove(m_system->root() + plugged->node);
+    plugged.reset();
+}
+
+std::string UsbBed::nodeOf(int port) const
+{
+    return m_plugged.at(static_cast<std::size_t>(port))->bridge.nodePath();
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "tests/ftdi/bridge/emulatedbridge.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+/// A computer's USB with emulated bridges, for unmodified libraries: nodes, sysfs and the events of udev.
+/// The process must have been started with umockdev's library loaded first. One at a time.
+class UsbBed
+{
+public:
+    /// What a bridge's descriptors tell.
+    struct Identity
+    {
+        std::string serialNumber = "QV1K";
+        std::string product = "QV1K detector";
+        std::uint16_t productId = 0x6014;
+        std::uint16_t packetSize = 512; ///< of its endpoints
+        bool isHighSpeed = true;
+    };
+
+    UsbBed();
+    UsbBed(const UsbBed &) = delete;
+    UsbBed &operator=(const UsbBed &) = delete;
+    ~UsbBed();
+
+    /// False when umockdev's library was not loaded first: nothing of this works then.
+    [[nodiscard]] static bool isAtHand();
+
+    /// Plugs one in at that port of the hub, 1 to 9, and tells it. It stays until it is pulled.
+    EmulatedBridge &plugIn(int port, const Identity &identity, std::unique_ptr<Lines> lines);
+    void unplug(int port);
+    /// Where its node really lies.
+    [[nodiscard]] std::string nodeOf(int port) const;
+
+private:
+    struct Plugged;
+    struct System;
+
+    std::unique_ptr<System> m_system;
+    std::vector<std::unique_ptr<Plugged>> m_plugged; ///< by port
+    int m_lastAddress = 1;
+};
