@@ -55,4 +55,13 @@ using SetDeviceEventCallback = void(DeviceEventCallback callback, void *context)
 /// never called: what such a provider delivers is not measured.
 using IsSimulated = int();
 
+/// Not of the interface; a provider of this project may export it. Writes in words, NUL-terminated UTF-8 of
+/// one line cut to `size`, why an open device is gone, or with a null handle why the last openEx() failed.
+/// An empty text when there is nothing to tell.
+using TellProblem = Status(Handle handle, char *text, std::uint32_t size);
+
+/// Not of the interface; a provider of this project may export it: how often the bridge said, since it was
+/// opened, that it had lost bytes. Does not wait.
+using CountLosses = Status(Handle handle, std::uint32_t *count);
+
 } // namespace d2xx

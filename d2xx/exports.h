@@ -28,6 +28,10 @@ QV1K_D2XX_EXPORT d2xx::Write FT_Write;
 
 /// Optional: a provider that reports plugging and unplugging itself defines it.
 QV1K_D2XX_EXPORT d2xx::SetDeviceEventCallback QV1K_SetDeviceEventCallback;
+/// Optional: a provider that says in words what went wrong defines it.
+QV1K_D2XX_EXPORT d2xx::TellProblem QV1K_TellProblem;
+/// Optional: a provider that hears from the bridge that bytes were lost defines it.
+QV1K_D2XX_EXPORT d2xx::CountLosses QV1K_CountLosses;
 /// Optional: a provider that simulates defines it.
 QV1K_D2XX_EXPORT d2xx::IsSimulated QV1K_IsSimulated;
 }

@@ -23,6 +23,8 @@ struct Functions
     Write *write = nullptr;
 
     SetDeviceEventCallback *setDeviceEventCallback = nullptr; ///< optional
+    TellProblem *tellProblem = nullptr;                       ///< optional
+    CountLosses *countLosses = nullptr;                       ///< optional
     IsSimulated *isSimulated = nullptr;                       ///< optional: set where the library simulates
 
     /// Calls `visit(name, pointer)` with each of the fourteen exported names and its place in the table.
@@ -50,6 +52,8 @@ struct Functions
     void forEachOptionalCall(Visit visit)
     {
         visit("QV1K_SetDeviceEventCallback", setDeviceEventCallback);
+        visit("QV1K_TellProblem", tellProblem);
+        visit("QV1K_CountLosses", countLosses);
         visit("QV1K_IsSimulated", isSimulated);
     }
 };

@@ -96,3 +96,19 @@ Status FT_Write(Handle handle, void *buffer, std::uint32_t length, std::uint32_t
 {
     return onOpen(handle, [=](OpenDevice &device) { return device.write(buffer, length, bytesWritten); });
 }
+
+Status QV1K_TellProblem(Handle handle, char *text, std::uint32_t size)
+{
+    return guarded([=] {
+        if (text == nullptr || size == 0)
+            return Status::InvalidParameter;
+        const std::string problem = registry().problem(handle);
+        text[problem.copy(text, size - 1)] = '\0';
+        return Status::Ok;
+    });
+}
+
+Status QV1K_CountLosses(Handle handle, std::uint32_t *count)
+{
+    return onOpen(handle, [=](OpenDevice &device) { return device.losses(count); });
+}

@@ -2,11 +2,13 @@
 
 #include "d2xx/families.h"
 #include "ftdi/libftdiport.h"
+#include "ftdi/refusals.h"
 
 #include <libusb.h>
 
 #include <algorithm>
 #include <array>
+#include <cstdio>
 #include <fstream>
 
 namespace ftdi {
@@ -99,6 +101,67 @@ std::vector<Found> findBridges(const DeviceList &list)
     return found;
 }
 
+std::string nodeOf(libusb_device *device)
+{
+    std::array<char, 32> path{};
+    std::snprintf(path.data(), path.size(), "/dev/bus/usb/%03d/%03d", libusb_get_bus_number(device),
+                  libusb_get_device_address(device));
+    return path.data();
+}
+
+/// libftdi1 tells not apart why a device cannot be opened.
+int tryNode(libusb_device *device)
+{
+    libusb_device_handle *handle = nullptr;
+    const int result = libusb_open(device, &handle);
+    if (result == LIBUSB_SUCCESS)
+        libusb_close(handle);
+    return result;
+}
+
+/// What the numbers of ftdi_usb_open_dev() mean.
+Refusal refusalBy(int opening, const ftdi_context &context, const Found &bridge)
+{
+    constexpr int notOpened = -3;
+    constexpr int notConfigured = -4;
+    constexpr int notClaimed = -5;
+    constexpr int notReset = -6;
+    constexpr int noBaudRate = -7;
+    switch (opening) {
+    case notOpened:
+        return notPluggedIn(bridge.info.serialNumber);
+    case notConfigured:
+    case notClaimed:
+        return heldElsewhere(nodeOf(bridge.device));
+    case notReset:
+    case noBaudRate:
+        return chipIsSilent();
+    default:
+        return {Status::OtherError, context.error_str != nullptr ? context.error_str : ""};
+    }
+}
+
+Refusal openFound(FtdiContext context, const Found &bridge, std::unique_ptr<UsbPort> &port)
+{
+    const int access = tryNode(bridge.device);
+    if (access == LIBUSB_ERROR_ACCESS)
+        return notPermitted(nodeOf(bridge.device));
+    if (access == LIBUSB_ERROR_NO_DEVICE)
+        return notPluggedIn(bridge.info.serialNumber);
+    context->module_detach_mode = AUTO_DETACH_REATACH_SIO_MODULE;
+    context->usb_read_timeout = LibFtdiPort::requestTimeoutMs;
+    context->usb_write_timeout = LibFtdiPort::requestTimeoutMs;
+    ftdi_set_interface(context.get(), bridge.channel);
+    const int result = ftdi_usb_open_dev(context.get(), bridge.device);
+    if (result != 0)
+        return refusalBy(result, *context, bridge);
+    auto opened = std::make_unique<LibFtdiPort>(std::move(context));
+    if (!opened->tidyUp())
+        return chipIsSilent();
+    port = std::move(opened);
+    return {};
+}
+
 } // namespace
 
 std::optional<std::vector<BridgeInfo>> LibFtdiBus::list()
@@ -115,23 +178,17 @@ std::optional<std::vector<BridgeInfo>> LibFtdiBus::list()
     return infos;
 }
 
-Status LibFtdiBus::open(const std::string &serialNumber, std::unique_ptr<UsbPort> &port)
+Refusal LibFtdiBus::open(const std::string &serialNumber, std::unique_ptr<UsbPort> &port)
 {
     FtdiContext context(ftdi_new());
     if (!context)
-        return Status::OtherError;
+        return unusableUsb();
     const DeviceList list(context->usb_ctx);
     for (const Found &bridge : findBridges(list)) {
-        if (bridge.info.serialNumber != serialNumber)
-            continue;
-        context->module_detach_mode = AUTO_DETACH_REATACH_SIO_MODULE;
-        if (ftdi_set_interface(context.get(), bridge.channel) != 0 ||
-            ftdi_usb_open_dev(context.get(), bridge.device) != 0)
-            return Status::DeviceNotOpened;
-        port = std::make_unique<LibFtdiPort>(std::move(context));
-        return Status::Ok;
+        if (bridge.info.serialNumber == serialNumber)
+            return openFound(std::move(context), bridge, port);
     }
-    return Status::DeviceNotFound;
+    return notPluggedIn(serialNumber);
 }
 
 } // namespace ftdi

@@ -13,7 +13,7 @@ class LibFtdiBus : public UsbBus
 public:
     /// Reads what the system noted when the bridge was plugged in: asks no bridge and needs no permission.
     std::optional<std::vector<BridgeInfo>> list() override;
-    Status open(const std::string &serialNumber, std::unique_ptr<UsbPort> &port) override;
+    Refusal open(const std::string &serialNumber, std::unique_ptr<UsbPort> &port) override;
 };
 
 } // namespace ftdi

@@ -10,13 +10,19 @@ namespace {
 
 // What D2XX begins with.
 constexpr std::size_t usualTransferSize = 4096;
-constexpr int requestTimeoutMs = 500;
+
+/// What a bridge uses whose descriptor tells no packet size.
+std::size_t usualPacketSize(libusb_device *device)
+{
+    return libusb_get_device_speed(device) == LIBUSB_SPEED_FULL ? 64 : 512;
+}
 
 /// libftdi1 names the endpoints from the chip's side: what the chip sends out is read here.
 BulkReader::Source readingSide(const ftdi_context &context)
 {
+    const std::size_t told = context.max_packet_size;
     return {context.usb_ctx, context.usb_dev, static_cast<std::uint8_t>(context.out_ep),
-            context.max_packet_size};
+            told != 0 ? told : usualPacketSize(libusb_get_device(context.usb_dev))};
 }
 
 } // namespace
@@ -25,14 +31,22 @@ LibFtdiPort::LibFtdiPort(FtdiContext context)
     : m_context(std::move(context)), m_reader(readingSide(*m_context)), m_inSize(usualTransferSize),
       m_outSize(usualTransferSize)
 {
-    m_context->usb_read_timeout = requestTimeoutMs;
-    m_context->usb_write_timeout = requestTimeoutMs;
 }
 
 LibFtdiPort::~LibFtdiPort()
 {
-    m_reader.stop();
+    if (m_reader.stop()) // or the chip would not take it
+        setBitMode(0, BITMODE_RESET);
     ftdi_usb_close(m_context.get()); // gives the bridge back to the system's driver; freeing does not
+}
+
+bool LibFtdiPort::tidyUp()
+{
+    if (!setBitMode(0, BITMODE_RESET))
+        return false;
+    for (const int endpoint : {m_context->in_ep, m_context->out_ep})
+        static_cast<void>(libusb_clear_halt(m_context->usb_dev, static_cast<std::uint8_t>(endpoint)));
+    return true;
 }
 
 bool LibFtdiPort::reset()

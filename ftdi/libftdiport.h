@@ -20,8 +20,14 @@ using FtdiContext = std::unique_ptr<ftdi_context, FreeFtdiContext>;
 class LibFtdiPort : public UsbPort
 {
 public:
+    /// The longest that a request to the chip may take.
+    static constexpr int requestTimeoutMs = 500;
+
     explicit LibFtdiPort(FtdiContext context);
     ~LibFtdiPort() override;
+
+    /// What a program that was killed may have left behind: the mode of the lines, and halted endpoints.
+    bool tidyUp();
 
     bool reset() override;
     bool setBitMode(std::uint8_t mask, std::uint8_t mode) override;
@@ -31,6 +37,9 @@ public:
     void setTransferSizes(std::size_t in, std::size_t out) override;
 
     std::optional<std::span<const std::uint8_t>> read(std::chrono::milliseconds patience) override;
+    bool isGone() override { return m_reader.isGone(); }
+    [[nodiscard]] std::string ending() const override { return m_reader.ending(); }
+    [[nodiscard]] std::uint32_t losses() const override { return m_reader.losses(); }
     void stopReading() override;
     std::optional<std::size_t> write(std::span<const std::uint8_t> bytes,
                                      std::chrono::milliseconds patience) override;

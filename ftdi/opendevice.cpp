@@ -64,12 +64,46 @@ void OpenDevice::readOn(const std::stop_token &stop)
 {
     while (!stop.stop_requested()) {
         const auto bytes = m_port->read(patience);
+        m_losses = m_port->losses();
         if (!bytes) {
+            noteEnding(m_port->ending());
             m_queue.end(Status::IoError);
             return;
         }
-        m_queue.append(*bytes, stop);
+        append(*bytes, stop);
     }
+}
+
+/// While there is no room the bridge is watched all the same: that it was unplugged is told at once, and what
+/// it brought before can still be read.
+void OpenDevice::append(std::span<const std::uint8_t> bytes, const std::stop_token &stop)
+{
+    bytes = m_queue.append(bytes, patience, stop);
+    while (!bytes.empty() && !stop.stop_requested() && m_queue.status() != Status::InvalidHandle) {
+        if (m_queue.status() == Status::Ok && m_port->isGone())
+            m_queue.announceEnd(Status::IoError);
+        bytes = m_queue.append(bytes, patience, stop);
+    }
+}
+
+void OpenDevice::noteEnding(const std::string &why)
+{
+    const std::lock_guard lock(m_endingMutex);
+    m_ending = why;
+}
+
+std::string OpenDevice::ending() const
+{
+    const std::lock_guard lock(m_endingMutex);
+    return m_ending;
+}
+
+Status OpenDevice::losses(std::uint32_t *count) const
+{
+    if (count == nullptr)
+        return Status::InvalidParameter;
+    *count = m_losses;
+    return m_queue.status();
 }
 
 template <typename Call>
@@ -153,8 +187,9 @@ Status OpenDevice::queued(std::uint32_t *rxBytes, std::uint32_t *txBytes, std::u
 {
     if (rxBytes == nullptr || txBytes == nullptr || events == nullptr)
         return Status::InvalidParameter;
-    const Status status = m_queue.status();
-    *rxBytes = status == Status::Ok ? static_cast<std::uint32_t>(m_queue.size()) : 0;
+    std::size_t waiting = 0;
+    const Status status = m_queue.waiting(waiting);
+    *rxBytes = static_cast<std::uint32_t>(waiting);
     *txBytes = 0;
     *events = 0;
     return status;

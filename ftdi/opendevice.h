@@ -11,8 +11,9 @@ namespace ftdi {
 /// An open bridge with a thread that keeps reading it into a queue, so that the cable is never idle while the
 /// program is busy. When the queue is full the thread waits, and with it the bridge: nothing is lost.
 ///
-/// All members may be called from any thread. After the bridge is gone, everything returns IoError; after
-/// close(), InvalidHandle. Null pointers and values that the bridge does not know are InvalidParameter.
+/// All members may be called from any thread. After the bridge is gone, everything returns IoError, but that
+/// what arrived before is counted and read first; after close(), InvalidHandle. Null pointers and values that
+/// the bridge does not know are InvalidParameter.
 class OpenDevice
 {
 public:
@@ -28,6 +29,10 @@ public:
     void close();
     /// Ok, IoError when the bridge is gone, InvalidHandle when it was closed.
     [[nodiscard]] Status status() const { return m_queue.status(); }
+    /// Why the bridge is gone, in words; empty as long as it is not.
+    [[nodiscard]] std::string ending() const;
+    /// How often the chip said that bytes were lost, since the bridge was opened.
+    Status losses(std::uint32_t *count) const;
 
     /// Drops what was not read.
     Status reset();
@@ -56,9 +61,14 @@ private:
     void startReader();
     void stopReader();
     void readOn(const std::stop_token &stop);
+    void append(std::span<const std::uint8_t> bytes, const std::stop_token &stop);
+    void noteEnding(const std::string &why);
 
     std::mutex m_portMutex; // guards the port, but for its reading, and the thread
     std::unique_ptr<UsbPort> m_port;
+    std::atomic<std::uint32_t> m_losses{0};
+    mutable std::mutex m_endingMutex; // guards the next
+    std::string m_ending;
     ReceiveQueue m_queue;
     std::atomic<std::uint32_t> m_readTimeout{0};
     std::atomic<std::uint32_t> m_writeTimeout{0};

@@ -9,20 +9,21 @@ ReceiveQueue::ReceiveQueue(std::size_t capacity)
 {
 }
 
-void ReceiveQueue::append(std::span<const std::uint8_t> bytes, const std::stop_token &stop)
+std::span<const std::uint8_t> ReceiveQueue::append(std::span<const std::uint8_t> bytes,
+                                                   std::chrono::milliseconds patience,
+                                                   const std::stop_token &stop)
 {
     std::unique_lock lock(m_mutex);
     const auto mayGoOn = [this] {
-        return m_size < m_capacity || m_status != Status::Ok;
+        return m_size < m_capacity || m_hasEnded;
     };
-    while (!bytes.empty()) {
-        if (!m_roomMade.wait(lock, stop, mayGoOn) || m_status != Status::Ok)
-            return;
+    while (!bytes.empty() && m_roomMade.wait_for(lock, stop, patience, mayGoOn) && !m_hasEnded) {
         const auto fitting = bytes.first(std::min(bytes.size(), m_capacity - m_size));
         put(fitting);
         bytes = bytes.subspan(fitting.size());
         m_bytesArrived.notify_all();
     }
+    return bytes;
 }
 
 Status ReceiveQueue::take(std::span<std::uint8_t> out, Deadline deadline, std::size_t &taken)
@@ -30,11 +31,13 @@ Status ReceiveQueue::take(std::span<std::uint8_t> out, Deadline deadline, std::s
     taken = 0;
     std::unique_lock lock(m_mutex);
     const auto mayGoOn = [this] {
-        return m_size > 0 || m_status != Status::Ok;
+        return m_size > 0 || m_hasEnded;
     };
-    while (m_status == Status::Ok) {
+    while (m_status != Status::InvalidHandle) {
         taken += get(out.subspan(taken));
-        if (taken == out.size() || !m_bytesArrived.wait_until(lock, deadline, mayGoOn))
+        if (m_hasEnded && m_size == 0 && taken == 0)
+            break;
+        if (taken == out.size() || m_hasEnded || !m_bytesArrived.wait_until(lock, deadline, mayGoOn))
             return Status::Ok;
     }
     return m_status;
@@ -66,10 +69,11 @@ std::size_t ReceiveQueue::get(std::span<std::uint8_t> out)
     return length;
 }
 
-std::size_t ReceiveQueue::size() const
+Status ReceiveQueue::waiting(std::size_t &bytes) const
 {
     const std::lock_guard lock(m_mutex);
-    return m_size;
+    bytes = m_size;
+    return m_size > 0 || !m_hasEnded ? Status::Ok : m_status;
 }
 
 void ReceiveQueue::clear()
@@ -82,10 +86,20 @@ void ReceiveQueue::clear()
 void ReceiveQueue::end(Status why)
 {
     const std::lock_guard lock(m_mutex);
+    m_hasEnded = true;
     if (m_status != Status::InvalidHandle)
         m_status = why;
+    if (m_status == Status::InvalidHandle)
+        m_size = 0;
     m_bytesArrived.notify_all();
     m_roomMade.notify_all();
+}
+
+void ReceiveQueue::announceEnd(Status why)
+{
+    const std::lock_guard lock(m_mutex);
+    if (m_status == Status::Ok)
+        m_status = why;
 }
 
 Status ReceiveQueue::status() const

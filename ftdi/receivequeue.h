@@ -24,20 +24,26 @@ public:
     /// Memory is used as it is filled.
     explicit ReceiveQueue(std::size_t capacity);
 
-    /// Appends all bytes and waits for room as long as there is none. Gives up, and drops the rest, when it
-    /// is told to stop or the queue was ended.
-    void append(std::span<const std::uint8_t> bytes, const std::stop_token &stop);
+    /// Appends what there is room for, and waits for room for so long when there is none or until it is told
+    /// to stop. Returns what did not fit; an ended queue takes nothing.
+    std::span<const std::uint8_t> append(std::span<const std::uint8_t> bytes,
+                                         std::chrono::milliseconds patience, const std::stop_token &stop);
 
     /// Fills `out`; waits for what is missing until the deadline. `taken` is how much there was, in every
-    /// case. Not Ok only when the queue was ended. Of two callers at once each gets some of what arrives.
+    /// case. Not Ok only when the queue was ended and there was nothing. Of two callers at once each gets
+    /// some of what arrives.
     Status take(std::span<std::uint8_t> out, Deadline deadline, std::size_t &taken);
 
-    [[nodiscard]] std::size_t size() const;
+    /// How many bytes can be taken. Not Ok when there are none and no more come.
+    Status waiting(std::size_t &bytes) const;
     void clear();
 
-    /// Lets everyone who waits, now or later, return this status. InvalidHandle is for good.
+    /// Nothing more comes: everyone who waits, now or later, gets what there is and then this status.
+    /// InvalidHandle is for good, and drops what there is.
     void end(Status why);
-    /// Ok as long as it was not ended.
+    /// The end is near: the status says so at once, and what is still appended can be taken before end().
+    void announceEnd(Status why);
+    /// Ok as long as no end was announced.
     [[nodiscard]] Status status() const;
 
 private:
@@ -52,6 +58,7 @@ private:
     std::size_t m_first = 0;
     std::size_t m_size = 0;
     Status m_status = Status::Ok;
+    bool m_hasEnded = false;
 };
 
 } // namespace ftdi

@@ -61,22 +61,39 @@ Status Registry::open(const void *serialNumber, std::uint32_t flags, Handle *han
 {
     if (serialNumber == nullptr || handle == nullptr || flags != d2xx::openBySerialNumber)
         return Status::InvalidParameter;
-    const std::string number(static_cast<const char *>(serialNumber));
     const std::lock_guard busLock(m_busMutex);
+    Refusal refusal = openOnBus(static_cast<const char *>(serialNumber), handle);
+    const std::lock_guard lock(m_mutex);
+    m_refusal = std::move(refusal.reason);
+    return refusal.status;
+}
+
+Refusal Registry::openOnBus(const std::string &number, Handle *handle)
+{
     {
         const std::lock_guard lock(m_mutex);
         if (handleOf(number) != nullptr)
-            return Status::DeviceNotOpened;
+            return {Status::DeviceNotOpened, "The bridge is open in this program already."};
     }
     std::unique_ptr<UsbPort> port;
-    if (const Status status = m_bus->open(number, port); status != Status::Ok)
-        return status;
+    if (Refusal refusal = m_bus->open(number, port); refusal.status != Status::Ok)
+        return refusal;
     auto device = std::make_shared<OpenDevice>(std::move(port));
 
     const std::lock_guard lock(m_mutex);
     *handle = m_handles.next();
     m_connections[*handle] = {number, std::move(device)};
-    return Status::Ok;
+    return {};
+}
+
+std::string Registry::problem(Handle handle)
+{
+    if (handle != nullptr) {
+        const std::shared_ptr<OpenDevice> device = find(handle);
+        return device ? device->ending() : std::string();
+    }
+    const std::lock_guard lock(m_mutex);
+    return m_refusal;
 }
 
 Status Registry::close(Handle handle)

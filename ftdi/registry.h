@@ -26,6 +26,9 @@ public:
     /// Only by serial number (`flags` 1). DeviceNotOpened when it is open already, here or elsewhere.
     Status open(const void *serialNumber, std::uint32_t flags, Handle *handle);
     Status close(Handle handle);
+    /// In words why an open bridge is gone; without a handle, why the last one was not opened. Empty when
+    /// there is nothing to tell.
+    [[nodiscard]] std::string problem(Handle handle);
 
     /// `call(OpenDevice &)` on the open bridge; it outlives the call even when it is closed meanwhile.
     template <typename Call>
@@ -42,6 +45,7 @@ private:
         std::shared_ptr<OpenDevice> device;
     };
 
+    Refusal openOnBus(const std::string &number, Handle *handle);
     [[nodiscard]] std::shared_ptr<OpenDevice> find(Handle handle);
     [[nodiscard]] Handle handleOf(const std::string &serialNumber);
     [[nodiscard]] DeviceRecord recordOf(const BridgeInfo &info);
@@ -52,6 +56,7 @@ private:
     std::mutex m_mutex; // guards what follows; taken after the other
     std::map<Handle, Connection> m_connections;
     std::vector<DeviceRecord> m_records;
+    std::string m_refusal; ///< of the last opening
     d2xx::HandleSource m_handles{0x46540000};
 };
 

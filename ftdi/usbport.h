@@ -16,8 +16,10 @@ using d2xx::Status;
 
 /// An open bridge, as thin as it can be: one member, one request to the chip.
 ///
-/// read() and stopReading() belong to one reader. The others may run beside a read(), but not beside each
-/// other. False, or none, says that the bridge did not take it.
+/// read(), isGone(), ending() and stopReading() belong to one reader. The others may run beside a read(), but
+/// not beside each other; losses() at any time. False, or none, says that the bridge did not take it.
+///
+/// The end of it puts the bridge's lines back into the mode in which it has them when it is plugged in.
 class UsbPort
 {
 public:
@@ -36,8 +38,15 @@ public:
     virtual void setTransferSizes(std::size_t in, std::size_t out) = 0;
 
     /// The next bytes that arrived, valid until the next call; empty when there were none for `patience`.
-    /// None when the bridge is gone.
+    /// None when the bridge is gone or cannot be read any more, and everything that arrived before was
+    /// returned.
     virtual std::optional<std::span<const std::uint8_t>> read(std::chrono::milliseconds patience) = 0;
+    /// The bridge was unplugged; what arrived before may still be read.
+    virtual bool isGone() = 0;
+    /// Why read() returned none, in words.
+    [[nodiscard]] virtual std::string ending() const = 0;
+    /// How often the chip said that bytes were lost before they could be read.
+    [[nodiscard]] virtual std::uint32_t losses() const = 0;
     /// Drops what is on its way from the chip. The next read() begins afresh.
     virtual void stopReading() = 0;
 
@@ -57,6 +66,13 @@ struct BridgeInfo
     bool isHighSpeed = false;
 };
 
+/// How opening went.
+struct Refusal
+{
+    Status status = Status::Ok;
+    std::string reason; ///< empty when it was opened
+};
+
 /// The USB of this computer.
 class UsbBus
 {
@@ -68,7 +84,8 @@ public:
 
     /// The bridges that are plugged in, whoever holds them; none when the USB cannot be used at all.
     virtual std::optional<std::vector<BridgeInfo>> list() = 0;
-    virtual Status open(const std::string &serialNumber, std::unique_ptr<UsbPort> &port) = 0;
+    /// A refusal is told in words too: what holds it up, and what helps. Blocks for 2 s at most.
+    virtual Refusal open(const std::string &serialNumber, std::unique_ptr<UsbPort> &port) = 0;
 };
 
 } // namespace ftdi

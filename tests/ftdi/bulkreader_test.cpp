@@ -1,4 +1,5 @@
 #include "ftdi/bulkreader.h"
+#include "ftdi/statusbytes.h"
 
 #include "tests/ftdi/fakelibusb.h"
 #include "tests/ftdi/numbered.h"
@@ -48,6 +49,15 @@ protected:
         const auto bytes = reader.read(10ms);
         EXPECT_TRUE(bytes);
         return bytes ? Bytes(bytes->begin(), bytes->end()) : Bytes();
+    }
+
+    /// Everything until reading ends.
+    Bytes untilTheEnd()
+    {
+        Bytes all;
+        while (const auto bytes = reader.read(10ms))
+            all.insert(all.end(), bytes->begin(), bytes->end());
+        return all;
     }
 
     FakeLibusb &usb = FakeLibusb::instance() = {};
@@ -129,19 +139,129 @@ TEST_F(BulkReading, asks_for_whole_packets)
 
 TEST_F(BulkReading, ends_when_the_bridge_is_gone)
 {
-    for (const auto status : {LIBUSB_TRANSFER_NO_DEVICE, LIBUSB_TRANSFER_ERROR, LIBUSB_TRANSFER_STALL,
-                              LIBUSB_TRANSFER_OVERFLOW}) {
+    EXPECT_THAT(next(), IsEmpty());
+    usb.endings.push_back({LIBUSB_TRANSFER_NO_DEVICE, {}});
+    EXPECT_THAT(untilTheEnd(), IsEmpty());
+    EXPECT_EQ(reader.ending(), "The bridge was unplugged.");
+    EXPECT_EQ(usb.haltsCleared, 0);
+}
+
+TEST_F(BulkReading, a_stall_is_cleared_and_reading_goes_on)
+{
+    for (const auto status : {LIBUSB_TRANSFER_STALL, LIBUSB_TRANSFER_ERROR, LIBUSB_TRANSFER_OVERFLOW}) {
+        usb.haltsCleared = 0;
+        EXPECT_THAT(next(), IsEmpty());
         usb.endings.push_back({status, {}});
-        EXPECT_FALSE(reader.read(10ms)) << status;
-        reader.stop();
+        while (usb.haltsCleared == 0)
+            ASSERT_THAT(next(), IsEmpty()) << status;
+        EXPECT_THAT(next(), IsEmpty());
+        EXPECT_EQ(usb.underWay.size(), transferCount);
+        usb.deliver(packed(numbered(5)));
+        EXPECT_EQ(next(), numbered(5));
     }
 }
 
-TEST_F(BulkReading, ends_when_no_transfer_can_be_begun)
+TEST_F(BulkReading, what_arrived_around_a_failure_is_returned_in_order)
+{
+    EXPECT_THAT(next(), IsEmpty());
+    usb.deliver(packed(numbered(3, 0)));
+    usb.endings.push_back({LIBUSB_TRANSFER_STALL, packed(numbered(3, 3))});
+    usb.deliver(packed(numbered(3, 6)));
+    for (int i = 0; i < 3; ++i)
+        libusb_handle_events_timeout_completed(nullptr, nullptr, nullptr);
+    usb.cancelledBringsNext = packed(numbered(3, 9));
+
+    Bytes all;
+    while (usb.haltsCleared == 0) {
+        const Bytes bytes = next();
+        all.insert(all.end(), bytes.begin(), bytes.end());
+    }
+    EXPECT_EQ(all, numbered(12));
+}
+
+TEST_F(BulkReading, what_arrived_before_an_unplug_is_returned_first)
+{
+    EXPECT_THAT(next(), IsEmpty());
+    usb.deliver(packed(numbered(3, 0)));
+    usb.endings.push_back({LIBUSB_TRANSFER_NO_DEVICE, packed(numbered(3, 3))});
+    for (int i = 0; i < 2; ++i)
+        libusb_handle_events_timeout_completed(nullptr, nullptr, nullptr);
+    EXPECT_TRUE(reader.isGone());
+    EXPECT_EQ(untilTheEnd(), numbered(6));
+}
+
+TEST_F(BulkReading, ends_when_clearing_does_not_help)
+{
+    for (int i = 0; i < 100; ++i)
+        usb.endings.push_back({LIBUSB_TRANSFER_STALL, {}});
+    EXPECT_THAT(untilTheEnd(), IsEmpty());
+    EXPECT_EQ(usb.haltsCleared, BulkReader::mostTries);
+    EXPECT_THAT(reader.ending(), testing::HasSubstr("halted"));
+    EXPECT_THAT(usb.underWay, IsEmpty());
+    EXPECT_FALSE(reader.read(10ms)) << "it stays at its end";
+}
+
+TEST_F(BulkReading, ends_when_nothing_can_be_cleared)
+{
+    EXPECT_THAT(next(), IsEmpty());
+    usb.clearResult = LIBUSB_ERROR_NO_DEVICE;
+    usb.endings.push_back({LIBUSB_TRANSFER_STALL, {}});
+    EXPECT_THAT(untilTheEnd(), IsEmpty());
+    EXPECT_EQ(usb.haltsCleared, 1);
+    EXPECT_EQ(reader.ending(), "The bridge was unplugged.");
+}
+
+TEST_F(BulkReading, good_transfers_in_between_make_a_failure_a_new_one)
+{
+    EXPECT_THAT(next(), IsEmpty());
+    for (int i = 1; i <= 3 * BulkReader::mostTries; ++i) {
+        usb.endings.push_back({LIBUSB_TRANSFER_ERROR, {}});
+        while (usb.haltsCleared < i)
+            ASSERT_THAT(next(), IsEmpty());
+        usb.deliver(packed(numbered(5)));
+        while (next().empty())
+            ASSERT_EQ(usb.haltsCleared, i);
+    }
+}
+
+TEST_F(BulkReading, fewer_transfers_are_under_way_where_there_is_no_memory_for_more)
+{
+    usb.mostUnderWay = 5;
+    EXPECT_THAT(next(), IsEmpty());
+    EXPECT_EQ(usb.underWay.size(), 5U);
+    usb.deliver(packed(numbered(4)));
+    EXPECT_EQ(next(), numbered(4));
+    EXPECT_THAT(next(), IsEmpty());
+    EXPECT_EQ(usb.underWay.size(), 5U);
+}
+
+TEST_F(BulkReading, without_memory_for_any_transfer_it_waits_for_some)
+{
+    usb.mostUnderWay = 0;
+    EXPECT_THAT(next(), IsEmpty());
+    EXPECT_THAT(next(), IsEmpty());
+    usb.mostUnderWay = 1;
+    EXPECT_THAT(next(), IsEmpty());
+    usb.deliver(packed(numbered(4)));
+    EXPECT_EQ(next(), numbered(4));
+}
+
+TEST_F(BulkReading, packets_that_tell_of_lost_bytes_are_counted)
+{
+    EXPECT_EQ(reader.losses(), 0U);
+    EXPECT_THAT(next(), IsEmpty());
+    Bytes bytes = packed(numbered(1100));
+    bytes[packetSize + 1] |= 0x02;
+    bytes[2 * packetSize + 1] |= 0x80;
+    usb.deliver(bytes);
+    EXPECT_EQ(next(), numbered(1100));
+    EXPECT_EQ(reader.losses(), 2U);
+}
+
+TEST_F(BulkReading, ends_when_a_transfer_cannot_be_begun)
 {
     usb.submitsLeft = 5;
-    EXPECT_FALSE(reader.read(10ms));
-    reader.stop();
+    EXPECT_THAT(untilTheEnd(), IsEmpty());
     EXPECT_THAT(usb.underWay, IsEmpty());
 }
 
@@ -150,8 +270,7 @@ TEST_F(BulkReading, ends_when_a_transfer_cannot_be_begun_again)
     EXPECT_THAT(next(), IsEmpty());
     usb.submitsLeft = 0;
     usb.deliver(packed(numbered(4)));
-    EXPECT_EQ(next(), numbered(4));
-    EXPECT_FALSE(reader.read(10ms));
+    EXPECT_EQ(untilTheEnd(), numbered(4));
 }
 
 TEST_F(BulkReading, ends_when_events_cannot_be_handled)

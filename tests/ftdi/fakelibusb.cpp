@@ -1,6 +1,7 @@
 #include "tests/ftdi/fakelibusb.h"
 
 #include <algorithm>
+#include <utility>
 
 FakeLibusb &FakeLibusb::instance()
 {
@@ -37,8 +38,10 @@ void LIBUSB_CALL libusb_free_transfer(libusb_transfer *transfer)
 int LIBUSB_CALL libusb_submit_transfer(libusb_transfer *transfer)
 {
     FakeLibusb &usb = FakeLibusb::instance();
+    if (usb.underWay.size() >= usb.mostUnderWay)
+        return LIBUSB_ERROR_NO_MEM;
     if (usb.submitsLeft-- <= 0)
-        return LIBUSB_ERROR_NO_DEVICE;
+        return usb.submitResult;
     usb.underWay.push_back(transfer);
     usb.lengths.push_back(transfer->length);
     return LIBUSB_SUCCESS;
@@ -48,6 +51,12 @@ int LIBUSB_CALL libusb_cancel_transfer(libusb_transfer *transfer)
 {
     FakeLibusb::instance().cancelled.push_back(transfer);
     return LIBUSB_SUCCESS;
+}
+
+int LIBUSB_CALL libusb_clear_halt(libusb_device_handle * /*device*/, unsigned char /*endpoint*/)
+{
+    ++FakeLibusb::instance().haltsCleared;
+    return FakeLibusb::instance().clearResult;
 }
 
 int LIBUSB_CALL libusb_handle_events_timeout_completed(libusb_context * /*context*/, timeval * /*wait*/,
@@ -60,7 +69,7 @@ int LIBUSB_CALL libusb_handle_events_timeout_completed(libusb_context * /*contex
         libusb_transfer *transfer = usb.cancelled.front();
         usb.cancelled.erase(usb.cancelled.begin());
         std::erase(usb.underWay, transfer);
-        end(transfer, {LIBUSB_TRANSFER_CANCELLED, {}});
+        end(transfer, {LIBUSB_TRANSFER_CANCELLED, std::exchange(usb.cancelledBringsNext, {})});
     } else if (!usb.endings.empty() && !usb.underWay.empty()) {
         const auto ending = usb.endings.front();
         usb.endings.pop_front();

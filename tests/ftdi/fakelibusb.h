@@ -28,7 +28,12 @@ struct FakeLibusb
     std::vector<libusb_transfer *> cancelled;
     std::vector<int> lengths; ///< of all transfers that were begun
     int submitsLeft = 1'000'000;
+    int submitResult = LIBUSB_ERROR_NO_DEVICE; ///< when none are left
+    std::size_t mostUnderWay = SIZE_MAX;       ///< more are refused: no memory
+    int haltsCleared = 0;
+    int clearResult = LIBUSB_SUCCESS;
     int allocated = 0;
-    bool keepsCancelled = false; ///< does not give them back
+    std::vector<std::uint8_t> cancelledBringsNext; ///< what the next cancelled one had got by then
+    bool keepsCancelled = false;                   ///< does not give them back
     int handlingResult = LIBUSB_SUCCESS;
 };

@@ -17,6 +17,12 @@ void FakeChip::unplug()
     m_changed.notify_all();
 }
 
+void FakeChip::loseBytes()
+{
+    const std::lock_guard lock(m_mutex);
+    ++m_losses;
+}
+
 void FakeChip::takeAtMost(std::size_t bytes)
 {
     const std::lock_guard lock(m_mutex);
@@ -114,7 +120,7 @@ std::optional<std::span<const std::uint8_t>> FakePort::read(std::chrono::millise
     std::unique_lock lock(m_chip->m_mutex);
     FakeChip &chip = *m_chip;
     chip.m_changed.wait_for(lock, patience, [&] { return chip.m_isUnplugged || !chip.m_pieces.empty(); });
-    if (chip.m_isUnplugged)
+    if (chip.m_isUnplugged && chip.m_pieces.empty())
         return {};
     m_lastPiece.clear();
     if (!chip.m_pieces.empty()) {
@@ -122,6 +128,18 @@ std::optional<std::span<const std::uint8_t>> FakePort::read(std::chrono::millise
         chip.m_pieces.pop_front();
     }
     return m_lastPiece;
+}
+
+bool FakePort::isGone()
+{
+    const std::lock_guard lock(m_chip->m_mutex);
+    return m_chip->m_isUnplugged;
+}
+
+std::uint32_t FakePort::losses() const
+{
+    const std::lock_guard lock(m_chip->m_mutex);
+    return m_chip->m_losses;
 }
 
 void FakePort::stopReading()
@@ -155,17 +173,17 @@ std::optional<std::vector<ftdi::BridgeInfo>> FakeBus::list()
     return infos;
 }
 
-d2xx::Status FakeBus::open(const std::string &serialNumber, std::unique_ptr<ftdi::UsbPort> &port)
+ftdi::Refusal FakeBus::open(const std::string &serialNumber, std::unique_ptr<ftdi::UsbPort> &port)
 {
     const auto found = std::find_if(entries.begin(), entries.end(), [&](const Entry &entry) {
         return entry.info.serialNumber == serialNumber;
     });
     if (found == entries.end())
-        return d2xx::Status::DeviceNotFound;
+        return {d2xx::Status::DeviceNotFound, "not there"};
     if (isHeldElsewhere)
-        return d2xx::Status::DeviceNotOpened;
+        return {d2xx::Status::DeviceNotOpened, "held elsewhere"};
     port = std::make_unique<FakePort>(found->chip);
-    return d2xx::Status::Ok;
+    return {};
 }
 
 std::shared_ptr<FakeChip> FakeBus::plugIn(const std::string &serialNumber)

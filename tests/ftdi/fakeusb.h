@@ -16,7 +16,9 @@ public:
 
     /// What the next reads return, one piece each.
     void deliver(Bytes piece);
+    /// What was delivered before can still be read.
     void unplug();
+    void loseBytes();
     /// From now on, at most that many bytes of a write leave; a write of which nothing leaves waits.
     void takeAtMost(std::size_t bytes);
     /// From now on requests fail, and transfers outward.
@@ -41,6 +43,7 @@ private:
     std::size_t m_writesBegun = 0;
     bool m_isUnplugged = false;
     bool m_refuses = false;
+    std::uint32_t m_losses = 0;
     bool m_isOpen = false;
 };
 
@@ -57,6 +60,9 @@ public:
     bool purge(bool received, bool sent) override;
     void setTransferSizes(std::size_t in, std::size_t out) override;
     std::optional<std::span<const std::uint8_t>> read(std::chrono::milliseconds patience) override;
+    bool isGone() override;
+    [[nodiscard]] std::string ending() const override { return "pulled out"; }
+    [[nodiscard]] std::uint32_t losses() const override;
     void stopReading() override;
     std::optional<std::size_t> write(std::span<const std::uint8_t> bytes,
                                      std::chrono::milliseconds patience) override;
@@ -79,7 +85,7 @@ public:
     };
 
     std::optional<std::vector<ftdi::BridgeInfo>> list() override;
-    d2xx::Status open(const std::string &serialNumber, std::unique_ptr<ftdi::UsbPort> &port) override;
+    ftdi::Refusal open(const std::string &serialNumber, std::unique_ptr<ftdi::UsbPort> &port) override;
 
     std::shared_ptr<FakeChip> plugIn(const std::string &serialNumber);
 

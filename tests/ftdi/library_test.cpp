@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cstring>
 
 using namespace d2xx;
 
@@ -25,6 +26,8 @@ TEST_F(FtdiLibrary, has_all_calls_and_leaves_plugging_and_unplugging_to_the_syst
     EXPECT_TRUE(library.driver->isUsable()) << qPrintable(library.problem);
     EXPECT_FALSE(library.isVirtual);
     EXPECT_EQ(f.setDeviceEventCallback, nullptr);
+    EXPECT_NE(f.tellProblem, nullptr);
+    EXPECT_NE(f.countLosses, nullptr);
 }
 
 TEST_F(FtdiLibrary, lists_what_is_there_or_says_that_it_cannot)
@@ -69,8 +72,23 @@ TEST_F(FtdiLibrary, knows_an_invalid_handle_in_every_call)
         EXPECT_EQ(f.getStatus(stale, &a, &b, &c), Status::InvalidHandle);
         EXPECT_EQ(f.read(stale, buffer.data(), 1, &a), Status::InvalidHandle);
         EXPECT_EQ(f.write(stale, buffer.data(), 1, &a), Status::InvalidHandle);
+        EXPECT_EQ(f.countLosses(stale, &a), Status::InvalidHandle);
         EXPECT_EQ(f.close(stale), Status::InvalidHandle);
     }
+}
+
+TEST_F(FtdiLibrary, cuts_a_problem_that_is_longer_than_its_room)
+{
+    ASSERT_TRUE(library.driver->isUsable());
+    std::array<char, 16> serialNumber{"NO SUCH BRIDGE"};
+    Handle handle = nullptr;
+    ASSERT_NE(f.openEx(serialNumber.data(), openBySerialNumber, &handle), Status::Ok);
+    std::array<char, 4> text{'x', 'x', 'x', 'x'};
+    EXPECT_EQ(f.tellProblem(nullptr, text.data(), 3), Status::Ok);
+    EXPECT_EQ(std::strlen(text.data()), 2U);
+    EXPECT_EQ(text[3], 'x');
+    EXPECT_EQ(f.tellProblem(nullptr, nullptr, 3), Status::InvalidParameter);
+    EXPECT_EQ(f.tellProblem(nullptr, text.data(), 0), Status::InvalidParameter);
 }
 
 TEST_F(FtdiLibrary, refuses_null_pointers)

@@ -3,10 +3,9 @@
 #include <future>
 
 using d2xx::Status;
+
 TEST_F(OpenBridge, after_the_cable_was_pulled_every_call_is_an_io_error)
 {
-    chip->deliver({1, 2, 3});
-    ASSERT_TRUE(waitForQueued(3));
     chip->unplug();
     ASSERT_TRUE(waitForStatus(Status::IoError));
 
@@ -15,6 +14,7 @@ TEST_F(OpenBridge, after_the_cable_was_pulled_every_call_is_an_io_error)
     EXPECT_EQ(device.queued(&rx, &other, &other), Status::IoError);
     EXPECT_EQ(rx, 0U);
     EXPECT_EQ(read(1), Status::IoError);
+    EXPECT_EQ(read(0), Status::IoError);
     EXPECT_EQ(write({1}), Status::IoError);
     EXPECT_EQ(device.reset(), Status::IoError);
     EXPECT_EQ(device.setBitMode(0xFF, 0x40), Status::IoError);
@@ -23,15 +23,80 @@ TEST_F(OpenBridge, after_the_cable_was_pulled_every_call_is_an_io_error)
     EXPECT_EQ(device.setFlowControl(0, 0, 0), Status::IoError);
     EXPECT_EQ(device.purge(3), Status::IoError);
     EXPECT_EQ(device.setTimeouts(1, 1), Status::IoError);
+    EXPECT_EQ(device.ending(), "pulled out");
+}
+
+TEST_F(OpenBridge, what_arrived_before_the_cable_was_pulled_is_read_first)
+{
+    chip->deliver({1, 2, 3});
+    chip->unplug();
+    ASSERT_TRUE(waitForStatus(Status::IoError));
+    EXPECT_EQ(queued(), 3U);
+    EXPECT_EQ(write({1}), Status::IoError);
+    EXPECT_EQ(read(2), Status::Ok);
+    EXPECT_EQ(received, FakeChip::Bytes({1, 2}));
+    EXPECT_EQ(read(2), Status::Ok) << "one byte is left";
+    EXPECT_EQ(received, FakeChip::Bytes({3}));
+    EXPECT_EQ(read(2), Status::IoError);
+}
+
+TEST_F(OpenBridge, a_full_queue_hides_no_unplug_and_nothing_that_waits_behind_it_is_lost)
+{
+    FakeChip::Bytes expected;
+    for (std::uint8_t i = 0; i < 40; ++i) {
+        const auto piece = numbered(90, i);
+        chip->deliver(piece);
+        expected.insert(expected.end(), piece.begin(), piece.end());
+    }
+    ASSERT_TRUE(waitForQueued(queueSize));
+    chip->unplug();
+    ASSERT_TRUE(waitForStatus(Status::IoError));
+    EXPECT_EQ(write({1}), Status::IoError);
+
+    FakeChip::Bytes all;
+    while (read(77) == Status::Ok)
+        all.insert(all.end(), received.begin(), received.end());
+    EXPECT_EQ(all, expected);
+}
+
+TEST_F(OpenBridge, a_closing_drops_what_waits)
+{
+    chip->deliver({1, 2, 3});
+    ASSERT_TRUE(waitForQueued(3));
+    device.close();
+    EXPECT_EQ(read(1), Status::InvalidHandle);
+    std::uint32_t rx = 99;
+    std::uint32_t other = 0;
+    EXPECT_EQ(device.queued(&rx, &other, &other), Status::InvalidHandle);
+    EXPECT_EQ(rx, 0U);
+}
+
+TEST_F(OpenBridge, what_the_chip_says_to_have_lost_is_counted)
+{
+    std::uint32_t count = 99;
+    EXPECT_EQ(device.losses(&count), Status::Ok);
+    EXPECT_EQ(count, 0U);
+    chip->loseBytes();
+    EXPECT_TRUE(
+        QTest::qWaitFor([&] { return device.losses(&count) == Status::Ok && count == 1; }, patienceMs));
+    EXPECT_EQ(device.losses(nullptr), Status::InvalidParameter);
 }
 
 TEST_F(OpenBridge, pulling_the_cable_ends_a_read_that_waits_without_limit)
 {
     auto reading = std::async(std::launch::async, [this] { return read(100); });
-    chip->deliver({1, 2});
-    ASSERT_TRUE(QTest::qWaitFor([this] { return chip->undelivered() == 0; }, patienceMs));
     chip->unplug();
     EXPECT_EQ(reading.get(), Status::IoError);
+}
+
+TEST_F(OpenBridge, pulling_the_cable_ends_a_read_with_what_there_is)
+{
+    auto reading = std::async(std::launch::async, [this] { return read(100); });
+    chip->deliver({1, 2});
+    chip->unplug();
+    EXPECT_EQ(reading.get(), Status::Ok);
+    EXPECT_EQ(received, FakeChip::Bytes({1, 2}));
+    EXPECT_EQ(read(1), Status::IoError);
 }
 
 TEST_F(OpenBridge, pulling_the_cable_ends_a_write_that_waits_without_limit)

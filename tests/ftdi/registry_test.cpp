@@ -131,6 +131,30 @@ TEST_F(Bridges, one_that_is_open_here_is_not_opened_again)
     EXPECT_EQ(statusOf(first), Status::Ok);
 }
 
+TEST_F(Bridges, a_refusal_is_told_in_words_until_the_next_opening)
+{
+    EXPECT_EQ(registry.problem(nullptr), "");
+    EXPECT_EQ(open("QV1K"), Status::DeviceNotFound);
+    EXPECT_EQ(registry.problem(nullptr), "not there");
+    bus.plugIn("QV1K");
+    EXPECT_EQ(open("QV1K"), Status::Ok);
+    EXPECT_EQ(registry.problem(nullptr), "");
+    EXPECT_EQ(open("QV1K"), Status::DeviceNotOpened);
+    EXPECT_EQ(registry.problem(nullptr), "The bridge is open in this program already.");
+}
+
+TEST_F(Bridges, why_an_open_one_is_gone_is_told_in_words)
+{
+    const auto chip = bus.plugIn("QV1K");
+    ASSERT_EQ(open("QV1K"), Status::Ok);
+    EXPECT_EQ(registry.problem(handle), "");
+    chip->unplug();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return statusOf(handle) == Status::IoError; }, patienceMs));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return registry.problem(handle) == "pulled out"; }, patienceMs));
+    EXPECT_EQ(registry.close(handle), Status::Ok);
+    EXPECT_EQ(registry.problem(handle), "");
+}
+
 TEST_F(Bridges, two_may_be_open_at_once)
 {
     bus.plugIn("ONE");
