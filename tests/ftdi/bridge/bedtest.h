@@ -36,21 +36,21 @@ protected:
     {
         return f.openEx(const_cast<char *>(serialNumber), d2xx::openBySerialNumber, &handle);
     }
-    d2xx::Status queued(quint32 &bytes)
+    d2xx::Status queued(std::uint32_t &bytes)
     {
-        quint32 other = 0;
+        std::uint32_t other = 0;
         return f.getStatus(handle, &bytes, &other, &other);
     }
-    [[nodiscard]] bool waitForQueued(quint32 wanted)
+    [[nodiscard]] bool waitForQueued(std::uint32_t wanted)
     {
-        quint32 bytes = 0;
+        std::uint32_t bytes = 0;
         return QTest::qWaitFor([&] { return queued(bytes) == d2xx::Status::Ok && bytes >= wanted; },
                                patienceMs);
     }
-    d2xx::Status read(quint32 length)
+    d2xx::Status read(std::uint32_t length)
     {
         received.assign(length, 0);
-        quint32 count = 0;
+        std::uint32_t count = 0;
         const d2xx::Status status = f.read(handle, received.data(), length, &count);
         received.resize(count);
         return status;

@@ -56,7 +56,7 @@ int EmulatedBridge::submit(Urb urb)
     const std::lock_guard lock(m_mutex);
     if (!m_isPlugged)
         return ENODEV;
-    if (m_underWay.size() >= m_faults.mostUrbs)
+    if (urb.endpoint == inEndpoint && m_underWay.size() >= m_faults.mostReads)
         return ENOMEM;
     if (urb.endpoint == controlEndpoint && !m_faults.isMute) {
         runControl(urb);

@@ -39,13 +39,13 @@ public:
     /// What goes wrong. Counts run down.
     struct Faults
     {
-        bool isMute = false;             ///< control requests are never completed
-        int failures = 0;                ///< that many reading transfers fail
-        int failure = 0;                 ///< so: EPIPE, EPROTO, EOVERFLOW
-        std::size_t failAfter = 0;       ///< the first of them when that many bytes were sent
-        std::size_t partial = 0;         ///< bytes that the failing one brings all the same
-        bool staysHalted = false;        ///< clearing a halt does not help
-        std::size_t mostUrbs = SIZE_MAX; ///< more are refused: no memory
+        bool isMute = false;              ///< control requests are never completed
+        int failures = 0;                 ///< that many reading transfers fail
+        int failure = 0;                  ///< so: EPIPE, EPROTO, EOVERFLOW
+        std::size_t failAfter = 0;        ///< the first of them when that many bytes were sent
+        std::size_t partial = 0;          ///< bytes that the failing one brings all the same
+        bool staysHalted = false;         ///< clearing a halt does not help
+        std::size_t mostReads = SIZE_MAX; ///< under way; more are refused: no memory
     };
 
     explicit EmulatedBridge(std::unique_ptr<Lines> lines);

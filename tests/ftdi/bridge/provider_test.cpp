@@ -8,7 +8,7 @@ using Provider = BedTest;
 TEST_F(Provider, lists_a_bridge_that_is_plugged_in_with_its_texts)
 {
     plugIn();
-    quint32 count = 0;
+    std::uint32_t count = 0;
     ASSERT_EQ(f.createDeviceInfoList(&count), Status::Ok);
     ASSERT_EQ(count, 1U);
     d2xx::DeviceRecord record{};
@@ -29,7 +29,7 @@ TEST_F(Provider, reads_what_is_on_the_lines_and_writes_to_them)
     EXPECT_EQ(read(100'000), Status::Ok);
     EXPECT_EQ(received, bytes);
 
-    quint32 written = 0;
+    std::uint32_t written = 0;
     EXPECT_EQ(f.write(handle, received.data(), 7, &written), Status::Ok);
     EXPECT_EQ(written, 7U);
     EXPECT_EQ(bridge->onChip([this](EmulatedChip &) { return lines->written(); }), numbered(7));
@@ -41,7 +41,7 @@ TEST_F(Provider, pulling_the_cable_is_an_io_error_and_plugging_in_again_helps)
     plugIn();
     ASSERT_EQ(open(), Status::Ok);
     unplug();
-    quint32 bytes = 0;
+    std::uint32_t bytes = 0;
     ASSERT_TRUE(QTest::qWaitFor([&] { return queued(bytes) == Status::IoError; }, patienceMs));
     EXPECT_EQ(f.close(handle), Status::Ok);
 

@@ -1,0 +1,151 @@
+#include "tests/ftdi/bridge/bedtest.h"
+#include "tests/ftdi/numbered.h"
+
+#include <cerrno>
+
+using d2xx::Status;
+using testing::HasSubstr;
+
+namespace {
+
+constexpr std::size_t manyBytes = 100'000;
+
+class Recovery : public BedTest
+{
+protected:
+    /// Reads everything until the bridge has nothing more for good.
+    BytesLines::Bytes readToTheEnd()
+    {
+        BytesLines::Bytes all;
+        EXPECT_EQ(f.setTimeouts(handle, 0, 0), Status::IoError);
+        while (read(1000) == Status::Ok)
+            all.insert(all.end(), received.begin(), received.end());
+        return all;
+    }
+    [[nodiscard]] bool waitForTheEnd()
+    {
+        return QTest::qWaitFor([this] { return f.setTimeouts(handle, 10, 10) == Status::IoError; },
+                               patienceMs);
+    }
+    std::uint8_t bitMode()
+    {
+        return bridge->onChip([](EmulatedChip &chip) { return chip.bitMode(); });
+    }
+};
+
+} // namespace
+
+TEST_F(Recovery, a_bridge_whose_descriptor_tells_no_packet_size_is_read)
+{
+    plugIn({.packetSize = 0});
+    ASSERT_EQ(open(), Status::Ok);
+    put(numbered(2000));
+    ASSERT_TRUE(waitForQueued(2000));
+    EXPECT_EQ(read(2000), Status::Ok);
+    EXPECT_EQ(received, numbered(2000));
+    EXPECT_EQ(f.close(handle), Status::Ok);
+}
+
+TEST_F(Recovery, a_halt_that_was_left_behind_is_cleared_when_the_bridge_is_opened)
+{
+    plugIn();
+    bridge->setFaults({.failures = 1, .failure = EPIPE});
+    ASSERT_EQ(open(), Status::Ok);
+    EXPECT_GE(bridge->haltsCleared(), 1);
+    put(numbered(2000));
+    ASSERT_TRUE(waitForQueued(2000));
+    EXPECT_EQ(f.close(handle), Status::Ok);
+}
+
+TEST_F(Recovery, after_a_stall_or_a_damaged_transfer_everything_arrives_in_order)
+{
+    for (const int failure : {EPIPE, EPROTO, EOVERFLOW}) {
+        plugIn();
+        ASSERT_EQ(open(), Status::Ok);
+        ASSERT_EQ(f.setUsbParameters(handle, 4096, 4096), Status::Ok);
+        bridge->setFaults({.failures = 3, .failure = failure, .failAfter = 50'000, .partial = 1024});
+        put(numbered(manyBytes));
+        ASSERT_TRUE(waitForQueued(manyBytes)) << failure;
+        EXPECT_EQ(read(manyBytes), Status::Ok);
+        EXPECT_EQ(received, numbered(manyBytes));
+        EXPECT_EQ(f.close(handle), Status::Ok);
+        unplug();
+    }
+}
+
+TEST_F(Recovery, what_cannot_be_mended_ends_the_connection_and_says_why)
+{
+    plugIn();
+    ASSERT_EQ(open(), Status::Ok);
+    ASSERT_EQ(f.setUsbParameters(handle, 4096, 4096), Status::Ok);
+    bridge->setFaults({.failures = 1, .failure = EPIPE, .failAfter = 50'000, .staysHalted = true});
+    put(numbered(manyBytes));
+    ASSERT_TRUE(waitForTheEnd());
+    const auto before = readToTheEnd();
+    EXPECT_GE(before.size(), 40'000U);
+    EXPECT_TRUE(std::equal(before.begin(), before.end(), numbered(manyBytes).begin()));
+    std::array<char, 200> text{};
+    EXPECT_EQ(f.tellProblem(handle, text.data(), static_cast<std::uint32_t>(text.size())), Status::Ok);
+    EXPECT_THAT(text.data(), HasSubstr("stays halted"));
+    EXPECT_EQ(f.close(handle), Status::Ok);
+}
+
+TEST_F(Recovery, what_waits_when_the_cable_is_pulled_can_still_be_read)
+{
+    plugIn();
+    ASSERT_EQ(open(), Status::Ok);
+    put(numbered(manyBytes));
+    ASSERT_TRUE(waitForQueued(manyBytes));
+    unplug();
+    ASSERT_TRUE(waitForTheEnd());
+    EXPECT_EQ(readToTheEnd(), numbered(manyBytes));
+    EXPECT_EQ(f.close(handle), Status::Ok);
+}
+
+TEST_F(Recovery, closing_puts_the_lines_back_into_their_first_mode)
+{
+    plugIn();
+    ASSERT_EQ(open(), Status::Ok);
+    ASSERT_EQ(f.setBitMode(handle, d2xx::allDataLines, d2xx::bitModeSyncFifo), Status::Ok);
+    EXPECT_EQ(bitMode(), d2xx::bitModeSyncFifo);
+    EXPECT_EQ(f.close(handle), Status::Ok);
+    EXPECT_EQ(bitMode(), d2xx::bitModeReset);
+}
+
+TEST_F(Recovery, opening_puts_back_the_mode_that_a_killed_program_left)
+{
+    plugIn();
+    bridge->onChip([](EmulatedChip &chip) {
+        return chip.control({0x40, 0x0B, d2xx::allDataLines, d2xx::bitModeSyncFifo, 1, 0, 0, 0}, {});
+    });
+    ASSERT_EQ(bitMode(), d2xx::bitModeSyncFifo);
+    ASSERT_EQ(open(), Status::Ok);
+    EXPECT_EQ(bitMode(), d2xx::bitModeReset);
+    EXPECT_EQ(f.close(handle), Status::Ok);
+}
+
+TEST_F(Recovery, with_little_memory_for_transfers_it_goes_on_with_few)
+{
+    plugIn();
+    bridge->setFaults({.mostReads = 3});
+    ASSERT_EQ(open(), Status::Ok);
+    put(numbered(manyBytes));
+    ASSERT_TRUE(waitForQueued(manyBytes));
+    EXPECT_EQ(read(manyBytes), Status::Ok);
+    EXPECT_EQ(received, numbered(manyBytes));
+    EXPECT_EQ(f.close(handle), Status::Ok);
+}
+
+TEST_F(Recovery, bytes_that_the_chip_lost_are_counted)
+{
+    plugIn();
+    ASSERT_EQ(open(), Status::Ok);
+    std::uint32_t count = 99;
+    EXPECT_EQ(f.countLosses(handle, &count), Status::Ok);
+    EXPECT_EQ(count, 0U);
+    bridge->onChip([](EmulatedChip &chip) { chip.noteErrors(EmulatedChip::overrun); });
+    EXPECT_TRUE(QTest::qWaitFor([&] { return f.countLosses(handle, &count) == Status::Ok && count == 1; },
+                                patienceMs));
+    EXPECT_EQ(f.close(handle), Status::Ok);
+    EXPECT_EQ(f.countLosses(handle, &count), Status::InvalidHandle);
+}
