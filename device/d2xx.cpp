@@ -140,3 +140,24 @@ Status D2xx::write(Handle handle, const void *buffer, quint32 length, quint32 *b
     return onOpenHandle(
         handle, [&] { return m_functions.write(handle, const_cast<void *>(buffer), length, bytesWritten); });
 }
+
+QString D2xx::problem(Handle handle)
+{
+    if (m_functions.tellProblem == nullptr)
+        return {};
+    std::array<char, 512> text{};
+    const auto tell = [&] {
+        return m_functions.tellProblem(handle, text.data(), static_cast<quint32>(text.size()));
+    };
+    const Status status = handle == nullptr ? tell() : onOpenHandle(handle, tell);
+    return status == Status::Ok ? QString::fromUtf8(text.data()) : QString();
+}
+
+std::optional<quint32> D2xx::losses(Handle handle)
+{
+    if (m_functions.countLosses == nullptr)
+        return std::nullopt;
+    quint32 count = 0;
+    const Status status = onOpenHandle(handle, [&] { return m_functions.countLosses(handle, &count); });
+    return status == Status::Ok ? std::optional(count) : std::nullopt;
+}

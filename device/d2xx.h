@@ -2,11 +2,12 @@
 
 #include "d2xx/functions.h"
 
-#include <QtGlobal>
+#include <QString>
 
 #include <array>
 #include <atomic>
 #include <chrono>
+#include <optional>
 
 /// The door to the hardware: the calls of a driver library, made safe to use from two threads.
 ///
@@ -49,6 +50,13 @@ public:
     d2xx::Status getStatus(d2xx::Handle handle, quint32 *rxBytes, quint32 *txBytes, quint32 *events);
     d2xx::Status read(d2xx::Handle handle, void *buffer, quint32 length, quint32 *bytesRead);
     d2xx::Status write(d2xx::Handle handle, const void *buffer, quint32 length, quint32 *bytesWritten);
+
+    /// In words why the open device is gone, or with a null handle why the last one was not opened. Empty
+    /// when the library has nothing to tell, or cannot tell such things.
+    [[nodiscard]] QString problem(d2xx::Handle handle);
+    /// How often the bridge said, since it was opened, that it had lost bytes; none when the library does not
+    /// know.
+    [[nodiscard]] std::optional<quint32> losses(d2xx::Handle handle);
 
 private:
     template <typename Call>

@@ -35,6 +35,12 @@ std::shared_ptr<D2xx> &nextDriver()
     return driver;
 }
 
+DetectorNames &nextDetectorNames()
+{
+    static DetectorNames names;
+    return names;
+}
+
 /// Links whose thread hangs in a call of the library: when the call comes back, the thread still uses its
 /// link.
 std::vector<PortManager *> &leftBehind()
@@ -46,6 +52,12 @@ std::vector<PortManager *> &leftBehind()
 void log(const QString &message)
 {
     LogManager::instance()->writeLog(message);
+}
+
+void logReason(const QString &reason)
+{
+    if (!reason.isEmpty())
+        log(QStringLiteral("原因：") + reason);
 }
 
 QString serialNumberOf(const DeviceRecord &record)
@@ -61,11 +73,16 @@ void PortManager::setDriver(std::shared_ptr<D2xx> driver)
     nextDriver() = std::move(driver);
 }
 
+void PortManager::setDetectorNames(const DetectorNames &names)
+{
+    nextDetectorNames() = names;
+}
+
 void PortManager::createInstance()
 {
     if (!nextDriver())
         nextDriver() = D2xxLibrary::load({}).driver;
-    linkInstance = new PortManager(nextDriver());
+    linkInstance = new PortManager(nextDriver(), nextDetectorNames());
 }
 
 void PortManager::destroyInstance()
@@ -84,7 +101,8 @@ PortManager *PortManager::instance()
     return linkInstance;
 }
 
-PortManager::PortManager(std::shared_ptr<D2xx> driver) : m_state(std::move(driver))
+PortManager::PortManager(std::shared_ptr<D2xx> driver, DetectorNames detectorNames)
+    : m_state(std::move(driver)), m_detectorNames(std::move(detectorNames))
 {
     log(QStringLiteral("串口初始化"));
 }
@@ -111,6 +129,8 @@ bool PortManager::end()
 
 QList<QString> PortManager::listDevices()
 {
+    m_detectors.clear();
+    m_otherBridges.clear();
     quint32 count = 0;
     if (m_state.m_driver->createDeviceInfoList(&count) != Status::Ok) {
         qDebug().noquote() << QStringLiteral("获取串口列表失败");
@@ -132,8 +152,10 @@ QList<QString> PortManager::listDevices()
     m_portList.clear();
     for (const DeviceRecord &record : records) {
         const QString serialNumber = serialNumberOf(record);
+        const bool isDetector = m_detectorNames.include(record);
         log(QStringLiteral("串口") + QString::number(m_portList.size()) + QStringLiteral(" = ") +
-            serialNumber);
+            serialNumber + (isDetector ? QString() : QStringLiteral("（非探测器）")));
+        (isDetector ? m_detectors : m_otherBridges).append(serialNumber);
         m_portList.append(serialNumber);
     }
     return m_portList;
@@ -154,6 +176,7 @@ bool PortManager::openDevice(QString serialNumber)
     log(QStringLiteral("串口连接失败"));
     if (status == Status::DeviceNotOpened)
         log(QStringLiteral("设备未开启"));
+    logReason(problem());
     return false;
 }
 
@@ -207,11 +230,14 @@ void PortManager::receiveLoop()
     const auto onInterrupted = [this](bool isInterrupted) {
         Q_EMIT interrupted(isInterrupted);
     };
+    const auto onBytesLost = [this](quint32 times) {
+        Q_EMIT bytesLost(times);
+    };
     const auto onLost = [this](Handle handle) {
         if (lose(handle))
             Q_EMIT lost();
     };
-    ReceiveLoop(m_state, {onFrame, onHalted, onInterrupted, onLost}).run();
+    ReceiveLoop(m_state, {onFrame, onHalted, onInterrupted, onBytesLost, onLost}).run();
 }
 
 /// The frame, and behind it in the GUI thread's queue of events the word that it is through: whoever is
@@ -312,7 +338,9 @@ bool PortManager::checkLost()
 bool PortManager::lose(Handle handle)
 {
     const bool isNews = m_state.lose(handle);
-    if (isNews)
-        log(QStringLiteral("设备连接丢失"));
-    return isNews;
+    if (!isNews)
+        return false;
+    log(QStringLiteral("设备连接丢失"));
+    logReason(m_state.m_driver->problem(handle));
+    return true;
 }

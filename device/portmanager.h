@@ -1,5 +1,6 @@
 #pragma once
 
+#include "device/detectornames.h"
 #include "device/linkstate.h"
 
 #include <QByteArray>
@@ -26,6 +27,9 @@ public:
     /// Sets the driver library that the next createInstance() uses.
     static void setDriver(std::shared_ptr<D2xx> driver);
 
+    /// Sets which bridges the next link takes for detectors.
+    static void setDetectorNames(const DetectorNames &names);
+
     /// Makes the one link, closed. Without a driver set before, the default driver library is loaded.
     static void createInstance();
 
@@ -40,6 +44,11 @@ public:
 
     /// Serial numbers of the attached devices in the driver's order; empty on any failure.
     QList<QString> listDevices();
+
+    /// Those of the last list that are detectors: see DetectorNames.
+    [[nodiscard]] QStringList detectors() const { return m_detectors; }
+    /// Those that are not: devices of other people, to be opened only when the operator names them.
+    [[nodiscard]] QStringList otherBridges() const { return m_otherBridges; }
 
     /// Opens the device and sets up its bridge (synchronous FIFO, 64 KiB transfers, 10 ms time-outs).
     /// False when it cannot be opened; the set-up calls themselves are not checked.
@@ -89,6 +98,10 @@ public:
     /// The open device is gone; only closing it helps. Any thread.
     [[nodiscard]] bool isLost() const { return m_state.m_lost; }
 
+    /// In words why the open device is gone, or without one why the last was not opened; empty when the
+    /// driver library does not say.
+    [[nodiscard]] QString problem() const { return m_state.m_driver->problem(m_state.m_handle); }
+
     /// Asks the open device for its status, once; true when it cannot be had, and the device is lost by that
     /// or was before. Without a device false. Does not emit lost().
     bool checkLost();
@@ -104,12 +117,16 @@ Q_SIGNALS:
     /// thread.
     void interrupted(bool isInterrupted);
 
+    /// The bridge says that it lost bytes, so often since the start: at once, and then every 10 s while it
+    /// goes on. Receive thread.
+    void bytesLost(quint32 times);
+
     /// The open device is gone: its status could not be had for a whole second of an acquisition or during a
     /// whole exchange. Nothing is read any more. From either thread: connect it queued.
     void lost();
 
 private:
-    explicit PortManager(std::shared_ptr<D2xx> driver);
+    PortManager(std::shared_ptr<D2xx> driver, DetectorNames detectorNames);
 
     void configureDevice();
     void startThread();
@@ -124,6 +141,9 @@ private:
 
     LinkState m_state;
     QList<QString> m_portList; ///< of the last successful enumeration
+    const DetectorNames m_detectorNames;
+    QStringList m_detectors; ///< of the last enumeration
+    QStringList m_otherBridges;
     bool m_isSettled = true;
     bool m_mayBeStreaming = false;
     QThread *m_receiveThread = nullptr; ///< owned; made on the first startReceive()

@@ -96,6 +96,7 @@ void ReceiveLoop::takeStart()
     if (!m_state.m_restarted.exchange(false))
         return;
     m_watch.begin(m_clock.elapsed());
+    m_lossWatch.begin(m_state.m_driver->losses(m_handle).value_or(0));
     log(m_failedReads.succeeded());
     if (!m_state.m_closed.exchange(false))
         return;
@@ -115,6 +116,7 @@ void ReceiveLoop::receive(quint32 waiting)
     m_assembler.keep(static_cast<qsizetype>(*bytesRead));
     log(m_failedReads.succeeded());
     if (*bytesRead > 0) {
+        lookForLosses();
         judge(m_watch.arrived(m_clock.elapsed()));
         return;
     }
@@ -128,6 +130,16 @@ void ReceiveLoop::readFailed()
     if (m_failedReads.arePersistent())
         QThread::msleep(restMs);
     judge(m_watch.quiet(m_clock.elapsed(), m_heldBack, m_state.m_stopRequested));
+}
+
+void ReceiveLoop::lookForLosses()
+{
+    const std::optional<quint32> count = m_state.m_driver->losses(m_handle);
+    const auto times = count ? m_lossWatch.counted(*count, m_clock.elapsed()) : std::nullopt;
+    if (!times)
+        return;
+    log(QStringLiteral("接收数据丢失 = ") + QString::number(*times));
+    m_callbacks.bytesLost(*times);
 }
 
 void ReceiveLoop::judge(StreamWatch::Event event)

@@ -3,6 +3,7 @@
 #include "device/blockassembler.h"
 #include "device/framebuffers.h"
 #include "device/linkstate.h"
+#include "device/losswatch.h"
 #include "device/repeatedfailures.h"
 #include "device/shortrest.h"
 #include "device/streamwatch.h"
@@ -33,6 +34,8 @@ public:
         std::function<void()> halted;
         /// A block is owed and nothing comes any more (true), or the next byte has come (false).
         std::function<void(bool)> interrupted;
+        /// The bridge lost bytes, so often since the start.
+        std::function<void(quint32)> bytesLost;
         /// The device behind the handle is gone.
         std::function<void(d2xx::Handle)> lost;
     };
@@ -48,6 +51,7 @@ private:
     void receive(quint32 waiting);
     void readFailed();
     void passFailed();
+    void lookForLosses();
     void judge(StreamWatch::Event event);
     void handleBlockBoundary();
     void handOnFrame();
@@ -61,6 +65,7 @@ private:
     ShortRest m_rest;                ///< of a pass in which nothing came
     QElapsedTimer m_clock;
     StreamWatch m_watch;
+    LossWatch m_lossWatch;
     RepeatedFailures m_failedReads{QStringLiteral("串口线程接收数据失败")};
     RepeatedFailures m_exceptions{QStringLiteral("串口接收线程异常")};
     BlockAssembler m_assembler;

@@ -128,20 +128,27 @@ AcquisitionRun::Result AcquisitionRun::failure(const QString &problem) const
 AcquisitionRun::Result AcquisitionRun::openDetector()
 {
     const QStringList attached = m_link.listDevices();
+    const QStringList detectors = m_link.detectors();
+    const QString numbers = attached.join(QStringLiteral(", "));
     if (attached.isEmpty())
         return {QStringLiteral("no detector found"), ExitStatus::failed};
-    const QString numbers = attached.join(QStringLiteral(", "));
-    if (m_options.serial.isEmpty() && attached.size() > 1)
-        return {QStringLiteral("several detectors are attached, choose one with --serial: ") + numbers,
+    if (m_options.serial.isEmpty() && detectors.isEmpty())
+        return {QStringLiteral("no detector found, but other bridges; --serial names one all the same: ") +
+                    numbers,
+                ExitStatus::failed};
+    if (m_options.serial.isEmpty() && detectors.size() > 1)
+        return {QStringLiteral("several detectors are attached, choose one with --serial: ") +
+                    detectors.join(QStringLiteral(", ")),
                 ExitStatus::wrongUsage};
-    const QString serial = m_options.serial.isEmpty() ? attached.constFirst() : m_options.serial;
+    const QString serial = m_options.serial.isEmpty() ? detectors.constFirst() : m_options.serial;
     if (!attached.contains(serial))
         return {QStringLiteral("no detector %1 found; attached: %2").arg(serial, numbers),
                 ExitStatus::failed};
-    if (!m_link.openDevice(serial))
-        return {QStringLiteral("the detector %1 cannot be opened; another program may hold it").arg(serial),
-                ExitStatus::failed};
-    return {};
+    if (m_link.openDevice(serial))
+        return {};
+    const QString told = m_link.problem();
+    const QString reason = told.isEmpty() ? QStringLiteral("another program may hold it") : told;
+    return {QStringLiteral("the detector %1 cannot be opened; %2").arg(serial, reason), ExitStatus::failed};
 }
 
 AcquisitionRun::Result AcquisitionRun::waitUntilReady()

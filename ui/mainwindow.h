@@ -120,7 +120,7 @@ private:
     // Link
     void connectDevice();
     void disconnectDevice();
-    void fillPortList(const QList<QString> &serialNumbers);
+    void fillPortList(const QStringList &detectors, const QStringList &others);
     void deviceArrived();
     void deviceRemoved();
     /// Something that talks with the detector. A device that is lost meanwhile is given up when the outermost
@@ -134,6 +134,10 @@ private:
     void setSystemNote(SystemNote note, const QString &text);
     /// While the stream is silent.
     void showInterruption(bool isInterrupted);
+    /// Until the next start.
+    void showLosses(quint32 times);
+    /// A sign at the frame rate and a paragraph of the System page; an empty text takes them away.
+    void showStreamNotes();
 
     // Leaving
     [[nodiscard]] bool confirmsExit();
@@ -209,6 +213,8 @@ private:
     std::unique_ptr<DeviceWatcher> m_deviceWatcher;
     DeviceMessages *m_deviceMessages = nullptr; ///< the window's child; on Windows
     QMap<SystemNote, QString> m_systemNotes;
+    QString m_interruption; ///< what is told of the stream
+    QString m_losses;
     int m_flows = 0; ///< that are under way, one within the other
     std::unique_ptr<ReadinessWait> m_readinessWait;
     bool m_closeAfterWait = false;

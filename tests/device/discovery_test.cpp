@@ -28,6 +28,20 @@ TEST_F(Discovery, two_devices_are_logged_and_listed_in_the_drivers_order)
     EXPECT_TRUE(log.waitFor({created, QStringLiteral("串口0 = FT7A3B9C"), QStringLiteral("串口1 = QV1K")}));
 }
 
+TEST_F(Discovery, a_bridge_that_is_no_detector_is_listed_apart)
+{
+    fake.serialNumbers = {QStringLiteral("FT7A3B9C"), QStringLiteral("QV1K")};
+    fake.descriptions = {{QStringLiteral("FT7A3B9C"), QStringLiteral("serial cable")}};
+    EXPECT_EQ(link().listDevices(), QList<QString>({QStringLiteral("FT7A3B9C"), QStringLiteral("QV1K")}));
+    EXPECT_EQ(link().detectors(), QStringList(QStringLiteral("QV1K")));
+    EXPECT_EQ(link().otherBridges(), QStringList(QStringLiteral("FT7A3B9C")));
+    EXPECT_TRUE(log.waitFor(
+        {created, QStringLiteral("串口0 = FT7A3B9C（非探测器）"), QStringLiteral("串口1 = QV1K")}));
+    fake.createListStatus = d2xx::Status::OtherError;
+    link().listDevices();
+    EXPECT_TRUE(link().detectors().isEmpty() && link().otherBridges().isEmpty());
+}
+
 TEST_F(Discovery, a_serial_number_that_fills_its_field_is_read_whole)
 {
     fake.serialNumbers = {QStringLiteral("123456789012345")};
@@ -75,6 +89,16 @@ TEST_F(Discovery, a_device_held_by_another_program_fails_with_two_log_lines)
     EXPECT_FALSE(link().openDevice(QStringLiteral("QV1K")));
     EXPECT_TRUE(log.waitFor({created, QStringLiteral("串口连接失败"), QStringLiteral("设备未开启")}));
     EXPECT_EQ(fake.calls().size(), 1);
+}
+
+TEST_F(Discovery, a_reason_that_the_library_tells_is_logged_behind_the_failure)
+{
+    fake.openStatus = d2xx::Status::DeviceNotOpened;
+    fake.problem = "Another program holds it.";
+    EXPECT_FALSE(link().openDevice(QStringLiteral("QV1K")));
+    EXPECT_EQ(link().problem(), QStringLiteral("Another program holds it."));
+    EXPECT_TRUE(log.waitFor({created, QStringLiteral("串口连接失败"), QStringLiteral("设备未开启"),
+                             QStringLiteral("原因：Another program holds it.")}));
 }
 
 TEST_F(Discovery, any_other_failure_to_open_has_one_log_line)

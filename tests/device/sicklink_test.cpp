@@ -167,6 +167,30 @@ TEST_F(SickLink, a_stream_that_falls_silent_is_told_and_so_is_its_next_byte)
     EXPECT_EQ(log.messages().count(QStringLiteral("接收数据中断")), 1);
 }
 
+TEST_F(SickLink, bytes_that_the_bridge_lost_are_told_with_the_next_ones_that_arrive)
+{
+    QSignalSpy losses(&link(), &PortManager::bytesLost);
+    fake.setLosses(5); // before the start: no news
+    startReceiving();
+    fake.push("x");
+    ASSERT_TRUE(QTest::qWaitFor([this] { return fake.waiting() == 0; }, 10000));
+    EXPECT_EQ(losses.count(), 0);
+    fake.setLosses(7);
+    fake.push("x");
+    ASSERT_TRUE(losses.wait(10000));
+    EXPECT_EQ(losses.takeFirst().first(), 2U);
+    EXPECT_TRUE(log.waitForMessage(QStringLiteral("接收数据丢失 = 2")));
+}
+
+TEST_F(SickLink, why_the_device_is_gone_is_logged_where_the_library_tells_it)
+{
+    fake.problem = "It was unplugged.";
+    fake.setStatusResult(Status::IoError);
+    EXPECT_TRUE(link().checkLost());
+    EXPECT_TRUE(log.waitForMessage(QStringLiteral("原因：It was unplugged.")));
+    EXPECT_EQ(link().problem(), QStringLiteral("It was unplugged."));
+}
+
 TEST_F(SickLink, a_stop_that_no_byte_follows_is_carried_out_after_five_seconds)
 {
     startReceiving();

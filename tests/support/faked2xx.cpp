@@ -35,8 +35,10 @@ struct FakeD2xx::Entry
         *count = qMin(*count, static_cast<quint32>(fake->serialNumbers.size()));
         for (quint32 i = 0; i < *count; ++i) {
             records[i] = {};
-            std::strncpy(records[i].serialNumber, qPrintable(fake->serialNumbers.at(static_cast<int>(i))),
-                         sizeof records[i].serialNumber - 1);
+            const QString serialNumber = fake->serialNumbers.at(static_cast<int>(i));
+            setText(records[i].serialNumber, serialNumber.toStdString());
+            setText(records[i].description,
+                    fake->descriptions.value(serialNumber, QStringLiteral("QV1K detector")).toStdString());
         }
         return fake->getListStatus;
     }
@@ -119,6 +121,20 @@ struct FakeD2xx::Entry
         return fake->m_readResult;
     }
 
+    static Status tellProblem(Handle, char *text, quint32 size)
+    {
+        const QMutexLocker lock(&fake->m_mutex);
+        qstrncpy(text, fake->problem.constData(), size);
+        return Status::Ok;
+    }
+
+    static Status countLosses(Handle, quint32 *count)
+    {
+        const QMutexLocker lock(&fake->m_mutex);
+        *count = fake->m_losses;
+        return Status::Ok;
+    }
+
     static Status write(Handle, void *buffer, quint32 length, quint32 *bytesWritten)
     {
         const QByteArray bytes(static_cast<const char *>(buffer), static_cast<qsizetype>(length));
@@ -154,6 +170,8 @@ Functions FakeD2xx::functions()
     f.getStatus = &Entry::getStatus;
     f.read = &Entry::read;
     f.write = &Entry::write;
+    f.tellProblem = &Entry::tellProblem;
+    f.countLosses = &Entry::countLosses;
     return f;
 }
 
@@ -201,6 +219,12 @@ void FakeD2xx::setWaitingTold(quint32 bytes)
 {
     const QMutexLocker lock(&m_mutex);
     m_waitingTold = bytes;
+}
+
+void FakeD2xx::setLosses(quint32 times)
+{
+    const QMutexLocker lock(&m_mutex);
+    m_losses = times;
 }
 
 void FakeD2xx::setReadResult(Status status)

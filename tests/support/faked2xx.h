@@ -29,6 +29,7 @@ public:
 
     // What the library says; set before the call that asks.
     QStringList serialNumbers{QStringLiteral("QV1K")};
+    QMap<QString, QString> descriptions; ///< by serial number; where there is none it is a detector's
     d2xx::Status createListStatus = d2xx::Status::Ok;
     d2xx::Status getListStatus = d2xx::Status::Ok;
     d2xx::Status openStatus = d2xx::Status::Ok;
@@ -48,6 +49,10 @@ public:
     /// What the status says waits, in place of what does.
     void setWaitingTold(quint32 bytes);
     void setReadResult(d2xx::Status status);
+    /// How often the bridge is said to have lost bytes.
+    void setLosses(quint32 times);
+    /// What is told when something went wrong.
+    QByteArray problem;
 
     /// All writes so far, and all of them in one piece as upper-case hexadecimal text.
     [[nodiscard]] QList<QByteArray> written() const;
@@ -78,6 +83,7 @@ private:
     std::optional<quint32> m_waitingTold;
     d2xx::Status m_statusResult = d2xx::Status::Ok;
     d2xx::Status m_readResult = d2xx::Status::Ok;
+    quint32 m_losses = 0;
     QList<QByteArray> m_written;
     QStringList m_calls;
     QStringList m_trace;

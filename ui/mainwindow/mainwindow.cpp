@@ -67,7 +67,8 @@ mainwindow::mainwindow(QWidget *parent) : QMainWindow(parent), ui(std::make_uniq
     m_fpsTimer.start();
     buildFrameCountBox();
     applySettings();
-    fillPortList(m_link->listDevices());
+    m_link->listDevices();
+    fillPortList(m_link->detectors(), m_link->otherBridges());
 }
 
 mainwindow::~mainwindow()
@@ -119,6 +120,8 @@ void mainwindow::createServices()
     m_library = D2xxLibrary::load(value(QStringLiteral("D2xxLibrary"), QString()).toString());
     ui->textEdit->setPlainText(m_library.description());
     PortManager::setDriver(m_library.driver);
+    PortManager::setDetectorNames(
+        DetectorNames(value(QStringLiteral("DetectorNames"), DetectorNames::usual()).toStringList()));
     PortManager::createInstance();
     m_link = PortManager::instance();
     LogManager::instance()->writeLog(m_library.provenance());
@@ -144,6 +147,7 @@ void mainwindow::connectPipeline()
     connect(ui->frame, &KeepRatioWidget::click_coor, this, &mainwindow::handleLabelClick);
     connect(m_link, &PortManager::stop, this, &mainwindow::handleStop);
     connect(m_link, &PortManager::interrupted, this, &mainwindow::showInterruption);
+    connect(m_link, &PortManager::bytesLost, this, &mainwindow::showLosses);
     // Queued also when it is found out on this thread: the exchange that found it is under way.
     connect(m_link, &PortManager::lost, this, &mainwindow::giveUpLostDevice, Qt::QueuedConnection);
 }

@@ -16,10 +16,12 @@ namespace {
 /// The detector's fixed device name.
 const QString detectorName = QStringLiteral("QV1K");
 
-QString lossNote()
+/// `reason`: in words, where the driver library tells it. Ask for it before the device is closed.
+QString lossNote(const QString &reason)
 {
-    return mainwindow::tr("The connection to the detector was lost at %1.")
-        .arg(QTime::currentTime().toString(QStringLiteral("HH:mm:ss")));
+    const QString note = mainwindow::tr("The connection to the detector was lost at %1.")
+                             .arg(QTime::currentTime().toString(QStringLiteral("HH:mm:ss")));
+    return reason.isEmpty() ? note : note + u' ' + reason;
 }
 
 } // namespace
@@ -36,12 +38,13 @@ void mainwindow::on_pushButton_Connect_clicked()
 
 void mainwindow::connectDevice()
 {
-    const QString serialNumber = ui->comboBox_port->currentText();
+    const QString serialNumber = ui->comboBox_port->currentData().toString();
     if (serialNumber.isEmpty()) {
         QMessageBox::critical(this, tr("Error"), tr("Device not found"));
         return;
     }
     if (!m_link->openDevice(serialNumber)) {
+        setSystemNote(SystemNote::Link, m_link->problem());
         QMessageBox::critical(this, tr("Error"), tr("Device connect failed"));
         return;
     }
@@ -58,16 +61,23 @@ void mainwindow::disconnectDevice()
     enterDisconnected();
 }
 
-void mainwindow::fillPortList(const QList<QString> &serialNumbers)
+void mainwindow::fillPortList(const QStringList &detectors, const QStringList &others)
 {
     ui->comboBox_port->clear();
-    ui->comboBox_port->addItems(serialNumbers);
+    for (const QString &serialNumber : detectors)
+        ui->comboBox_port->addItem(serialNumber, serialNumber);
+    for (const QString &serialNumber : others)
+        ui->comboBox_port->addItem(tr("%1 (other bridge)").arg(serialNumber), serialNumber);
+    if (detectors.isEmpty())
+        ui->comboBox_port->setCurrentIndex(-1); // chosen by the operator or not at all
 }
 
 void mainwindow::deviceArrived()
 {
     m_link->listDevices();
-    fillPortList({detectorName});
+    const QStringList others = m_link->otherBridges();
+    const bool isDetector = others.isEmpty() || !m_link->detectors().isEmpty();
+    fillPortList(isDetector ? QStringList(detectorName) : QStringList(), others);
 }
 
 void mainwindow::deviceRemoved()
@@ -76,12 +86,13 @@ void mainwindow::deviceRemoved()
     // Its own bridge, or another one, or it is back by now under the same number: then its handle is dead
     // too.
     const bool isLost = isConnected() && m_link->checkLost();
+    const QString reason = isLost ? m_link->problem() : QString();
     const QList<QString> serialNumbers = m_link->listDevices();
-    fillPortList(serialNumbers);
+    fillPortList(m_link->detectors(), m_link->otherBridges());
     if (serialNumbers.isEmpty() || isLost)
         enterDisconnected();
     if (isLost)
-        setSystemNote(SystemNote::Link, lossNote());
+        setSystemNote(SystemNote::Link, lossNote(reason));
 }
 
 void mainwindow::runFlow(const std::function<void()> &flow)
@@ -102,7 +113,9 @@ void mainwindow::giveUpLostDevice()
         m_readinessWait->end();
     if (m_flows > 0)
         return; // it comes here when it is through
-    fillPortList(m_link->listDevices());
+    const QString reason = m_link->problem();
+    m_link->listDevices();
+    fillPortList(m_link->detectors(), m_link->otherBridges());
     enterDisconnected();
-    setSystemNote(SystemNote::Link, lossNote());
+    setSystemNote(SystemNote::Link, lossNote(reason));
 }

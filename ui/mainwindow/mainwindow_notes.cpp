@@ -21,9 +21,29 @@ void mainwindow::setSystemNote(SystemNote note, const QString &text)
 void mainwindow::showInterruption(bool isInterrupted)
 {
     const bool isShown = isInterrupted && m_isSampling == 1;
-    const QString text =
+    m_interruption =
         isShown ? tr("No data from the detector: the picture stands still until more arrives.") : QString();
-    ui->label_fps->setStyleSheet(isShown ? QString::fromLatin1(StyleSheets::rateInterrupted) : QString());
+    showStreamNotes();
+}
+
+void mainwindow::showLosses(quint32 times)
+{
+    const bool isShown = times > 0 && m_isSampling == 1;
+    m_losses =
+        isShown ? tr("The detector's bridge lost data %1 times: pictures since then may be wrong. Stop and "
+                     "start again.")
+                      .arg(times)
+                : QString();
+    showStreamNotes();
+}
+
+void mainwindow::showStreamNotes()
+{
+    QStringList texts{m_interruption, m_losses};
+    texts.removeAll(QString());
+    const QString text = texts.join(u'\n');
+    ui->label_fps->setStyleSheet(text.isEmpty() ? QString()
+                                                : QString::fromLatin1(StyleSheets::rateInterrupted));
     ui->label_fps->setToolTip(text);
     setSystemNote(SystemNote::Stream, text);
 }

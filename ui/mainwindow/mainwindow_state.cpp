@@ -93,6 +93,7 @@ void mainwindow::leaveSampling(const char *playStyle)
     setPlayLook(playIcon, playStyle);
     ui->pushButton_sample->setEnabled(true);
     showInterruption(false);
+    showLosses(0);
     showStateInDialog();
 }
 

@@ -104,7 +104,8 @@ EmulatedBridge &UsbBed::plugIn(int port, const Identity &identity, std::unique_p
                       {"DEVTYPE", "usb_device", "DEVNAME", place->node, "BUSNUM", "001", "DEVNUM", number,
                        "PRODUCT", identity.productId == 0x6014 ? "403/6014/900" : "403/6015/1000"},
                       descriptorsOf(identity));
-    umockdev_testbed_uevent(m_system->bed, place->sysfs.c_str(), "add");
+    if (!m_isSilent)
+        umockdev_testbed_uevent(m_system->bed, place->sysfs.c_str(), "add");
     return place->bridge;
 }
 
@@ -115,7 +116,8 @@ void UsbBed::unplug(int port)
         return;
     UMockdevTestbed *bed = m_system->bed;
     plugged->bridge.unplug();
-    umockdev_testbed_uevent(bed, plugged->sysfs.c_str(), "remove");
+    if (!m_isSilent)
+        umockdev_testbed_uevent(bed, plugged->sysfs.c_str(), "remove");
     umockdev_testbed_remove_device(bed, plugged->sysfs.c_str());
     umockdev_testbed_detach_ioctl(bed, plugged->node.c_str(), nullptr);
     std::filesystem::remove(m_system->root() + plugged->node);

@@ -33,6 +33,8 @@ public:
     /// Plugs one in at that port of the hub, 1 to 9, and tells it. It stays until it is pulled.
     EmulatedBridge &plugIn(int port, const Identity &identity, std::unique_ptr<Lines> lines);
     void unplug(int port);
+    /// From now on nobody is told, as where no udev runs.
+    void setSilent(bool isSilent) { m_isSilent = isSilent; }
     /// Where its node really lies.
     [[nodiscard]] std::string nodeOf(int port) const;
 
@@ -43,4 +45,5 @@ private:
     std::unique_ptr<System> m_system;
     std::vector<std::unique_ptr<Plugged>> m_plugged; ///< by port
     int m_lastAddress = 1;
+    bool m_isSilent = false;
 };

@@ -37,3 +37,13 @@ void QV1K_SetDeviceEventCallback(d2xx::DeviceEventCallback callback, void *conte
     deviceEvent = callback;
     deviceEventContext = context;
 }
+
+d2xx::Status QV1K_TellProblem(d2xx::Handle handle, char *text, std::uint32_t size)
+{
+    return providerCalls().tellProblem(handle, text, size);
+}
+
+d2xx::Status QV1K_CountLosses(d2xx::Handle handle, std::uint32_t *count)
+{
+    return providerCalls().countLosses(handle, count);
+}

@@ -40,6 +40,36 @@ TEST_F(MainWindowHotPlug, plugging_in_replaces_the_port_list_by_the_detectors_fi
     EXPECT_EQ(ports(), QStringList("QV1K"));
 }
 
+TEST_F(MainWindowHotPlug, another_bridge_is_listed_as_such_and_not_chosen)
+{
+    detector.link.serialNumbers = {"CABLE"};
+    detector.link.descriptions = {{"CABLE", "serial cable"}};
+    open();
+    EXPECT_EQ(ports(), QStringList("CABLE (other bridge)"));
+    EXPECT_EQ(find<QComboBox>("comboBox_port")->currentIndex(), -1);
+    click("pushButton_Connect");
+    EXPECT_FALSE(detector.link.isOpen()) << "nobody named it";
+
+    plugIn();
+    EXPECT_EQ(ports(), QStringList("CABLE (other bridge)"));
+    detector.link.serialNumbers = {"CABLE", "QV1K"};
+    plugIn();
+    EXPECT_EQ(ports(), QStringList({"QV1K", "CABLE (other bridge)"}));
+    EXPECT_EQ(find<QComboBox>("comboBox_port")->currentText(), "QV1K");
+
+    find<QComboBox>("comboBox_port")->setCurrentIndex(1);
+    connectDetector();
+    EXPECT_TRUE(detector.link.calls().contains("OpenEx CABLE 1")) << "the operator named it";
+}
+
+TEST_F(MainWindowHotPlug, detectors_may_have_other_names)
+{
+    detector.link.serialNumbers = {"CABLE", "QV1K"};
+    detector.link.descriptions = {{"CABLE", "serial cable"}, {"QV1K", ""}};
+    open("DetectorNames=Lab, serial\n");
+    EXPECT_EQ(ports(), QStringList({"CABLE", "QV1K (other bridge)"}));
+}
+
 TEST_F(MainWindowHotPlug, pulling_out_one_of_several_detectors_lists_the_others_and_goes_on)
 {
     detector.link.serialNumbers = {"A", "B", "C"};

@@ -72,6 +72,46 @@ TEST_F(MainWindowSickLink, a_stream_that_stands_still_is_shown_and_can_be_stoppe
     EXPECT_EQ(log.count(QStringLiteral("停止超时，强制停止采集")), 1);
 }
 
+TEST_F(MainWindowSickLink, lost_bytes_are_shown_until_the_acquisition_ends)
+{
+    openSampling();
+    showFrames(1);
+    auto *rate = find<QLabel>("label_fps");
+    EXPECT_TRUE(rate->toolTip().isEmpty());
+    detector.link.setLosses(3);
+    showFrames(1);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !rate->toolTip().isEmpty(); }, 10000));
+    EXPECT_EQ(rate->styleSheet(), StyleSheets::rateInterrupted);
+    EXPECT_TRUE(rate->toolTip().contains("lost data 3 times"));
+    EXPECT_TRUE(systemPage().contains(rate->toolTip()));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return rate->toolTip().contains("No data"); }, 10000));
+    EXPECT_TRUE(systemPage().contains("lost data"));
+    showFrames(1);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !rate->toolTip().contains("No data"); }, 10000));
+    EXPECT_TRUE(systemPage().contains("lost data")) << "what arrives does not bring back what was lost";
+
+    stop();
+    EXPECT_TRUE(rate->toolTip().isEmpty());
+    EXPECT_TRUE(rate->styleSheet().isEmpty());
+    EXPECT_FALSE(systemPage().contains("lost data"));
+    expectThatItWorksAgain();
+    EXPECT_TRUE(rate->toolTip().isEmpty()) << "what was lost before the start";
+    EXPECT_EQ(finalLog().count(QStringLiteral("接收数据丢失 = 3")), 1);
+}
+
+TEST_F(MainWindowSickLink, why_a_device_cannot_be_opened_stands_on_the_system_page_until_it_can)
+{
+    open();
+    detector.link.openStatus = Status::DeviceNotOpened;
+    detector.link.problem = "Another program holds it.";
+    click("pushButton_Connect");
+    EXPECT_TRUE(systemPage().contains("Another program holds it."));
+    detector.link.openStatus = Status::Ok;
+    detector.link.problem.clear();
+    connectDetector();
+    EXPECT_FALSE(systemPage().contains("Another program holds it."));
+}
+
 TEST_F(MainWindowSickLink, a_stream_that_goes_on_takes_its_sign_away)
 {
     openSampling();

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "d2xx/types.h"
+
+#include <QString>
+#include <QStringList>
+
+/// Which bridges are detectors: those whose description or serial number begins with one of these names. All
+/// others of the bridge's maker are devices of other people.
+class DetectorNames
+{
+public:
+    DetectorNames() = default;
+    /// Blanks around a name do not count, and empty names are none; without any, the usual ones hold.
+    explicit DetectorNames(const QStringList &names);
+
+    [[nodiscard]] static QStringList usual() { return {QStringLiteral("QV1K")}; }
+
+    [[nodiscard]] bool include(const d2xx::DeviceRecord &record) const;
+
+private:
+    QStringList m_names = usual();
+};
