@@ -60,6 +60,11 @@ using IsSimulated = int();
 /// An empty text when there is nothing to tell.
 using TellProblem = Status(Handle handle, char *text, std::uint32_t size);
 
+/// Not of the interface; a provider of this project may export it. That it is exported is what counts, and it
+/// is never called: its list holds every bridge of the maker, whatever is behind it, so that somebody has to
+/// tell the detectors from the others.
+using ListsAllBridges = int();
+
 /// Not of the interface; a provider of this project may export it: how often the bridge said, since it was
 /// opened, that it had lost bytes. Does not wait.
 using CountLosses = Status(Handle handle, std::uint32_t *count);

@@ -32,6 +32,8 @@ QV1K_D2XX_EXPORT d2xx::SetDeviceEventCallback QV1K_SetDeviceEventCallback;
 QV1K_D2XX_EXPORT d2xx::TellProblem QV1K_TellProblem;
 /// Optional: a provider that hears from the bridge that bytes were lost defines it.
 QV1K_D2XX_EXPORT d2xx::CountLosses QV1K_CountLosses;
+/// Optional: a provider that lists whatever bridge there is defines it.
+QV1K_D2XX_EXPORT d2xx::ListsAllBridges QV1K_ListsAllBridges;
 /// Optional: a provider that simulates defines it.
 QV1K_D2XX_EXPORT d2xx::IsSimulated QV1K_IsSimulated;
 }

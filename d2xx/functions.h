@@ -25,6 +25,7 @@ struct Functions
     SetDeviceEventCallback *setDeviceEventCallback = nullptr; ///< optional
     TellProblem *tellProblem = nullptr;                       ///< optional
     CountLosses *countLosses = nullptr;                       ///< optional
+    ListsAllBridges *listsAllBridges = nullptr;               ///< optional: set where the library lists them
     IsSimulated *isSimulated = nullptr;                       ///< optional: set where the library simulates
 
     /// Calls `visit(name, pointer)` with each of the fourteen exported names and its place in the table.
@@ -54,6 +55,7 @@ struct Functions
         visit("QV1K_SetDeviceEventCallback", setDeviceEventCallback);
         visit("QV1K_TellProblem", tellProblem);
         visit("QV1K_CountLosses", countLosses);
+        visit("QV1K_ListsAllBridges", listsAllBridges);
         visit("QV1K_IsSimulated", isSimulated);
     }
 };

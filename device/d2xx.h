@@ -54,6 +54,9 @@ public:
     /// In words why the open device is gone, or with a null handle why the last one was not opened. Empty
     /// when the library has nothing to tell, or cannot tell such things.
     [[nodiscard]] QString problem(d2xx::Handle handle);
+    /// Whether the library lists every bridge of the maker, so that the detectors among them have to be told
+    /// from the others.
+    [[nodiscard]] bool listsAllBridges() const { return m_functions.listsAllBridges != nullptr; }
     /// How often the bridge said, since it was opened, that it had lost bytes; none when the library does not
     /// know.
     [[nodiscard]] std::optional<quint32> losses(d2xx::Handle handle);

@@ -5,8 +5,9 @@
 #include <QString>
 #include <QStringList>
 
-/// Which bridges are detectors: those whose description or serial number begins with one of these names. All
-/// others of the bridge's maker are devices of other people.
+/// Which bridges are detectors, where a driver library lists every one of the maker's
+/// (D2xx::listsAllBridges()): those whose description or serial number begins with one of these names. All
+/// others are devices of other people. Where a library does not say so, what it lists are detectors.
 class DetectorNames
 {
 public:

@@ -152,7 +152,7 @@ QList<QString> PortManager::listDevices()
     m_portList.clear();
     for (const DeviceRecord &record : records) {
         const QString serialNumber = serialNumberOf(record);
-        const bool isDetector = m_detectorNames.include(record);
+        const bool isDetector = !m_state.m_driver->listsAllBridges() || m_detectorNames.include(record);
         log(QStringLiteral("串口") + QString::number(m_portList.size()) + QStringLiteral(" = ") +
             serialNumber + (isDetector ? QString() : QStringLiteral("（非探测器）")));
         (isDetector ? m_detectors : m_otherBridges).append(serialNumber);

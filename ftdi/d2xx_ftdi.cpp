@@ -112,3 +112,8 @@ Status QV1K_CountLosses(Handle handle, std::uint32_t *count)
 {
     return onOpen(handle, [=](OpenDevice &device) { return device.losses(count); });
 }
+
+int QV1K_ListsAllBridges()
+{
+    return 1;
+}

@@ -42,6 +42,22 @@ TEST_F(Discovery, a_bridge_that_is_no_detector_is_listed_apart)
     EXPECT_TRUE(link().detectors().isEmpty() && link().otherBridges().isEmpty());
 }
 
+TEST_F(Discovery, what_a_library_lists_that_does_not_list_all_bridges_are_detectors)
+{
+    d2xx::Functions functions = FakeD2xx::functions();
+    functions.listsAllBridges = nullptr;
+    PortManager::destroyInstance();
+    PortManager::setDriver(std::make_shared<D2xx>(functions));
+    PortManager::createInstance();
+    fake.serialNumbers = {QStringLiteral("FT7A3B9C"), QStringLiteral("QV1K")};
+    fake.descriptions = {{QStringLiteral("FT7A3B9C"), QStringLiteral("serial cable")}};
+    EXPECT_EQ(link().listDevices(), QList<QString>({QStringLiteral("FT7A3B9C"), QStringLiteral("QV1K")}));
+    EXPECT_EQ(link().detectors(), QStringList({QStringLiteral("FT7A3B9C"), QStringLiteral("QV1K")}));
+    EXPECT_TRUE(link().otherBridges().isEmpty());
+    EXPECT_TRUE(
+        log.waitFor({created, created, QStringLiteral("串口0 = FT7A3B9C"), QStringLiteral("串口1 = QV1K")}));
+}
+
 TEST_F(Discovery, a_serial_number_that_fills_its_field_is_read_whole)
 {
     fake.serialNumbers = {QStringLiteral("123456789012345")};

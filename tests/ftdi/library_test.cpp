@@ -28,6 +28,7 @@ TEST_F(FtdiLibrary, has_all_calls_and_leaves_plugging_and_unplugging_to_the_syst
     EXPECT_EQ(f.setDeviceEventCallback, nullptr);
     EXPECT_NE(f.tellProblem, nullptr);
     EXPECT_NE(f.countLosses, nullptr);
+    EXPECT_NE(f.listsAllBridges, nullptr);
 }
 
 TEST_F(FtdiLibrary, lists_what_is_there_or_says_that_it_cannot)

@@ -135,6 +135,8 @@ struct FakeD2xx::Entry
         return Status::Ok;
     }
 
+    static int listsAllBridges() { return 1; }
+
     static Status write(Handle, void *buffer, quint32 length, quint32 *bytesWritten)
     {
         const QByteArray bytes(static_cast<const char *>(buffer), static_cast<qsizetype>(length));
@@ -172,6 +174,7 @@ Functions FakeD2xx::functions()
     f.write = &Entry::write;
     f.tellProblem = &Entry::tellProblem;
     f.countLosses = &Entry::countLosses;
+    f.listsAllBridges = &Entry::listsAllBridges;
     return f;
 }
 

@@ -38,7 +38,9 @@ void mainwindow::on_pushButton_Connect_clicked()
 
 void mainwindow::connectDevice()
 {
-    const QString serialNumber = ui->comboBox_port->currentData().toString();
+    // Somebody else's bridge is listed with a word behind its number.
+    const QVariant listed = ui->comboBox_port->currentData();
+    const QString serialNumber = listed.isValid() ? listed.toString() : ui->comboBox_port->currentText();
     if (serialNumber.isEmpty()) {
         QMessageBox::critical(this, tr("Error"), tr("Device not found"));
         return;
@@ -64,8 +66,7 @@ void mainwindow::disconnectDevice()
 void mainwindow::fillPortList(const QStringList &detectors, const QStringList &others)
 {
     ui->comboBox_port->clear();
-    for (const QString &serialNumber : detectors)
-        ui->comboBox_port->addItem(serialNumber, serialNumber);
+    ui->comboBox_port->addItems(detectors);
     for (const QString &serialNumber : others)
         ui->comboBox_port->addItem(tr("%1 (other bridge)").arg(serialNumber), serialNumber);
     if (detectors.isEmpty())

@@ -47,3 +47,8 @@ d2xx::Status QV1K_CountLosses(d2xx::Handle handle, std::uint32_t *count)
 {
     return providerCalls().countLosses(handle, count);
 }
+
+int QV1K_ListsAllBridges()
+{
+    return 1;
+}
