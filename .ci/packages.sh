@@ -13,6 +13,8 @@ test_packages=(
     xvfb xauth openbox xdotool x11-utils imagemagick
 )
 tidy_packages=(clang-tidy)
+# For packaging/linux: what packs, what looks at the result, and a fresh system to use it on.
+package_packages=(dpkg-dev file lintian appstream desktop-file-utils debootstrap)
 # For packaging/windows: compiler, assembler, Qt's generators, sources, packing, and what runs the result.
 windows_packages=(
     g++-mingw-w64-x86-64-posix libz-mingw-w64-dev nasm make

@@ -15,15 +15,13 @@ namespace {
 const QString virtualDetector = QStringLiteral("d2xx_virtual");
 const QString openDriver = QStringLiteral("d2xx_ftdi");
 
-/// Folders in which the project's own providers are looked for.
+/// Folders in which the project's own providers are looked for: as they are packed for Windows, as they are
+/// built, as they are installed.
 QStringList providerFolders()
 {
     const QString beside = QCoreApplication::applicationDirPath();
-    QStringList folders{beside, QDir::cleanPath(beside + QStringLiteral("/../lib"))};
-#ifndef Q_OS_WIN // where programs lie as they were installed, and anyone may make a folder of such a name
-    folders << QStringLiteral(QV1K_INSTALL_LIBDIR);
-#endif
-    return folders;
+    return {beside, QDir::cleanPath(beside + QStringLiteral("/../lib")),
+            QDir::cleanPath(beside + QStringLiteral("/" QV1K_PROVIDERS_FROM_PROGRAM))};
 }
 
 /// Full path of one of the project's own providers, or an empty text.

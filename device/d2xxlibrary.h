@@ -18,7 +18,7 @@ struct D2xxLibrary
     ///
     /// Empty: the maker's library (FTD2XX.dll, libftd2xx.so), on Linux `d2xx_ftdi` when that is not
     /// installed. "ftdi" and "virtual": `d2xx_ftdi` and `d2xx_virtual`, looked for beside the executable, in
-    /// ../lib of it and, but for Windows, in the install prefix. Anything else is a path. On Windows every
+    /// ../lib of it and where they are installed beside it. Anything else is a path. On Windows every
     /// file is loaded by its absolute path: LibraryFiles::toLoad(). The library stays loaded until the
     /// process ends. The virtual detector is loaded only when it is asked for by name.
     [[nodiscard]] static D2xxLibrary load(const QString &setting);
