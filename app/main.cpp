@@ -1,5 +1,6 @@
 #include "process/guardedapplication.h"
 #include "process/librarysearch.h"
+#include "process/processend.h"
 #include "process/terminationsignals.h"
 #include "ui/chrome/lightpalette.h"
 #include "ui/framelesshelper.h"
@@ -52,11 +53,14 @@ int main(int argc, char **argv)
 #ifdef Q_OS_WIN
     qputenv("QT_QPA_PLATFORM", "windows:darkmode=0");
 #endif
-    GuardedApplication<QApplication> application(argc, argv);
+    int status = 0;
+    {
+        GuardedApplication<QApplication> application(argc, argv);
 #ifndef Q_OS_WIN
-    LightPalette::apply(application);
+        LightPalette::apply(application);
 #endif
-    const int status = run(application);
+        status = run(application);
+    }
     TerminationSignals::endBySignal();
-    return status;
+    return endProcess(status);
 }
