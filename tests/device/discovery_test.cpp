@@ -54,8 +54,8 @@ TEST_F(Discovery, what_a_library_lists_that_does_not_list_all_bridges_are_detect
     EXPECT_EQ(link().listDevices(), QList<QString>({QStringLiteral("FT7A3B9C"), QStringLiteral("QV1K")}));
     EXPECT_EQ(link().detectors(), QStringList({QStringLiteral("FT7A3B9C"), QStringLiteral("QV1K")}));
     EXPECT_TRUE(link().otherBridges().isEmpty());
-    EXPECT_TRUE(
-        log.waitFor({created, created, QStringLiteral("串口0 = FT7A3B9C"), QStringLiteral("串口1 = QV1K")}));
+    EXPECT_TRUE(log.waitFor({created, QStringLiteral("串口销毁"), created, QStringLiteral("串口0 = FT7A3B9C"),
+                             QStringLiteral("串口1 = QV1K")}));
 }
 
 TEST_F(Discovery, a_serial_number_that_fills_its_field_is_read_whole)
