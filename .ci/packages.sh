@@ -9,6 +9,7 @@ build_packages=(
 )
 test_packages=(
     libgtest-dev libgmock-dev libbenchmark-dev clang-format
+    libumockdev-dev umockdev # bridges that are not there
     xvfb xauth openbox xdotool x11-utils imagemagick
 )
 tidy_packages=(clang-tidy)

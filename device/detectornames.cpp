@@ -2,10 +2,11 @@
 
 #include <algorithm>
 
-DetectorNames::DetectorNames(const QStringList &names)
+DetectorNames::DetectorNames(const QString &names)
 {
     QStringList given;
-    for (const QString &name : names) {
+    const QStringList parts = names.split(u',');
+    for (const QString &name : parts) {
         if (const QString trimmed = name.trimmed(); !trimmed.isEmpty())
             given << trimmed;
     }

@@ -12,13 +12,12 @@ class DetectorNames
 {
 public:
     DetectorNames() = default;
-    /// Blanks around a name do not count, and empty names are none; without any, the usual ones hold.
-    explicit DetectorNames(const QStringList &names);
-
-    [[nodiscard]] static QStringList usual() { return {QStringLiteral("QV1K")}; }
+    /// Names with commas between them. Blanks around a name do not count, and empty names are none; without
+    /// any it is QV1K.
+    explicit DetectorNames(const QString &names);
 
     [[nodiscard]] bool include(const d2xx::DeviceRecord &record) const;
 
 private:
-    QStringList m_names = usual();
+    QStringList m_names{QStringLiteral("QV1K")};
 };

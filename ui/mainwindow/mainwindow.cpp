@@ -121,7 +121,7 @@ void mainwindow::createServices()
     ui->textEdit->setPlainText(m_library.description());
     PortManager::setDriver(m_library.driver);
     PortManager::setDetectorNames(
-        DetectorNames(value(QStringLiteral("DetectorNames"), DetectorNames::usual()).toStringList()));
+        DetectorNames(value(QStringLiteral("DetectorNames"), QString()).toString()));
     PortManager::createInstance();
     m_link = PortManager::instance();
     LogManager::instance()->writeLog(m_library.provenance());
