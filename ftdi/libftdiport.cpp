@@ -97,15 +97,23 @@ void LibFtdiPort::stopReading()
 std::optional<std::size_t> LibFtdiPort::write(std::span<const std::uint8_t> bytes,
                                               std::chrono::milliseconds patience)
 {
-    int sent = 0;
-    const int result =
-        libusb_bulk_transfer(m_context->usb_dev, static_cast<std::uint8_t>(m_context->in_ep),
-                             const_cast<std::uint8_t *>(bytes.data()), // only read by an outward transfer
-                             static_cast<int>(std::min(bytes.size(), m_outSize)), &sent,
-                             static_cast<unsigned int>(patience.count()));
-    if (result != LIBUSB_SUCCESS && result != LIBUSB_ERROR_TIMEOUT)
-        return {};
-    return static_cast<std::size_t>(sent);
+    const auto endpoint = static_cast<std::uint8_t>(m_context->in_ep);
+    for (int tries = 0; tries < BulkReader::mostTries; ++tries) {
+        int sent = 0;
+        const int result =
+            libusb_bulk_transfer(m_context->usb_dev, endpoint,
+                                 const_cast<std::uint8_t *>(bytes.data()), // only read by an outward transfer
+                                 static_cast<int>(std::min(bytes.size(), m_outSize)), &sent,
+                                 static_cast<unsigned int>(patience.count()));
+        if (result == LIBUSB_SUCCESS || result == LIBUSB_ERROR_TIMEOUT)
+            return static_cast<std::size_t>(sent);
+        if ((result != LIBUSB_ERROR_PIPE && result != LIBUSB_ERROR_IO) ||
+            libusb_clear_halt(m_context->usb_dev, endpoint) != LIBUSB_SUCCESS)
+            return {};
+        if (sent > 0)
+            return static_cast<std::size_t>(sent);
+    }
+    return {};
 }
 
 } // namespace ftdi

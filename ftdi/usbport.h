@@ -50,7 +50,8 @@ public:
     /// Drops what is on its way from the chip. The next read() begins afresh.
     virtual void stopReading() = 0;
 
-    /// Sends the first bytes, one transfer at most, and tells how many left within `patience`.
+    /// Sends the first bytes, one transfer at most, and tells how many left within `patience`. A transfer
+    /// that fails is tried again a few times.
     virtual std::optional<std::size_t> write(std::span<const std::uint8_t> bytes,
                                              std::chrono::milliseconds patience) = 0;
 };

@@ -62,8 +62,7 @@ int EmulatedBridge::submit(Urb urb)
         runControl(urb);
         complete(std::move(urb));
     } else if (urb.endpoint == outEndpoint) {
-        m_chip.lines().write(urb.bytes, m_clock.now());
-        urb.done = urb.bytes.size();
+        runWrite(urb);
         complete(std::move(urb));
     } else {
         m_underWay.push_back(std::move(urb));
@@ -80,6 +79,21 @@ void EmulatedBridge::runControl(Urb &urb)
     const bool isStandard = (setup[0] & 0x60U) == 0; // for the device's descriptors, which the system has
     if (isStandard || !m_chip.control(setup, m_clock.now()))
         urb.status = -EPIPE;
+}
+
+void EmulatedBridge::runWrite(Urb &urb)
+{
+    urb.done = urb.bytes.size();
+    if (m_faults.writeFailures > 0) {
+        --m_faults.writeFailures;
+        urb.status = -m_faults.failure;
+        urb.done = std::min(m_faults.writePartial, urb.done);
+        m_isWriteHalted = m_faults.failure == EPIPE;
+    } else if (m_isWriteHalted) {
+        urb.status = -EPIPE;
+        urb.done = 0;
+    }
+    m_chip.lines().write(std::span(urb.bytes).first(urb.done), m_clock.now());
 }
 
 int EmulatedBridge::reap(Client client, Urb &urb)
@@ -119,6 +133,8 @@ int EmulatedBridge::clearHalt(std::uint8_t endpoint)
         ++m_haltsCleared;
         m_isHalted = false;
         m_wake.notify_all();
+    } else {
+        m_isWriteHalted = false;
     }
     return 0;
 }

@@ -44,6 +44,8 @@ public:
         int failure = 0;                  ///< so: EPIPE, EPROTO, EOVERFLOW
         std::size_t failAfter = 0;        ///< the first of them when that many bytes were sent
         std::size_t partial = 0;          ///< bytes that the failing one brings all the same
+        int writeFailures = 0;            ///< that many writing transfers fail in the same way
+        std::size_t writePartial = 0;     ///< bytes of each that arrive all the same
         bool staysHalted = false;         ///< clearing a halt does not help
         std::size_t mostReads = SIZE_MAX; ///< under way; more are refused: no memory
     };
@@ -84,6 +86,7 @@ private:
     bool completeReads();
     bool failRead(Urb &urb);
     void runControl(Urb &urb);
+    void runWrite(Urb &urb);
     void complete(Urb urb);
     void endAll(Client client, int status);
     void showReadiness();
@@ -98,7 +101,8 @@ private:
     Client m_holder = nullptr;
     std::size_t m_sent = 0;
     int m_haltsCleared = 0;
-    bool m_isHalted = false;
+    bool m_isHalted = false; ///< the endpoint that is read
+    bool m_isWriteHalted = false;
     bool m_isPlugged = true;
     bool m_hasEnded = false;
     simulator::SteadyClock m_clock;

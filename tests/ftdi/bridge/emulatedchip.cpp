@@ -63,14 +63,14 @@ EmulatedChip::Bytes EmulatedChip::fill(std::size_t length, Time now)
     Bytes transfer(length);
     std::size_t filled = 0;
     bool isFull = true;
-    while (isFull && length - filled >= packetSize) {
-        const std::size_t payload = std::min(left, packetSize - statusSize);
+    while (isFull && length - filled >= m_packetSize) {
+        const std::size_t payload = std::min(left, m_packetSize - statusSize);
         transfer[filled] = modemStatus;
         transfer[filled + 1] = static_cast<std::uint8_t>(lineStatus | std::exchange(m_errors, 0));
         m_lines->take(std::span(transfer).subspan(filled + statusSize, payload), now);
         filled += statusSize + payload;
         left -= payload;
-        isFull = payload == packetSize - statusSize;
+        isFull = payload == m_packetSize - statusSize;
     }
     transfer.resize(filled);
     m_lastFill = now;

@@ -15,7 +15,8 @@ public:
     using Bytes = std::vector<std::uint8_t>;
     using Setup = std::array<std::uint8_t, 8>;
 
-    static constexpr std::size_t packetSize = 512;
+    static constexpr std::size_t highSpeedPacket = 512;
+    static constexpr std::size_t fullSpeedPacket = 64;
     static constexpr std::uint8_t synchronousFifo = 0x40;
     static constexpr std::uint8_t overrun = 0x02; ///< in the second status byte
 
@@ -33,6 +34,7 @@ public:
     [[nodiscard]] std::uint8_t bitMode() const { return m_bitMode; }
     /// Every mode that was set since the chip got its power.
     [[nodiscard]] const Bytes &bitModes() const { return m_bitModes; }
+    void setPacketSize(std::size_t size) { m_packetSize = size; }
     /// Bits of the second status byte of the packet that is sent next.
     void noteErrors(std::uint8_t bits) { m_errors = bits; }
 
@@ -40,6 +42,7 @@ private:
     void setBitMode(std::uint8_t mode);
 
     std::unique_ptr<Lines> m_lines;
+    std::size_t m_packetSize = highSpeedPacket;
     std::uint8_t m_bitMode = 0;
     Bytes m_bitModes;
     std::uint8_t m_errors = 0;

@@ -37,13 +37,16 @@ protected:
 
 TEST_F(Recovery, a_bridge_whose_descriptor_tells_no_packet_size_is_read)
 {
-    plugIn({.packetSize = 0});
-    ASSERT_EQ(open(), Status::Ok);
-    put(numbered(2000));
-    ASSERT_TRUE(waitForQueued(2000));
-    EXPECT_EQ(read(2000), Status::Ok);
-    EXPECT_EQ(received, numbered(2000));
-    EXPECT_EQ(f.close(handle), Status::Ok);
+    for (const bool isHighSpeed : {true, false}) {
+        plugIn({.packetSize = 0, .isHighSpeed = isHighSpeed});
+        ASSERT_EQ(open(), Status::Ok);
+        put(numbered(2000));
+        ASSERT_TRUE(waitForQueued(2000));
+        EXPECT_EQ(read(2000), Status::Ok);
+        EXPECT_EQ(received, numbered(2000));
+        EXPECT_EQ(f.close(handle), Status::Ok);
+        unplug();
+    }
 }
 
 TEST_F(Recovery, a_halt_that_was_left_behind_is_cleared_when_the_bridge_is_opened)
@@ -71,6 +74,36 @@ TEST_F(Recovery, after_a_stall_or_a_damaged_transfer_everything_arrives_in_order
         EXPECT_EQ(f.close(handle), Status::Ok);
         unplug();
     }
+}
+
+TEST_F(Recovery, a_write_that_stalls_or_is_damaged_is_sent_again_from_where_it_stood)
+{
+    for (const int failure : {EPIPE, EPROTO}) {
+        plugIn();
+        ASSERT_EQ(open(), Status::Ok);
+        bridge->setFaults({.failure = failure, .writeFailures = 2, .writePartial = 100});
+        auto bytes = numbered(1000);
+        std::uint32_t written = 0;
+        EXPECT_EQ(f.write(handle, bytes.data(), 1000, &written), Status::Ok) << failure;
+        EXPECT_EQ(written, 1000U);
+        EXPECT_EQ(bridge->onChip([this](EmulatedChip &) { return lines->written(); }), bytes);
+        EXPECT_EQ(f.close(handle), Status::Ok);
+        unplug();
+    }
+}
+
+TEST_F(Recovery, a_write_that_cannot_be_mended_is_an_io_error)
+{
+    plugIn();
+    ASSERT_EQ(open(), Status::Ok);
+    bridge->setFaults({.failure = EPIPE, .writeFailures = 1000});
+    auto bytes = numbered(10);
+    std::uint32_t written = 99;
+    EXPECT_EQ(f.write(handle, bytes.data(), 10, &written), Status::IoError);
+    EXPECT_EQ(written, 0U);
+    bridge->setFaults({});
+    EXPECT_EQ(f.write(handle, bytes.data(), 10, &written), Status::Ok);
+    EXPECT_EQ(f.close(handle), Status::Ok);
 }
 
 TEST_F(Recovery, what_cannot_be_mended_ends_the_connection_and_says_why)

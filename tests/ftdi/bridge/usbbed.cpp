@@ -91,6 +91,10 @@ EmulatedBridge &UsbBed::plugIn(int port, const Identity &identity, std::unique_p
     const std::string number = std::to_string(address);
     auto &place = m_plugged[static_cast<std::size_t>(port)];
     place = std::make_unique<Plugged>(std::move(lines), address);
+    place->bridge.onChip([&](EmulatedChip &chip) {
+        chip.setPacketSize(identity.isHighSpeed ? EmulatedChip::highSpeedPacket
+                                                : EmulatedChip::fullSpeedPacket);
+    });
     umockdev_testbed_attach_ioctl(m_system->bed, place->node.c_str(), place->usbfs.handler(), nullptr);
     const std::filesystem::path node = m_system->root() + place->node;
     std::filesystem::create_directories(node.parent_path());
