@@ -36,7 +36,7 @@ LibFtdiPort::LibFtdiPort(FtdiContext context)
 LibFtdiPort::~LibFtdiPort()
 {
     if (m_reader.stop()) // or the chip would not take it
-        setBitMode(0, BITMODE_RESET);
+        LibFtdiPort::setBitMode(0, BITMODE_RESET);
     ftdi_usb_close(m_context.get()); // gives the bridge back to the system's driver; freeing does not
 }
 

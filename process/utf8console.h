@@ -12,5 +12,5 @@ public:
     Q_DISABLE_COPY_MOVE(Utf8Console)
 
 private:
-    quint32 m_before = 0; ///< the console's code page; 0 when there is none
+    [[maybe_unused]] quint32 m_before = 0; ///< the console's code page; 0 when there is none
 };

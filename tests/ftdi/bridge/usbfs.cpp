@@ -12,7 +12,6 @@ namespace {
 constexpr std::uint32_t capabilities = USBDEVFS_CAP_ZERO_PACKET | USBDEVFS_CAP_BULK_CONTINUATION |
                                        USBDEVFS_CAP_NO_PACKET_SIZE_LIM | USBDEVFS_CAP_BULK_SCATTER_GATHER |
                                        USBDEVFS_CAP_REAP_AFTER_DISCONNECT;
-constexpr std::size_t setupSize = 8;
 
 using Data = std::shared_ptr<UMockdevIoctlData>;
 
