@@ -12,8 +12,8 @@ using d2xx::Status;
 namespace {
 
 /// Made at the first call; the settings file is looked for in the working directory. Never torn down: when a
-/// library of Windows is, the process' other threads have ended wherever they stood, with a lock in their hands
-/// perhaps, and to wait for one of them would take for ever.
+/// library of Windows is, the process' other threads have ended wherever they stood, with a lock in their
+/// hands perhaps, and to wait for one of them would take for ever.
 simulator::Bridge &bridge()
 {
     static simulator::SteadyClock clock;
