@@ -353,7 +353,7 @@ TEST_F(MainWindowSave, no_text_beside_the_state_moves_the_page_or_is_cut)
     open();
     goTo(button("pushButton_save"));
     auto *detail = find<QLabel>("label_savedetail");
-    QTest::qWait(0);
+    QCoreApplication::processEvents();
     const QRect before = button("pushButton_save")->geometry();
     const int height = detail->height();
     for (const char *shown : {"", "Nothing is ticked: nothing will be saved",
