@@ -10,6 +10,8 @@
 // After the header that it needs.
 #include <dbt.h>
 
+#include <utility>
+
 namespace {
 
 /// Every USB device has an interface of this class (GUID_DEVINTERFACE_USB_DEVICE).
