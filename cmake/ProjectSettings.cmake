@@ -1,4 +1,4 @@
-# What every target of the project shares: standard, output folders, warnings, sanitizers.
+# What every target of the project shares: standard, output folders, warnings, sanitizers, hardening.
 # Everything hangs on the targets, so that a project that takes this one in is left alone.
 
 add_library(qv1k_settings INTERFACE)
@@ -17,6 +17,19 @@ if(QV1K_SANITIZE)
   target_compile_options(qv1k_settings INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=undefined
                                                  -fno-omit-frame-pointer)
   target_link_options(qv1k_settings INTERFACE -fsanitize=address,undefined)
+  target_compile_definitions(qv1k_settings INTERFACE _GLIBCXX_ASSERTIONS)
+endif()
+
+# What stops a program that writes past its end. The sanitizers see more, and the checks of the C library would keep some
+# of it from them; MinGW's are a library of their own, which the program would have to bring along.
+set(QV1K_HARDENED OFF)
+if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang" AND CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT QV1K_SANITIZE)
+  set(QV1K_HARDENED ON)
+  set(optimised $<NOT:$<CONFIG:Debug>>)
+  target_compile_options(
+    qv1k_settings INTERFACE $<${optimised}:-fstack-protector-strong> $<${optimised}:-U_FORTIFY_SOURCE>
+                            $<${optimised}:-D_FORTIFY_SOURCE=2>)
+  target_link_options(qv1k_settings INTERFACE $<${optimised}:LINKER:-z,relro,-z,now>)
 endif()
 
 add_library(qv1k_warnings INTERFACE)
