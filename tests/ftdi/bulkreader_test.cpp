@@ -6,6 +6,8 @@
 
 #include <gmock/gmock.h>
 
+#include <limits>
+
 using ftdi::BulkReader;
 using ftdi::withoutStatusBytes;
 using testing::Each;
@@ -86,6 +88,15 @@ TEST(StatusBytes, alone_behind_a_full_packet_add_nothing)
     Bytes transfer = packed(numbered(510));
     transfer.insert(transfer.end(), {0x32, 0x60});
     EXPECT_EQ(stripped(transfer), numbered(510));
+}
+
+TEST(StatusBytes, are_those_of_each_packet_also_of_packets_that_hold_less_or_more_than_a_transfer)
+{
+    const Bytes telling(4, 0xFF);
+    EXPECT_EQ(ftdi::lossesIn(telling, 1), 0U); // there is no second byte
+    EXPECT_EQ(ftdi::lossesIn(telling, 2), 2U);
+    EXPECT_EQ(ftdi::lossesIn(telling, 3), 1U);
+    EXPECT_EQ(ftdi::lossesIn(telling, std::numeric_limits<std::size_t>::max()), 1U);
 }
 
 TEST_F(BulkReading, begins_with_many_transfers_under_way_and_keeps_as_many)
