@@ -29,6 +29,14 @@ void writeLines(const QString &path, const std::vector<Number> &values)
     }
 }
 
+template <typename Number>
+QByteArray written(Number value)
+{
+    QByteArray bytes;
+    QTextStream(&bytes) << value;
+    return bytes;
+}
+
 } // namespace
 
 QImage Pipeline::processImage(const QByteArray &data)
@@ -53,12 +61,11 @@ QImage Pipeline::processImage(const QByteArray &data)
 
 void Pipeline::processPixel(const QByteArray &hex, int i, uchar *picture)
 {
-    const int raw = hex.mid(8 * i, 8).toInt(nullptr, 16);
-    const int counts = raw > 4096 ? raw - 4096 : 0;
-    const double v = std::round(counts / 1048576.0 * gainNumerator / gainDenominator * 1000 * 10000) / 10000;
+    const auto place = static_cast<std::size_t>(i);
+    const double v = current(sample(hex, i), gainNumerator, gainDenominator);
 
     const auto accumulate = [&](std::vector<double> &reference) {
-        double &r = reference[static_cast<std::size_t>(i)];
+        double &r = reference[place];
         r = caliFrameIndex == 1 ? v : r + v;
         if (caliFrameIndex == caliFrameCount)
             r = r / caliFrameCount;
@@ -68,34 +75,41 @@ void Pipeline::processPixel(const QByteArray &hex, int i, uchar *picture)
     if (fullOnFlag)
         accumulate(fullOnData);
 
-    frameData[static_cast<std::size_t>(i)] = v;
-    if (caliEnabled)
-        mapCalibrated(v, i, picture);
-    else
-        mapPlain(v, i, picture);
+    frameData[place] = v;
+    const Levels levels = caliEnabled ? calibratedLevels(v, fullOffData[place], fullOnData[place])
+                                      : plainLevels(v, contrastRatio, rangeMax);
+    grayData[place] = levels.gray;
+    picture[i] = levels.picture;
 }
 
-void Pipeline::mapPlain(double v, int i, uchar *picture)
+int sample(const QByteArray &hex, int i)
 {
-    grayData[static_cast<std::size_t>(i)] = truncated(v / rangeMax * 255);
-    double s = v * contrastRatio;
+    return hex.mid(8 * i, 8).toInt(nullptr, 16);
+}
+
+double current(int sample, int gainNumerator, int gainDenominator)
+{
+    const int counts = sample > 4096 ? sample - 4096 : 0;
+    return std::round(counts / 1048576.0 * gainNumerator / gainDenominator * 1000 * 10000) / 10000;
+}
+
+Levels plainLevels(double current, double contrastRatio, int rangeMax)
+{
+    double s = current * contrastRatio;
     if (s > rangeMax)
         s = rangeMax;
-    picture[i] = static_cast<uchar>(truncated(s / rangeMax * 255));
+    return {truncated(current / rangeMax * 255), static_cast<uchar>(truncated(s / rangeMax * 255))};
 }
 
-void Pipeline::mapCalibrated(double v, int i, uchar *picture)
+Levels calibratedLevels(double current, double dark, double bright)
 {
-    const double off = fullOffData[static_cast<std::size_t>(i)];
-    const double on = fullOnData[static_cast<std::size_t>(i)];
-    double d = v - off;
+    double d = current - dark;
     if (d < 0)
         d = 0;
-    else if (d > on - off)
-        d = on - off;
-    const double g = d / (on - off) * 255;
-    picture[i] = static_cast<uchar>(truncated(g));
-    grayData[static_cast<std::size_t>(i)] = picture[i];
+    else if (d > bright - dark)
+        d = bright - dark;
+    const auto level = static_cast<uchar>(truncated(d / (bright - dark) * 255));
+    return {level, level};
 }
 
 int truncated(double value)
@@ -108,9 +122,12 @@ int truncated(double value)
 
 QByteArray text(double value)
 {
-    QByteArray bytes;
-    QTextStream(&bytes) << value;
-    return bytes;
+    return written(value);
+}
+
+QByteArray text(int value)
+{
+    return written(value);
 }
 
 void writeCsv(const QString &path, const std::vector<double> &values)

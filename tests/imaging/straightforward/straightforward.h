@@ -36,15 +36,32 @@ struct Pipeline
 
 private:
     void processPixel(const QByteArray &hex, int i, uchar *picture);
-    void mapPlain(double v, int i, uchar *picture);
-    void mapCalibrated(double v, int i, uchar *picture);
 };
+
+/// Sample `i` of a frame whose bytes stand in hexadecimal text.
+[[nodiscard]] int sample(const QByteArray &hex, int i);
+
+/// nA, with four decimals.
+[[nodiscard]] double current(int sample, int gainNumerator, int gainDenominator);
+
+struct Levels
+{
+    int gray;
+    uchar picture;
+};
+
+/// Between 0 and the range; only the picture heeds the contrast.
+[[nodiscard]] Levels plainLevels(double current, double contrastRatio, int rangeMax);
+
+/// Between the references.
+[[nodiscard]] Levels calibratedLevels(double current, double dark, double bright);
 
 /// Toward zero; only the sign bit set for what does not fit.
 [[nodiscard]] int truncated(double value);
 
 /// The number as a text stream writes it.
 [[nodiscard]] QByteArray text(double value);
+[[nodiscard]] QByteArray text(int value);
 
 void writeCsv(const QString &path, const std::vector<double> &values);
 void writeCsv(const QString &path, const std::vector<int> &values);
