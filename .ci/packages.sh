@@ -13,6 +13,7 @@ test_packages=(
     xvfb xauth openbox xdotool x11-utils imagemagick
 )
 tidy_packages=(clang-tidy)
+fuzz_packages=(clang libclang-rt-14-dev)
 # For packaging/linux: what packs, what looks at the result, and a fresh system to use it on.
 package_packages=(dpkg-dev file lintian appstream desktop-file-utils debootstrap)
 # For packaging/windows: compiler, assembler, Qt's generators, sources, packing, and what runs the result.

@@ -32,6 +32,13 @@ if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang" AND CMAKE_SYSTEM_NAME STREQUAL "Lin
   target_link_options(qv1k_settings INTERFACE $<${optimised}:LINKER:-z,relro,-z,now>)
 endif()
 
+# Libraries tell the fuzzer which of their branches an input took; assertions of Qt's headers hold.
+if(QV1K_FUZZ)
+  target_compile_options(qv1k_settings INTERFACE -fsanitize=fuzzer-no-link)
+  target_link_options(qv1k_settings INTERFACE -fsanitize=fuzzer-no-link)
+  target_compile_definitions(qv1k_settings INTERFACE QT_FORCE_ASSERTS)
+endif()
+
 add_library(qv1k_warnings INTERFACE)
 if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
   target_compile_options(qv1k_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wold-style-cast
