@@ -4,8 +4,8 @@
 #include <cerrno>
 #include <utility>
 
-EmulatedBridge::EmulatedBridge(std::unique_ptr<Lines> lines)
-    : m_chip(std::move(lines)), m_thread([this] { run(); })
+EmulatedBridge::EmulatedBridge(std::unique_ptr<Lines> lines, std::string node)
+    : m_chip(std::move(lines)), m_readiness(std::move(node)), m_thread([this] { run(); })
 {
 }
 
@@ -153,9 +153,9 @@ void EmulatedBridge::unplug()
 {
     const std::lock_guard lock(m_mutex);
     m_isPlugged = false;
-    m_readiness.hangUp();
     m_chip.lines().lost();
     endAll(nullptr, -ESHUTDOWN);
+    m_readiness.hangUp();
 }
 
 void EmulatedBridge::setFaults(const Faults &faults)

@@ -50,7 +50,8 @@ public:
         std::size_t mostReads = SIZE_MAX; ///< under way; more are refused: no memory
     };
 
-    explicit EmulatedBridge(std::unique_ptr<Lines> lines);
+    /// `node` is where its device node is made.
+    EmulatedBridge(std::unique_ptr<Lines> lines, std::string node);
     EmulatedBridge(const EmulatedBridge &) = delete;
     EmulatedBridge &operator=(const EmulatedBridge &) = delete;
     ~EmulatedBridge();
@@ -79,7 +80,9 @@ public:
     }
     [[nodiscard]] std::size_t underWay() const;
     [[nodiscard]] int haltsCleared() const;
-    [[nodiscard]] std::string nodePath() const { return m_readiness.path(); }
+    [[nodiscard]] const std::string &node() const { return m_readiness.path(); }
+    /// That open file of this process, the node, can be waited on for transfers to reap, and for the end.
+    void letWaitOn(int file) const { m_readiness.standInFor(file); }
 
 private:
     void run();

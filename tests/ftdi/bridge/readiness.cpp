@@ -1,46 +1,63 @@
 #include "tests/ftdi/bridge/readiness.h"
 
 #include <array>
-#include <csignal>
+#include <filesystem>
 #include <stdexcept>
 
 #include <fcntl.h>
-#include <sys/ioctl.h>
-#include <termios.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
-Readiness::Readiness()
+namespace {
+
+// The smallest pipe there is: filled by one write, emptied by one read.
+constexpr int pipeSize = 4096;
+
+void check(bool isGood)
 {
-    // Who opens a terminal may become its owner, and would be told that it hung up or be stopped by it.
-    std::signal(SIGHUP, SIG_IGN);
-    std::signal(SIGTTOU, SIG_IGN);
-    m_master = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
-    std::array<char, 64> name{};
-    if (m_master < 0 || grantpt(m_master) != 0 || unlockpt(m_master) != 0 ||
-        ptsname_r(m_master, name.data(), name.size()) != 0)
-        throw std::runtime_error("no terminal to be had");
-    m_path = name.data();
-    m_slave = ioctl(m_master, TIOCGPTPEER, O_RDWR | O_NOCTTY | O_CLOEXEC);
+    if (!isGood)
+        throw std::runtime_error("no pipe to be had");
+}
+
+} // namespace
+
+Readiness::Readiness(std::string path) : m_path(std::move(path))
+{
+    std::filesystem::create_directories(std::filesystem::path(m_path).parent_path());
+    check(mkfifo(m_path.c_str(), 0600) == 0);
+    m_reader = open(m_path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    m_writer = open(m_path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
+    check(m_reader >= 0 && m_writer >= 0);
+    check(fcntl(m_writer, F_SETPIPE_SZ, pipeSize) == pipeSize);
     set(false);
 }
 
 Readiness::~Readiness()
 {
     hangUp();
-    close(m_slave);
+    close(m_writer);
+    unlink(m_path.c_str());
+}
+
+void Readiness::standInFor(int file) const
+{
+    const bool isAnEnd = (fcntl(file, F_GETFL) & O_ACCMODE) != O_RDWR;
+    check(isAnEnd || dup3(m_writer, file, O_CLOEXEC) == file);
 }
 
 void Readiness::set(bool isReady)
 {
-    if (m_master < 0 || isReady == m_isReady)
+    if (m_reader < 0 || isReady == m_isReady)
         return;
     m_isReady = isReady;
-    tcflow(m_slave, isReady ? TCOON : TCOOFF);
+    std::array<char, pipeSize> filling{};
+    check((isReady ? read(m_reader, filling.data(), filling.size())
+                   : write(m_writer, filling.data(), filling.size())) == pipeSize);
 }
 
 void Readiness::hangUp()
 {
-    if (m_master >= 0)
-        close(m_master);
-    m_master = -1;
+    if (m_reader >= 0)
+        close(m_reader);
+    m_reader = -1;
 }

@@ -3,9 +3,6 @@
 #include "tests/ftdi/bridge/descriptors.h"
 #include "tests/ftdi/bridge/usbfs.h"
 
-#include <filesystem>
-#include <stdexcept>
-
 namespace {
 
 using Texts = std::vector<std::string>;
@@ -51,15 +48,14 @@ struct UsbBed::System
 
 struct UsbBed::Plugged
 {
-    Plugged(std::unique_ptr<Lines> lines, int address)
-        : bridge(std::move(lines)), usbfs(bridge),
-          node("/dev/bus/usb/001/" + std::string(address < 10 ? "00" : "0") + std::to_string(address))
+    Plugged(std::unique_ptr<Lines> lines, const std::string &root, std::string name)
+        : bridge(std::move(lines), root + name), usbfs(bridge), node(std::move(name))
     {
     }
 
     EmulatedBridge bridge;
     Usbfs usbfs;
-    std::string node;
+    std::string node; ///< as programs name it
     std::string sysfs;
 };
 
@@ -89,24 +85,22 @@ EmulatedBridge &UsbBed::plugIn(int port, const Identity &identity, std::unique_p
 {
     const int address = ++m_lastAddress;
     const std::string number = std::to_string(address);
+    const std::string node = "/dev/bus/usb/001/" + std::string(3 - number.size(), '0') + number;
     auto &place = m_plugged[static_cast<std::size_t>(port)];
-    place = std::make_unique<Plugged>(std::move(lines), address);
+    place = std::make_unique<Plugged>(std::move(lines), m_system->root(), node);
     place->bridge.onChip([&](EmulatedChip &chip) {
         chip.setPacketSize(identity.isHighSpeed ? EmulatedChip::highSpeedPacket
                                                 : EmulatedChip::fullSpeedPacket);
     });
-    umockdev_testbed_attach_ioctl(m_system->bed, place->node.c_str(), place->usbfs.handler(), nullptr);
-    const std::filesystem::path node = m_system->root() + place->node;
-    std::filesystem::create_directories(node.parent_path());
-    std::filesystem::create_symlink(place->bridge.nodePath(), node);
+    umockdev_testbed_attach_ioctl(m_system->bed, node.c_str(), place->usbfs.handler(), nullptr);
 
     place->sysfs =
         m_system->add("1-" + std::to_string(port), m_system->hub.c_str(),
                       {"busnum", "1", "devnum", number, "dev", "189:" + std::to_string(address - 1), "speed",
                        identity.isHighSpeed ? "480" : "12", "bConfigurationValue", "1", "serial",
                        identity.serialNumber, "product", identity.product},
-                      {"DEVTYPE", "usb_device", "DEVNAME", place->node, "BUSNUM", "001", "DEVNUM", number,
-                       "PRODUCT", identity.productId == 0x6014 ? "403/6014/900" : "403/6015/1000"},
+                      {"DEVTYPE", "usb_device", "DEVNAME", node, "BUSNUM", "001", "DEVNUM", number, "PRODUCT",
+                       identity.productId == 0x6014 ? "403/6014/900" : "403/6015/1000"},
                       descriptorsOf(identity));
     if (!m_isSilent)
         umockdev_testbed_uevent(m_system->bed, place->sysfs.c_str(), "add");
@@ -124,11 +118,10 @@ void UsbBed::unplug(int port)
         umockdev_testbed_uevent(bed, plugged->sysfs.c_str(), "remove");
     umockdev_testbed_remove_device(bed, plugged->sysfs.c_str());
     umockdev_testbed_detach_ioctl(bed, plugged->node.c_str(), nullptr);
-    std::filesystem::remove(m_system->root() + plugged->node);
     plugged.reset();
 }
 
 std::string UsbBed::nodeOf(int port) const
 {
-    return m_plugged.at(static_cast<std::size_t>(port))->bridge.nodePath();
+    return m_plugged.at(static_cast<std::size_t>(port))->bridge.node();
 }

@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 
 #include <linux/usbdevice_fs.h>
 #include <sys/ioctl.h>
+#include <sys/stat.h>
 
 namespace {
 
@@ -72,7 +74,8 @@ int Usbfs::answer(UMockdevIoctlClient *client, unsigned long request, UMockdevIo
         return valueOf<unsigned int>(behind(arg, 0, sizeof(unsigned int)).get());
     };
     switch (request) {
-    case USBDEVFS_GET_CAPABILITIES:
+    case USBDEVFS_GET_CAPABILITIES: // the first request, and who makes it waits for the answer
+        letClientsWait();
         put(behind(arg, 0, sizeof(capabilities)).get(), capabilities);
         return 0;
     case USBDEVFS_GETDRIVER:
@@ -138,4 +141,19 @@ int Usbfs::reap(UMockdevIoctlClient *client, UMockdevIoctlData *arg)
             std::copy_n(urb.bytes.begin(), urb.done, bytes->data);
     }
     return 0;
+}
+
+/// Whoever has opened the node in this process hears of an unplug. Clients of other processes do not.
+void Usbfs::letClientsWait() const
+{
+    struct stat node = {};
+    if (stat(m_bridge.node().c_str(), &node) != 0)
+        return;
+    std::error_code error;
+    for (const auto &entry : std::filesystem::directory_iterator("/proc/self/fd", error)) {
+        struct stat open = {};
+        if (stat(entry.path().c_str(), &open) == 0 && open.st_dev == node.st_dev &&
+            open.st_ino == node.st_ino)
+            m_bridge.letWaitOn(std::stoi(entry.path().filename()));
+    }
 }

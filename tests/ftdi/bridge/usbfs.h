@@ -28,6 +28,7 @@ private:
     int answer(UMockdevIoctlClient *client, unsigned long request, UMockdevIoctlData *arg);
     int submit(UMockdevIoctlClient *client, UMockdevIoctlData *arg);
     int reap(UMockdevIoctlClient *client, UMockdevIoctlData *arg);
+    void letClientsWait() const;
 
     EmulatedBridge &m_bridge;
     UMockdevIoctlBase *m_handler;
