@@ -57,7 +57,8 @@ using IsSimulated = int();
 
 /// Not of the interface; a provider of this project may export it. Writes in words, NUL-terminated UTF-8 of
 /// one line cut to `size`, why an open device is gone, or with a null handle why the last openEx() failed.
-/// An empty text when there is nothing to tell.
+/// An empty text when there is nothing to tell. A provider may know that a device is gone before getStatus()
+/// fails.
 using TellProblem = Status(Handle handle, char *text, std::uint32_t size);
 
 /// Not of the interface; a provider of this project may export it. That it is exported is what counts, and it

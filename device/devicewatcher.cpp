@@ -4,6 +4,7 @@
 
 #ifdef QV1K_HAVE_UDEV
 #include <libudev.h>
+#include <unistd.h>
 #endif
 
 namespace {
@@ -69,7 +70,9 @@ void DeviceWatcher::watchSystem()
     system->context.reset(udev_new());
     if (!system->context)
         return;
-    system->monitor.reset(udev_monitor_new_from_netlink(system->context.get(), "udev"));
+    // Where udev's service does not run (a container, say), the kernel's own events tell the same.
+    const char *source = access("/run/udev/control", F_OK) == 0 ? "udev" : "kernel";
+    system->monitor.reset(udev_monitor_new_from_netlink(system->context.get(), source));
     udev_monitor *monitor = system->monitor.get();
     if (monitor == nullptr ||
         udev_monitor_filter_add_match_subsystem_devtype(monitor, "usb", "usb_device") < 0 ||

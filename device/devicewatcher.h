@@ -7,8 +7,8 @@
 #include <memory>
 
 /// Tells when a detector is plugged in or unplugged: through the driver library when it reports that itself,
-/// otherwise through the operating system (udev on Linux; on Windows the window's native event filter sees
-/// the messages, and this object stays silent).
+/// otherwise through the operating system (udev on Linux, the kernel where udev does not run; on Windows the
+/// window's native event filter sees the messages, and this object stays silent).
 ///
 /// Lives on the GUI thread; both signals are emitted there.
 class DeviceWatcher : public QObject

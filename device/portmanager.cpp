@@ -329,7 +329,7 @@ void PortManager::halt()
 bool PortManager::checkLost()
 {
     const Handle handle = m_state.m_handle;
-    if (handle != nullptr && !m_state.bytesWaiting(handle))
+    if (handle != nullptr && (!m_state.bytesWaiting(handle) || !m_state.m_driver->problem(handle).isEmpty()))
         lose(handle);
     return isLost();
 }

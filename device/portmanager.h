@@ -102,8 +102,9 @@ public:
     /// driver library does not say.
     [[nodiscard]] QString problem() const { return m_state.m_driver->problem(m_state.m_handle); }
 
-    /// Asks the open device for its status, once; true when it cannot be had, and the device is lost by that
-    /// or was before. Without a device false. Does not emit lost().
+    /// Asks the open device for its status, once; true when it cannot be had or the driver library knows that
+    /// it is gone, and the device is lost by that or was before. Without a device false. Does not emit
+    /// lost().
     bool checkLost();
 
 Q_SIGNALS:

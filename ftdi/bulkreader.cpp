@@ -1,6 +1,7 @@
 #include "ftdi/bulkreader.h"
 
 #include "d2xx/arguments.h"
+#include "ftdi/endings.h"
 #include "ftdi/statusbytes.h"
 
 #include <libusb.h>
@@ -21,7 +22,7 @@ std::string wordsFor(int failure)
 {
     switch (failure) {
     case LIBUSB_TRANSFER_NO_DEVICE:
-        return "The bridge was unplugged.";
+        return unplugged;
     case LIBUSB_TRANSFER_STALL:
         return "The bridge refuses to send: its endpoint stays halted, however often that is cleared.";
     case LIBUSB_TRANSFER_OVERFLOW:
@@ -174,7 +175,8 @@ void BulkReader::cancelAll()
 
 std::optional<BulkReader::Bytes> BulkReader::withNoneUnderWay(milliseconds patience)
 {
-    if (m_phase == Phase::Reading) { // no memory, for now
+    const bool isTooEarly = m_tries > 0 && steady_clock::now() < m_lastTry + betweenTries;
+    if (m_phase == Phase::Reading || isTooEarly) { // no memory, for now
         int never = 0;
         return handleEvents(patience, &never) ? std::optional(Bytes()) : endBy(LIBUSB_TRANSFER_ERROR);
     }
@@ -189,6 +191,7 @@ bool BulkReader::mend()
     if (m_failure == LIBUSB_TRANSFER_NO_DEVICE || m_tries >= mostTries)
         return false;
     ++m_tries;
+    m_lastTry = steady_clock::now();
     const int result = libusb_clear_halt(m_source.device, m_source.endpoint);
     if (result == LIBUSB_ERROR_NO_DEVICE)
         m_failure = LIBUSB_TRANSFER_NO_DEVICE;

@@ -24,10 +24,13 @@ namespace ftdi {
 ///
 /// A transfer that fails ends the others. What they all brought is returned first. Then a stall or a protocol
 /// error is cleared and reading goes on, unless it fails mostTries times without a good transfer in between.
+/// It is cleared at once for the first time, then `betweenTries` apart: when the cable is pulled, transfers
+/// fail for up to 256 ms before the hub is asked and the system knows why.
 class BulkReader
 {
 public:
     static constexpr int mostTries = 5;
+    static constexpr std::chrono::milliseconds betweenTries{100};
 
     /// What is read from.
     struct Source
@@ -91,6 +94,7 @@ private:
     int m_failure = 0; ///< status of the transfer that failed
     int m_tries = 0;
     std::chrono::steady_clock::time_point m_drainDeadline;
+    std::chrono::steady_clock::time_point m_lastTry;
     std::string m_ending;
     std::atomic<std::uint32_t> m_losses{0};
 };

@@ -1,5 +1,7 @@
 #include "ftdi/libftdiport.h"
 
+#include "ftdi/devicelist.h"
+
 #include <libusb.h>
 
 #include <algorithm>
@@ -89,6 +91,16 @@ std::optional<std::span<const std::uint8_t>> LibFtdiPort::read(std::chrono::mill
     return m_reader.read(patience);
 }
 
+bool LibFtdiPort::isPluggedIn() const
+{
+    if (m_isGone)
+        return false;
+    const DeviceList list(m_context->usb_ctx);
+    const auto devices = list.devices();
+    return !list.isValid() ||
+           std::find(devices.begin(), devices.end(), libusb_get_device(m_context->usb_dev)) != devices.end();
+}
+
 void LibFtdiPort::stopReading()
 {
     m_reader.stop();
@@ -107,8 +119,11 @@ std::optional<std::size_t> LibFtdiPort::write(std::span<const std::uint8_t> byte
                                  static_cast<unsigned int>(patience.count()));
         if (result == LIBUSB_SUCCESS || result == LIBUSB_ERROR_TIMEOUT)
             return static_cast<std::size_t>(sent);
-        if ((result != LIBUSB_ERROR_PIPE && result != LIBUSB_ERROR_IO) ||
-            libusb_clear_halt(m_context->usb_dev, endpoint) != LIBUSB_SUCCESS)
+        const bool mayBeMended = result == LIBUSB_ERROR_PIPE || result == LIBUSB_ERROR_IO;
+        const int mending = mayBeMended ? libusb_clear_halt(m_context->usb_dev, endpoint) : result;
+        if (mending == LIBUSB_ERROR_NO_DEVICE)
+            m_isGone = true;
+        if (mending != LIBUSB_SUCCESS)
             return {};
         if (sent > 0)
             return static_cast<std::size_t>(sent);

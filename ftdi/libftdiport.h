@@ -38,6 +38,7 @@ public:
 
     std::optional<std::span<const std::uint8_t>> read(std::chrono::milliseconds patience) override;
     bool isGone() override { return m_reader.isGone(); }
+    [[nodiscard]] bool isPluggedIn() const override;
     [[nodiscard]] std::string ending() const override { return m_reader.ending(); }
     [[nodiscard]] std::uint32_t losses() const override { return m_reader.losses(); }
     void stopReading() override;
@@ -49,6 +50,7 @@ private:
     BulkReader m_reader;
     std::atomic<std::size_t> m_inSize;
     std::size_t m_outSize;
+    std::atomic<bool> m_isGone{false}; ///< a write found nobody
 };
 
 } // namespace ftdi

@@ -1,6 +1,7 @@
 #include "ftdi/opendevice.h"
 
 #include "d2xx/arguments.h"
+#include "ftdi/endings.h"
 
 #include <algorithm>
 
@@ -46,7 +47,11 @@ void OpenDevice::close()
     if (!m_port)
         return;
     stopReader();
-    m_port.reset();
+    std::unique_ptr<UsbPort> ending;
+    {
+        const std::lock_guard endingLock(m_endingMutex);
+        std::swap(ending, m_port);
+    }
 }
 
 void OpenDevice::startReader()
@@ -62,11 +67,11 @@ void OpenDevice::stopReader()
 
 void OpenDevice::readOn(const std::stop_token &stop)
 {
-    while (!stop.stop_requested()) {
+    while (!stop.stop_requested() && !m_queue.hasEnded()) {
         const auto bytes = m_port->read(patience);
         m_losses = m_port->losses();
         if (!bytes) {
-            noteEnding(m_port->ending());
+            noteEnding(m_port->isPluggedIn() ? m_port->ending() : unplugged);
             m_queue.end(Status::IoError);
             return;
         }
@@ -75,13 +80,15 @@ void OpenDevice::readOn(const std::stop_token &stop)
 }
 
 /// While there is no room the bridge is watched all the same: that it was unplugged is told at once, and what
-/// it brought before can still be read.
+/// it brought before can still be read. No transfer tells when all of them had ended well before.
 void OpenDevice::append(std::span<const std::uint8_t> bytes, const std::stop_token &stop)
 {
     bytes = m_queue.append(bytes, patience, stop);
-    while (!bytes.empty() && !stop.stop_requested() && m_queue.status() != Status::InvalidHandle) {
-        if (m_queue.status() == Status::Ok && m_port->isGone())
+    while (!bytes.empty() && !stop.stop_requested() && !m_queue.hasEnded()) {
+        if (m_queue.status() == Status::Ok && (m_port->isGone() || !m_port->isPluggedIn())) {
+            noteEnding(unplugged);
             m_queue.announceEnd(Status::IoError);
+        }
         bytes = m_queue.append(bytes, patience, stop);
     }
 }
@@ -89,12 +96,15 @@ void OpenDevice::append(std::span<const std::uint8_t> bytes, const std::stop_tok
 void OpenDevice::noteEnding(const std::string &why)
 {
     const std::lock_guard lock(m_endingMutex);
-    m_ending = why;
+    if (m_ending.empty())
+        m_ending = why;
 }
 
-std::string OpenDevice::ending() const
+std::string OpenDevice::ending()
 {
     const std::lock_guard lock(m_endingMutex);
+    if (m_port && !m_port->isPluggedIn())
+        m_ending = unplugged;
     return m_ending;
 }
 
@@ -216,8 +226,11 @@ Status OpenDevice::write(const void *buffer, std::uint32_t length, std::uint32_t
         std::span left(static_cast<const std::uint8_t *>(buffer), length);
         while (!left.empty()) {
             const auto sent = port.write(left, nextWait(deadline));
-            if (!sent)
+            if (!sent) {
+                noteEnding(port.isPluggedIn() ? takesNothing : unplugged);
+                m_queue.end(Status::IoError);
                 return false;
+            }
             left = left.subspan(*sent);
             *bytesWritten += static_cast<std::uint32_t>(*sent);
             if (steady_clock::now() >= deadline || m_queue.status() != Status::Ok)

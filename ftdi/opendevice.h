@@ -29,8 +29,9 @@ public:
     void close();
     /// Ok, IoError when the bridge is gone, InvalidHandle when it was closed.
     [[nodiscard]] Status status() const { return m_queue.status(); }
-    /// Why the bridge is gone, in words; empty as long as it is not.
-    [[nodiscard]] std::string ending() const;
+    /// Why the bridge is gone, in words; empty as long as it is not. Of an unplugged one it is told even
+    /// before status() does: the system is asked, some milliseconds.
+    [[nodiscard]] std::string ending();
     /// How often the chip said that bytes were lost, since the bridge was opened.
     Status losses(std::uint32_t *count) const;
 
@@ -50,7 +51,8 @@ public:
     Status queued(std::uint32_t *rxBytes, std::uint32_t *txBytes, std::uint32_t *events) const;
     /// Waits until `length` bytes have arrived, for the read time-out at most, and returns what there is.
     Status read(void *buffer, std::uint32_t length, std::uint32_t *bytesRead);
-    /// Returns when all is sent or the write time-out is over.
+    /// Returns when all is sent or the write time-out is over. When the bridge does not take it, this is the
+    /// end of the connection: IoError, as from everything after it.
     Status write(const void *buffer, std::uint32_t length, std::uint32_t *bytesWritten);
 
 private:
@@ -64,10 +66,10 @@ private:
     void append(std::span<const std::uint8_t> bytes, const std::stop_token &stop);
     void noteEnding(const std::string &why);
 
-    std::mutex m_portMutex; // guards the port, but for its reading, and the thread
-    std::unique_ptr<UsbPort> m_port;
+    std::mutex m_portMutex;          // guards the port, but for its reading, and the thread
+    std::unique_ptr<UsbPort> m_port; ///< changed only with the other mutex too
     std::atomic<std::uint32_t> m_losses{0};
-    mutable std::mutex m_endingMutex; // guards the next
+    std::mutex m_endingMutex; // guards the next, and that the port stays; taken after the other
     std::string m_ending;
     ReceiveQueue m_queue;
     std::atomic<std::uint32_t> m_readTimeout{0};

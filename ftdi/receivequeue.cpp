@@ -102,6 +102,12 @@ void ReceiveQueue::announceEnd(Status why)
         m_status = why;
 }
 
+bool ReceiveQueue::hasEnded() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_hasEnded;
+}
+
 Status ReceiveQueue::status() const
 {
     const std::lock_guard lock(m_mutex);

@@ -43,6 +43,7 @@ public:
     void end(Status why);
     /// The end is near: the status says so at once, and what is still appended can be taken before end().
     void announceEnd(Status why);
+    [[nodiscard]] bool hasEnded() const;
     /// Ok as long as no end was announced.
     [[nodiscard]] Status status() const;
 

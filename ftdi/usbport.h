@@ -17,7 +17,8 @@ using d2xx::Status;
 /// An open bridge, as thin as it can be: one member, one request to the chip.
 ///
 /// read(), isGone(), ending() and stopReading() belong to one reader. The others may run beside a read(), but
-/// not beside each other; losses() at any time. False, or none, says that the bridge did not take it.
+/// not beside each other; losses() and isPluggedIn() at any time. False, or none, says that the bridge did
+/// not take it.
 ///
 /// The end of it puts the bridge's lines back into the mode in which it has them when it is plugged in.
 class UsbPort
@@ -43,6 +44,8 @@ public:
     virtual std::optional<std::span<const std::uint8_t>> read(std::chrono::milliseconds patience) = 0;
     /// The bridge was unplugged; what arrived before may still be read.
     virtual bool isGone() = 0;
+    /// What the system says, which may know of an unplug before a transfer fails, or after.
+    [[nodiscard]] virtual bool isPluggedIn() const = 0;
     /// Why read() returned none, in words.
     [[nodiscard]] virtual std::string ending() const = 0;
     /// How often the chip said that bytes were lost before they could be read.

@@ -17,6 +17,12 @@ void FakeChip::unplug()
     m_changed.notify_all();
 }
 
+void FakeChip::unlist()
+{
+    const std::lock_guard lock(m_mutex);
+    m_isListed = false;
+}
+
 void FakeChip::loseBytes()
 {
     const std::lock_guard lock(m_mutex);
@@ -134,6 +140,12 @@ bool FakePort::isGone()
 {
     const std::lock_guard lock(m_chip->m_mutex);
     return m_chip->m_isUnplugged;
+}
+
+bool FakePort::isPluggedIn() const
+{
+    const std::lock_guard lock(m_chip->m_mutex);
+    return m_chip->m_isListed;
 }
 
 std::uint32_t FakePort::losses() const

@@ -18,6 +18,8 @@ public:
     void deliver(Bytes piece);
     /// What was delivered before can still be read.
     void unplug();
+    /// The system knows that it was pulled out; transfers do not tell yet.
+    void unlist();
     void loseBytes();
     /// From now on, at most that many bytes of a write leave; a write of which nothing leaves waits.
     void takeAtMost(std::size_t bytes);
@@ -42,6 +44,7 @@ private:
     std::size_t m_takesAtMost = SIZE_MAX;
     std::size_t m_writesBegun = 0;
     bool m_isUnplugged = false;
+    bool m_isListed = true;
     bool m_refuses = false;
     std::uint32_t m_losses = 0;
     bool m_isOpen = false;
@@ -61,6 +64,7 @@ public:
     void setTransferSizes(std::size_t in, std::size_t out) override;
     std::optional<std::span<const std::uint8_t>> read(std::chrono::milliseconds patience) override;
     bool isGone() override;
+    [[nodiscard]] bool isPluggedIn() const override;
     [[nodiscard]] std::string ending() const override { return "pulled out"; }
     [[nodiscard]] std::uint32_t losses() const override;
     void stopReading() override;

@@ -1,3 +1,5 @@
+#include "ftdi/endings.h"
+
 #include "tests/ftdi/openbridge.h"
 
 #include <future>
@@ -26,6 +28,17 @@ TEST_F(OpenBridge, after_the_cable_was_pulled_every_call_is_an_io_error)
     EXPECT_EQ(device.ending(), "pulled out");
 }
 
+TEST_F(OpenBridge, a_full_queue_hides_no_unplug_that_the_system_alone_knows_of)
+{
+    chip->deliver(numbered(2 * queueSize));
+    ASSERT_TRUE(waitForQueued(queueSize));
+    chip->unlist();
+    ASSERT_TRUE(waitForStatus(Status::IoError));
+    EXPECT_EQ(device.ending(), ftdi::unplugged);
+    EXPECT_EQ(read(2 * queueSize), Status::Ok);
+    EXPECT_EQ(received, numbered(2 * queueSize));
+}
+
 TEST_F(OpenBridge, what_arrived_before_the_cable_was_pulled_is_read_first)
 {
     chip->deliver({1, 2, 3});
@@ -38,6 +51,38 @@ TEST_F(OpenBridge, what_arrived_before_the_cable_was_pulled_is_read_first)
     EXPECT_EQ(read(2), Status::Ok) << "one byte is left";
     EXPECT_EQ(received, FakeChip::Bytes({3}));
     EXPECT_EQ(read(2), Status::IoError);
+}
+
+TEST_F(OpenBridge, a_write_that_the_chip_does_not_take_ends_the_connection_and_says_so)
+{
+    chip->deliver(numbered(5));
+    ASSERT_TRUE(waitForQueued(5));
+    chip->refuse();
+    EXPECT_EQ(write({1}), Status::IoError);
+    EXPECT_EQ(written, 0U);
+    EXPECT_EQ(device.status(), Status::IoError);
+    EXPECT_EQ(device.ending(), ftdi::takesNothing);
+    EXPECT_EQ(read(9), Status::Ok) << "what had arrived";
+    EXPECT_EQ(received, numbered(5));
+    chip->deliver(numbered(5));
+    EXPECT_EQ(read(1), Status::IoError) << "nothing comes after the end";
+}
+
+TEST_F(OpenBridge, an_unplug_that_the_system_knows_of_is_told_before_a_transfer_fails)
+{
+    EXPECT_EQ(device.ending(), "");
+    chip->unlist();
+    EXPECT_EQ(device.status(), Status::Ok);
+    EXPECT_EQ(device.ending(), ftdi::unplugged);
+}
+
+TEST_F(OpenBridge, an_unplug_is_told_as_such_however_the_transfers_fail)
+{
+    chip->unplug();
+    ASSERT_TRUE(waitForStatus(Status::IoError));
+    EXPECT_EQ(device.ending(), "pulled out") << "the reason that the transfers gave";
+    chip->unlist();
+    EXPECT_EQ(device.ending(), ftdi::unplugged);
 }
 
 TEST_F(OpenBridge, a_full_queue_hides_no_unplug_and_nothing_that_waits_behind_it_is_lost)

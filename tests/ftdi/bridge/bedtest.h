@@ -55,6 +55,13 @@ protected:
         received.resize(count);
         return status;
     }
+    /// Why that one is gone; without a handle, why none was opened.
+    std::string problem(d2xx::Handle of = nullptr)
+    {
+        std::array<char, 1000> text{};
+        EXPECT_EQ(f.tellProblem(of, text.data(), static_cast<std::uint32_t>(text.size())), d2xx::Status::Ok);
+        return text.data();
+    }
     void put(const BytesLines::Bytes &bytes)
     {
         bridge->onChip([&](EmulatedChip &) { lines->put(bytes); });

@@ -156,6 +156,7 @@ void EmulatedBridge::unplug()
     m_chip.lines().lost();
     endAll(nullptr, -ESHUTDOWN);
     m_readiness.hangUp();
+    m_readiness.remove();
 }
 
 void EmulatedBridge::setFaults(const Faults &faults)

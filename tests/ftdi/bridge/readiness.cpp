@@ -36,6 +36,11 @@ Readiness::~Readiness()
 {
     hangUp();
     close(m_writer);
+    remove();
+}
+
+void Readiness::remove() const
+{
     unlink(m_path.c_str());
 }
 

@@ -18,6 +18,8 @@ public:
     void standInFor(int file) const;
     void set(bool isReady);
     void hangUp();
+    /// Nobody opens the node any more.
+    void remove() const;
 
     [[nodiscard]] const std::string &path() const { return m_path; }
 

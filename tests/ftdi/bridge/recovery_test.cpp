@@ -92,7 +92,7 @@ TEST_F(Recovery, a_write_that_stalls_or_is_damaged_is_sent_again_from_where_it_s
     }
 }
 
-TEST_F(Recovery, a_write_that_cannot_be_mended_is_an_io_error)
+TEST_F(Recovery, a_write_that_cannot_be_mended_ends_the_connection_and_says_why)
 {
     plugIn();
     ASSERT_EQ(open(), Status::Ok);
@@ -101,7 +101,13 @@ TEST_F(Recovery, a_write_that_cannot_be_mended_is_an_io_error)
     std::uint32_t written = 99;
     EXPECT_EQ(f.write(handle, bytes.data(), 10, &written), Status::IoError);
     EXPECT_EQ(written, 0U);
+    EXPECT_THAT(problem(handle), HasSubstr("does not take what is sent"));
+    EXPECT_EQ(f.write(handle, bytes.data(), 10, &written), Status::IoError);
+    EXPECT_EQ(f.close(handle), Status::Ok);
+
     bridge->setFaults({});
+    // The emulated system hears of a closed node a little later.
+    ASSERT_TRUE(QTest::qWaitFor([this] { return open() == Status::Ok; }, patienceMs));
     EXPECT_EQ(f.write(handle, bytes.data(), 10, &written), Status::Ok);
     EXPECT_EQ(f.close(handle), Status::Ok);
 }
@@ -117,9 +123,20 @@ TEST_F(Recovery, what_cannot_be_mended_ends_the_connection_and_says_why)
     const auto before = readToTheEnd();
     EXPECT_GE(before.size(), 40'000U);
     EXPECT_TRUE(std::equal(before.begin(), before.end(), numbered(manyBytes).begin()));
-    std::array<char, 200> text{};
-    EXPECT_EQ(f.tellProblem(handle, text.data(), static_cast<std::uint32_t>(text.size())), Status::Ok);
-    EXPECT_THAT(text.data(), HasSubstr("stays halted"));
+    EXPECT_THAT(problem(handle), HasSubstr("stays halted"));
+    EXPECT_EQ(f.close(handle), Status::Ok);
+}
+
+TEST_F(Recovery, transfers_that_fail_until_the_hub_is_asked_are_an_unplug)
+{
+    plugIn();
+    ASSERT_EQ(open(), Status::Ok);
+    bridge->setFaults({.failures = 1'000'000, .failure = EPROTO});
+    const int cleared = bridge->haltsCleared();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return bridge->haltsCleared() > cleared + 1; }, patienceMs));
+    unplug();
+    ASSERT_TRUE(waitForTheEnd());
+    EXPECT_EQ(problem(handle), "The bridge was unplugged.");
     EXPECT_EQ(f.close(handle), Status::Ok);
 }
 

@@ -6,20 +6,7 @@
 using d2xx::Status;
 using testing::HasSubstr;
 
-namespace {
-
-class Refusals : public BedTest
-{
-protected:
-    std::string problem(d2xx::Handle of = nullptr)
-    {
-        std::array<char, 1000> text{};
-        EXPECT_EQ(f.tellProblem(of, text.data(), static_cast<std::uint32_t>(text.size())), Status::Ok);
-        return text.data();
-    }
-};
-
-} // namespace
+using Refusals = BedTest;
 
 TEST_F(Refusals, a_bridge_that_this_user_may_not_open_is_listed_and_the_rules_are_named)
 {

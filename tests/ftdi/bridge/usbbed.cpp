@@ -78,6 +78,8 @@ UsbBed::~UsbBed()
 {
     for (int port = 1; port < 10; ++port)
         unplug(port);
+    for (const auto &bridge : m_pulled)
+        umockdev_testbed_detach_ioctl(m_system->bed, bridge->node.c_str(), nullptr);
     g_object_unref(m_system->bed);
 }
 
@@ -117,8 +119,7 @@ void UsbBed::unplug(int port)
     if (!m_isSilent)
         umockdev_testbed_uevent(bed, plugged->sysfs.c_str(), "remove");
     umockdev_testbed_remove_device(bed, plugged->sysfs.c_str());
-    umockdev_testbed_detach_ioctl(bed, plugged->node.c_str(), nullptr);
-    plugged.reset();
+    m_pulled.push_back(std::move(plugged)); // who still has it open is answered that it is gone
 }
 
 std::string UsbBed::nodeOf(int port) const

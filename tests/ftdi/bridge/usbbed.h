@@ -44,6 +44,7 @@ private:
 
     std::unique_ptr<System> m_system;
     std::vector<std::unique_ptr<Plugged>> m_plugged; ///< by port
+    std::vector<std::unique_ptr<Plugged>> m_pulled;
     int m_lastAddress = 1;
     bool m_isSilent = false;
 };

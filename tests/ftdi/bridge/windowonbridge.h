@@ -49,7 +49,8 @@ protected:
     void start()
     {
         click("pushButton_sample");
-        ASSERT_TRUE(isSampling()) << "the acquisition does not run";
+        ASSERT_TRUE(isSampling()) << "the acquisition does not run; "
+                                  << (boxes.isEmpty() ? "no message" : qPrintable(boxes.last().text));
     }
     /// However slow the machine is: the next picture comes in time.
     void waitForPictures(int more)
