@@ -27,7 +27,7 @@ public:
     UsbBed &operator=(const UsbBed &) = delete;
     ~UsbBed();
 
-    /// False when umockdev's library was not loaded first: nothing of this works then.
+    /// For while there is one: false when umockdev's library was not loaded first, and nothing of this works.
     [[nodiscard]] static bool isAtHand();
 
     /// Plugs one in at that port of the hub, 1 to 9, and tells it. It stays until it is pulled.
