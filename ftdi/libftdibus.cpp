@@ -161,6 +161,8 @@ Refusal LibFtdiBus::open(const std::string &serialNumber, std::unique_ptr<UsbPor
     if (!context)
         return unusableUsb();
     const DeviceList list(context->usb_ctx);
+    if (!list.isValid())
+        return unusableUsb();
     for (const Found &bridge : findBridges(list)) {
         if (bridge.info.serialNumber == serialNumber)
             return openFound(std::move(context), bridge, port);
