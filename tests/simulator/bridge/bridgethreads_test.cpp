@@ -5,16 +5,49 @@
 #include "simulator/geometry.h"
 
 #include <atomic>
+#include <optional>
 #include <thread>
 
 using simulator::blockBytes;
 using simulator::Handle;
 using simulator::Status;
 
+namespace {
+
+/// The machine's clock, which says when somebody waits by it.
+class NotingClock final : public simulator::Clock
+{
+public:
+    /// With patience a wait ends only when it is woken, whatever its deadline, or fails after that long.
+    explicit NotingClock(std::optional<simulator::Nanoseconds> patience = {}) : m_patience(patience) {}
+
+    [[nodiscard]] simulator::Nanoseconds now() const override { return m_clock.now(); }
+    void wait(std::unique_lock<std::mutex> &lock, std::condition_variable &wake,
+              simulator::Nanoseconds deadline) override
+    {
+        // Whoever sees this and then takes the lock meets one who waits.
+        m_isWaitedFor = true;
+        m_isWaitedFor.notify_all();
+        if (!m_patience)
+            m_clock.wait(lock, wake, deadline);
+        else
+            EXPECT_EQ(wake.wait_for(lock, *m_patience), std::cv_status::no_timeout) << "nobody woke it";
+    }
+
+    void waitUntilSomebodyWaits() const { m_isWaitedFor.wait(false); }
+
+private:
+    simulator::SteadyClock m_clock;
+    const std::optional<simulator::Nanoseconds> m_patience;
+    std::atomic<bool> m_isWaitedFor{false};
+};
+
+} // namespace
+
 TEST(BridgeThreads, a_read_that_waits_holds_up_no_write_and_is_woken_by_its_reply)
 {
     WorkingFolder folder;
-    simulator::SteadyClock clock;
+    NotingClock clock;
     simulator::Bridge bridge(clock, folder.path());
     Handle handle = nullptr;
     ASSERT_EQ(bridge.openEx("QV1K", 1, &handle), Status::Ok);
@@ -22,6 +55,7 @@ TEST(BridgeThreads, a_read_that_waits_holds_up_no_write_and_is_woken_by_its_repl
     QByteArray reply(5, '\0');
     quint32 count = 0;
     std::thread reader([&] { bridge.read(handle, reply.data(), 5, &count); });
+    clock.waitUntilSomebodyWaits();
     const QByteArray query = frame(2, 0xFA);
     quint32 written = 0;
     EXPECT_EQ(bridge.write(handle, query.constData(), 6, &written), Status::Ok);
@@ -30,10 +64,10 @@ TEST(BridgeThreads, a_read_that_waits_holds_up_no_write_and_is_woken_by_its_repl
     EXPECT_EQ(reply, hex("01 02 03 45 00"));
 }
 
-TEST(BridgeThreads, closing_ends_a_read_that_waits_without_limit)
+TEST(BridgeThreads, closing_wakes_and_ends_a_read_that_waits_without_limit)
 {
     WorkingFolder folder;
-    simulator::SteadyClock clock;
+    NotingClock clock(std::chrono::seconds(20));
     simulator::Bridge bridge(clock, folder.path());
     Handle handle = nullptr;
     ASSERT_EQ(bridge.openEx("QV1K", 1, &handle), Status::Ok);
@@ -43,6 +77,7 @@ TEST(BridgeThreads, closing_ends_a_read_that_waits_without_limit)
         quint32 count = 0;
         status = bridge.read(handle, &byte, 1, &count);
     });
+    clock.waitUntilSomebodyWaits();
     EXPECT_EQ(bridge.close(handle), Status::Ok);
     reader.join();
     EXPECT_EQ(status, Status::InvalidHandle);
