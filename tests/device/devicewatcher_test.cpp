@@ -57,13 +57,3 @@ TEST(DeviceWatcher, takes_its_callback_back_when_it_goes)
     EXPECT_EQ(callback, nullptr);
     EXPECT_EQ(callbackContext, nullptr);
 }
-
-TEST(DeviceWatcher, a_driver_that_reports_nothing_leaves_the_watching_to_the_system)
-{
-    const FakeD2xx fake;
-    DeviceWatcher watcher(fake.driver());
-    QSignalSpy arrived(&watcher, &DeviceWatcher::arrived);
-    QSignalSpy removed(&watcher, &DeviceWatcher::removed);
-    QCoreApplication::processEvents();
-    EXPECT_EQ(arrived.size() + removed.size(), 0);
-}
