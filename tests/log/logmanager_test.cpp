@@ -58,20 +58,6 @@ TEST_F(Log, without_a_logs_folder_the_folder_and_the_file_of_today_are_created)
     EXPECT_EQ(messages(), QStringList({QStringLiteral("日志线程开启"), QStringLiteral("日志线程结束")}));
 }
 
-TEST_F(Log, old_log_files_are_kept_however_old_they_are)
-{
-    QDir().mkdir(QStringLiteral("Logs"));
-    m_folder.write(QStringLiteral("Logs/Log20010101.txt"), "old");
-    QFile old(m_folder.filePath(QStringLiteral("Logs/Log20010101.txt")));
-    ASSERT_TRUE(old.open(QIODevice::ReadWrite));
-    ASSERT_TRUE(
-        old.setFileTime(QDateTime::currentDateTime().addDays(-10), QFileDevice::FileModificationTime));
-    old.close();
-    LogManager::createInstance();
-    LogManager::destroyInstance();
-    EXPECT_EQ(m_folder.read(QStringLiteral("Logs/Log20010101.txt")), "old");
-}
-
 TEST_F(Log, two_starts_on_one_day_follow_each_other_in_the_same_file)
 {
     for (const char *message : {"first", "second"}) {
