@@ -127,6 +127,8 @@ Q_SIGNALS:
     void lost();
 
 private:
+    friend class LinkInspector; // what the tests look at
+
     PortManager(std::shared_ptr<D2xx> driver, DetectorNames detectorNames);
 
     void configureDevice();
