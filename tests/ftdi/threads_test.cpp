@@ -38,6 +38,7 @@ public:
         return m_reader.read(patience);
     }
     bool isGone() override { return m_reader.isGone(); }
+    [[nodiscard]] bool isPluggedIn() const override { return true; } // a transfer tells otherwise
     [[nodiscard]] std::string ending() const override { return m_reader.ending(); }
     [[nodiscard]] std::uint32_t losses() const override { return m_reader.losses(); }
     void stopReading() override { m_reader.stop(); }
