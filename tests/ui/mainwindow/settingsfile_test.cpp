@@ -95,7 +95,7 @@ TEST_F(MainWindowSettingsFile, a_folder_in_its_place_gives_the_defaults_again_at
         MainWindowInspector::keep(*window, "SavePath", "/elsewhere");
         MainWindowInspector::keep(*window, "DebugMode", true);
         window.reset();
-        EXPECT_TRUE(QDir(folder.filePath("config.ini")).isEmpty());
+        EXPECT_TRUE(QFileInfo(folder.filePath("config.ini")).isDir());
     }
 }
 
