@@ -97,4 +97,5 @@ TEST_F(AcquireKilled, at_any_moment_every_file_under_its_name_is_whole)
     std::printf("%d runs killed, %d ended before; %d files whole, %d left as parts\n", kills - ended, ended,
                 whole, parts);
     EXPECT_LT(ended, kills);
+    EXPECT_GT(whole, 0) << "no file was there to be whole";
 }

@@ -85,6 +85,7 @@ TEST(FramelessLifetime, a_window_that_owns_its_helper_goes_in_peace)
     helper->setRubberBandForDrag(true);
     window->setWindowFlags(window->windowFlags() | Qt::FramelessWindowHint);
     window->show();
+    ASSERT_NE(ChromeWindow::band(), nullptr);
     window.reset();
     EXPECT_EQ(ChromeWindow::band(), nullptr);
 }
@@ -96,6 +97,7 @@ TEST(FramelessLifetime, a_window_that_goes_first_is_forgotten)
         QWidget window;
         helper.attachWindow(&window);
         helper.setRubberBandForResize(true);
+        ASSERT_NE(ChromeWindow::band(), nullptr);
     }
     EXPECT_EQ(ChromeWindow::band(), nullptr);
     helper.setRubberBandForDrag(true);

@@ -9,7 +9,7 @@ protected:
     /// Opens the dialog by its button and has each of these steps taken in it, one after the other.
     void inDialog(QList<std::function<void(QDialog &)>> steps)
     {
-        boxes.onDialog = [steps](QDialog *dialog) mutable {
+        boxes.onDialog = [&steps](QDialog *dialog) {
             if (steps.isEmpty())
                 dialog->accept();
             else
@@ -17,6 +17,7 @@ protected:
         };
         click("pushButton_develop");
         boxes.onDialog = {};
+        EXPECT_TRUE(steps.isEmpty()) << "the dialog did not stay open for every step";
     }
 
     static QPushButton &commandButton(const QDialog &dialog)

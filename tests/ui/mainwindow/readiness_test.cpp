@@ -14,10 +14,20 @@ protected:
         detector.link.answer(CommandFrame::readinessQuery(), hex("FFBB03AA00EB"));
     }
 
+    void TearDown() override
+    {
+        EXPECT_EQ(m_done, m_toDo) << "the wait ended before something that was to happen in it";
+        MainWindowTest::TearDown();
+    }
+
     /// Done once, as soon as the wait has been seen by events.
     void duringWait(int delayMs, const std::function<void()> &action)
     {
-        QTimer::singleShot(delayMs, window.get(), action);
+        ++m_toDo;
+        QTimer::singleShot(delayMs, window.get(), [this, action] {
+            ++m_done;
+            action();
+        });
     }
 
     [[nodiscard]] QDialog *dialog() const
@@ -47,6 +57,10 @@ protected:
         EXPECT_EQ(dialog(), nullptr);
         EXPECT_TRUE(boxes.isEmpty());
     }
+
+private:
+    int m_toDo = 0;
+    int m_done = 0;
 };
 
 TEST_F(MainWindowReadiness, a_busy_detector_is_asked_once_a_second_while_the_window_handles_events)

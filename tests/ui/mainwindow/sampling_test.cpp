@@ -195,6 +195,7 @@ TEST_F(MainWindowSampling, a_press_during_the_start_does_not_start_twice)
         }
     });
     click("pushButton_sample");
+    QCoreApplication::processEvents(); // whatever still waits
     EXPECT_TRUE(looksRunning());
     EXPECT_TRUE(button("pushButton_sample")->isEnabled());
     EXPECT_EQ(detector.count(CommandFrame::startAcquisition()), 1);
