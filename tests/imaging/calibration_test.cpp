@@ -126,16 +126,6 @@ TEST(Calibration, progress_is_told_before_the_pixels_and_while_the_flag_is_set)
     EXPECT_EQ(bench.pipeline.fullOffData[0], 26.0);
 }
 
-TEST(Calibration, a_capture_without_frames_stays_pending)
-{
-    Bench bench;
-    bench.pipeline.fullOffFlag = true;
-    EXPECT_TRUE(bench.pipeline.fullOffFlag);
-    EXPECT_TRUE(bench.messages.isEmpty());
-    bench.frame(Frames::flat(4096));
-    EXPECT_FALSE(bench.pipeline.fullOffFlag);
-}
-
 TEST(Calibration, a_capture_cancelled_before_a_frame_leaves_the_fill_and_no_file)
 {
     Bench bench;

@@ -216,14 +216,6 @@ TEST_F(SettingsTest, a_replay_without_a_whole_frame_shows_the_phantom)
     EXPECT_EQ(read("Scene=replay\nReplayFile=whole.raw\n").scene, Scene::Replay);
 }
 
-TEST_F(SettingsTest, a_file_of_rubbish_gives_the_defaults)
-{
-    QByteArray rubbish;
-    for (int i = 0; i < 5000; ++i)
-        rubbish.append(static_cast<char>(i * i / 7));
-    EXPECT_EQ(read(rubbish).batteryLevel, 87);
-}
-
 TEST_F(SettingsTest, the_template_gives_the_defaults_without_a_line)
 {
     QFile file(QStringLiteral(QV1K_SIMULATOR_SOURCE "/virtual-detector.ini.example"));
