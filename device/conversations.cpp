@@ -31,8 +31,11 @@ namespace Conversation {
 
 std::optional<int> batteryLevel(PortManager &link)
 {
-    const QByteArray reply = Exchange::run(link, CommandFrame::levelQuery(), {levelTimeoutMs});
-    return reply.isEmpty() ? std::nullopt : std::optional(AckFrame::level(reply));
+    const QByteArray query = CommandFrame::levelQuery();
+    const QByteArray reply = Exchange::run(link, query, {levelTimeoutMs});
+    if (reply.isEmpty() || AckFrame::answersAnother(reply, query))
+        return std::nullopt;
+    return AckFrame::level(reply);
 }
 
 bool selectTestPattern(PortManager &link, int pattern)
@@ -58,10 +61,14 @@ bool waitUntilReady(PortManager &link, const std::function<bool()> &rest)
     const int toleratedSilence = link.mayBeStreaming() ? 1 : silentQueries;
     int silent = 0;
     bool wasHalted = false;
+    bool wasAnothers = false;
     while (true) {
         const QByteArray reply = askForReadiness(link);
-        if (AckFrame::isReady(reply))
+        // What was left over says nothing of readiness. Twice in a row it is how this detector answers.
+        const bool isAnothers = AckFrame::answersAnother(reply, CommandFrame::readinessQuery());
+        if (AckFrame::isReady(reply) && (!isAnothers || wasAnothers))
             return true;
+        wasAnothers = isAnothers;
         silent = reply.isEmpty() ? silent + 1 : 0;
         if (silent >= toleratedSilence && !wasHalted) {
             wasHalted = true;
@@ -98,8 +105,10 @@ void beginReceiving(PortManager &link)
 void confirmHalt(PortManager &link)
 {
     link.pauseReceive();
-    const QByteArray reply = Exchange::reply(link, {haltTimeoutMs});
-    if (AckFrame::echoes(reply, CommandFrame::haltAcquisition()))
+    const QByteArray halt = CommandFrame::haltAcquisition();
+    const bool isHalted = AckFrame::echoes(Exchange::reply(link, halt, {haltTimeoutMs}), halt);
+    link.setMayBeStreaming(!isHalted);
+    if (isHalted)
         LogManager::instance()->writeLog(QStringLiteral("下位机停止成功"));
 }
 

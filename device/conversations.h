@@ -11,7 +11,7 @@ class PortManager;
 /// each blocks until the detector has answered, for the time told at most. See device/exchange.h.
 namespace Conversation {
 
-/// Battery charge in percent; none when there was no answer at all. 0.5 s.
+/// Battery charge in percent; none when there was no answer at all, or another command's. 0.5 s.
 [[nodiscard]] std::optional<int> batteryLevel(PortManager &link);
 
 /// Asks for test pattern 1 to 5; true when the detector echoes it. 5 s. Silence makes it doubtful whether the
@@ -25,8 +25,8 @@ namespace Conversation {
 /// whether there is to be another time; false when it says no.
 ///
 /// A detector that was left streaming answers no query: after three queries in a row without a single byte,
-/// or after the first when a start was not confirmed, it is told to halt, once, and what arrives within 0.5 s
-/// is dropped.
+/// or after the first when a start or a halt was not confirmed, it is told to halt, once, and what arrives
+/// within 0.5 s is dropped. A reply that was left over from another command counts as "not ready", once.
 [[nodiscard]] bool waitUntilReady(PortManager &link, const std::function<bool()> &rest);
 
 /// Sends the start command; true when the detector echoes it. 5 s.
@@ -40,7 +40,7 @@ void haltIfStreaming(PortManager &link);
 void beginReceiving(PortManager &link);
 
 /// To be called on PortManager::stop(): slows the receive loop down and takes the detector's echo of the
-/// halt, which is logged. 3.5 s.
+/// halt, which is logged. 3.5 s. Without it the detector may be streaming all the same.
 void confirmHalt(PortManager &link);
 
 /// Sends a command whose acknowledgement is awaited but not judged. 2 s.

@@ -21,11 +21,12 @@ struct Wait
 /// Sends `frame` with one write and returns its reply as PortManager::wait_for_read() does: upper-case
 /// hexadecimal text, or what of it arrived. Blocks for the time-out at most.
 ///
-/// After a reply that was not exactly what was waited for, the rest of it may still come, and must not be
-/// taken for the answer to this frame: what waits is dropped before the frame goes out.
+/// After a reply that was not exactly what was waited for, or that can be told to be another command's, the
+/// rest of it or the true one may still come, and must not be taken for the answer to this frame: what waits
+/// is dropped before the frame goes out.
 QByteArray run(PortManager &link, const QByteArray &frame, Wait wait);
 
 /// The same for a frame that the receive thread has sent already.
-[[nodiscard]] QByteArray reply(PortManager &link, Wait wait);
+[[nodiscard]] QByteArray reply(PortManager &link, const QByteArray &frame, Wait wait);
 
 } // namespace Exchange

@@ -82,16 +82,19 @@ public:
     /// could not be had all the time, the device is lost.
     QByteArray wait_for_read(int timeoutMs, int expectedBytes);
 
-    /// The last wait_for_read() ended with exactly the reply that it waited for, or the device was opened or
-    /// closed since. Otherwise a late reply may still arrive, and would be taken for the next one.
+    /// The last wait_for_read() ended with exactly the reply that it waited for, and nobody doubted it, or
+    /// the device was opened or closed since. Otherwise a late reply may still arrive, and would be taken for
+    /// the next one.
     [[nodiscard]] bool isSettled() const { return m_isSettled; }
+    /// The last reply was not that of the command.
+    void unsettle() { m_isSettled = false; }
 
     /// Reads and drops what waits, and what arrives within `durationMs`. Ends 500 ms later at most. Only when
     /// nothing is being received.
     void dropWaiting(int durationMs = 0);
 
-    /// A start was sent and not confirmed, or a command met with silence: the detector may be streaming all
-    /// the same. Until the next word on it, and until the device is opened or closed.
+    /// A start or a halt was sent and not confirmed, or a command met with silence: the detector may be
+    /// streaming all the same. Until the next word on it, and until the device is opened or closed.
     [[nodiscard]] bool mayBeStreaming() const { return m_mayBeStreaming; }
     void setMayBeStreaming(bool mayBe) { m_mayBeStreaming = mayBe; }
 

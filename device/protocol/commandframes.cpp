@@ -120,6 +120,22 @@ bool echoes(const QByteArray &reply, const QByteArray &controlFrame)
     return reply.startsWith(echoOf(controlFrame).toHex().toUpper());
 }
 
+bool answersAnother(const QByteArray &reply, const QByteArray &frame)
+{
+    const char frameClass = frame.at(2);
+    const QByteArray head = QByteArray::fromHex(reply.left(8));
+    if (!head.startsWith("\xFF\xBB") || head.size() < 4)
+        return frameClass != Query && !reply.isEmpty();
+    switch (head.at(2)) {
+    case ParameterDownload:
+        return frameClass != ParameterDownload;
+    case Control:
+        return frameClass != Control || head.at(3) != frame.at(3);
+    default:
+        return false; // a refusal
+    }
+}
+
 bool acknowledgesParameters(const QByteArray &reply)
 {
     return reply.contains("FFBB01");

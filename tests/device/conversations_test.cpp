@@ -76,6 +76,29 @@ TEST_F(Conversations, a_busy_detector_is_asked_again_after_each_rest_until_it_is
     EXPECT_EQ(written(), "FFAA03AA0DEBFFAA03AA0DEBFFAA03AA0DEB");
 }
 
+TEST_F(Conversations, an_echo_that_was_left_over_says_nothing_of_readiness_and_nothing_of_the_charge)
+{
+    fake.push(hex("FFBB03A10DEB"));
+    int rests = 0;
+    EXPECT_TRUE(Conversation::waitUntilReady(link(), [&] {
+        fake.push(hex("FFBB03AA00EB")); // what came behind the echo, to be dropped
+        fake.answer(hex("FFAA03AA0DEB"), hex("FFBB03AA01EB"));
+        return ++rests < 3;
+    }));
+    EXPECT_EQ(rests, 1);
+    EXPECT_EQ(fake.waiting(), 0);
+    fake.push(hex("FFBB03A10DEB"));
+    EXPECT_EQ(Conversation::batteryLevel(link()), std::nullopt);
+}
+
+TEST_F(Conversations, a_detector_that_always_answers_readiness_under_another_head_is_believed_the_second_time)
+{
+    fake.answer(hex("FFAA03AA0DEB"), hex("000000000100"));
+    int rests = 0;
+    EXPECT_TRUE(Conversation::waitUntilReady(link(), [&] { return ++rests < 3; }));
+    EXPECT_EQ(rests, 1);
+}
+
 TEST_F(Conversations, the_wait_for_readiness_ends_at_once_when_it_is_not_to_go_on)
 {
     fake.answer(hex("FFAA03AA0DEB"), hex("FFBB03AA00EB"));
@@ -102,7 +125,16 @@ TEST_F(Conversations, the_echo_of_the_halt_is_taken_and_logged_and_nothing_is_wr
     fake.push(hex("FFBB03A10DEB"));
     Conversation::confirmHalt(link());
     EXPECT_EQ(written(), "");
+    EXPECT_FALSE(link().mayBeStreaming());
     EXPECT_TRUE(log.waitForMessage(QStringLiteral("下位机停止成功")));
+}
+
+TEST_F(Conversations, a_halt_that_is_not_confirmed_is_repeated_when_the_next_query_meets_silence)
+{
+    Conversation::confirmHalt(link());
+    EXPECT_TRUE(link().mayBeStreaming());
+    EXPECT_FALSE(Conversation::waitUntilReady(link(), [] { return false; }));
+    EXPECT_EQ(written(), "FFAA03AA0DEBFFAA03A10DEB");
 }
 
 TEST_F(Conversations, a_command_is_sent_and_its_acknowledgement_drained_whatever_it_says)

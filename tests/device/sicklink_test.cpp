@@ -62,6 +62,17 @@ TEST_F(SickLink, every_reply_that_is_not_exactly_what_was_waited_for_leaves_the_
     EXPECT_TRUE(link().isSettled());
 }
 
+TEST_F(SickLink, a_reply_that_another_command_left_over_leaves_the_link_unsettled)
+{
+    fake.push(hex("FFBB03A10DEB"));
+    EXPECT_EQ(Exchange::run(link(), voltages, {5000}), "FFBB03A10DEB");
+    EXPECT_FALSE(link().isSettled());
+    fake.push(hex("FFBB01020DEB")); // the answer, which that kept waiting
+    fake.answer(query, hex("FFBB03AA01EB"));
+    EXPECT_EQ(Exchange::run(link(), query, {5000}), "FFBB03AA01EB");
+    EXPECT_TRUE(link().isSettled());
+}
+
 TEST_F(SickLink, opening_and_closing_settle_the_link)
 {
     Exchange::run(link(), voltages, {20});

@@ -115,6 +115,24 @@ TEST(Acknowledgements, a_parameter_acknowledgement_counts_anywhere_in_the_reply_
     EXPECT_FALSE(AckFrame::acknowledgesParameters(""));
 }
 
+TEST(Acknowledgements, a_reply_that_was_left_over_from_another_command_is_told_by_its_head)
+{
+    const QByteArray download = CommandFrame::parameters(0x10, "1");
+    const QByteArray query = CommandFrame::readinessQuery();
+    const QByteArray level = CommandFrame::levelQuery();
+    EXPECT_TRUE(AckFrame::answersAnother("FFBB03A10DEB", query));
+    EXPECT_TRUE(AckFrame::answersAnother("FFBB03A10DEB", level));
+    EXPECT_TRUE(AckFrame::answersAnother("FFBB03A10DEB", download));
+    EXPECT_TRUE(AckFrame::answersAnother("FFBB01100DEB", query));
+    EXPECT_TRUE(AckFrame::answersAnother("570210000DEB", query)) << "data is no echo";
+    EXPECT_FALSE(AckFrame::answersAnother("FFBB03AA00EB", query));
+    EXPECT_FALSE(AckFrame::answersAnother("FFBB03AA01EB00", query)) << "too long, and its own";
+    EXPECT_FALSE(AckFrame::answersAnother("570210000DEB", level));
+    EXPECT_FALSE(AckFrame::answersAnother("FFBB01000DEB", download)) << "its code is not looked at";
+    EXPECT_FALSE(AckFrame::answersAnother("FFBB7F100DEB", download)) << "a refusal";
+    EXPECT_FALSE(AckFrame::answersAnother("", query));
+}
+
 TEST(Acknowledgements, readiness_is_bit_0_of_the_fifth_byte)
 {
     EXPECT_TRUE(AckFrame::isReady("FFBB03AA01EB"));
