@@ -131,12 +131,14 @@ QList<QString> PortManager::listDevices()
 {
     m_detectors.clear();
     m_otherBridges.clear();
+    m_isListed = false;
     quint32 count = 0;
     if (m_state.m_driver->createDeviceInfoList(&count) != Status::Ok) {
         qDebug().noquote() << QStringLiteral("获取串口列表失败");
         return {};
     }
-    if (count == 0) {
+    m_isListed = count == 0;
+    if (m_isListed) {
         qDebug().noquote() << QStringLiteral("当前没有串口连接");
         return {};
     }
@@ -146,6 +148,7 @@ QList<QString> PortManager::listDevices()
         qDebug().noquote() << QStringLiteral("获取串口信息失败");
         return {};
     }
+    m_isListed = true;
     // A device may have gone between the two calls; more than there is room for cannot have been filled in.
     records.resize(qMin(std::size_t{count}, qMin(records.size(), longestList)));
 

@@ -44,6 +44,8 @@ public:
 
     /// Serial numbers of the attached devices in the driver's order; empty on any failure.
     QList<QString> listDevices();
+    /// The last listDevices() did not fail: what it did not list is not there.
+    [[nodiscard]] bool isListed() const { return m_isListed; }
 
     /// Those of the last list that are detectors: see DetectorNames.
     [[nodiscard]] QStringList detectors() const { return m_detectors; }
@@ -150,6 +152,7 @@ private:
     const DetectorNames m_detectorNames;
     QStringList m_detectors; ///< of the last enumeration
     QStringList m_otherBridges;
+    bool m_isListed = false;
     bool m_isSettled = true;
     bool m_mayBeStreaming = false;
     QThread *m_receiveThread = nullptr; ///< owned; made on the first startReceive()

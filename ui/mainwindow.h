@@ -121,6 +121,8 @@ private:
     void connectDevice();
     void disconnectDevice();
     void fillPortList(const QStringList &detectors, const QStringList &others);
+    /// Those of the last list, unless it could not be had.
+    void showListedPorts();
     void deviceArrived();
     void deviceRemoved();
     /// Something that talks with the detector. A device that is lost meanwhile is given up when the outermost

@@ -69,7 +69,12 @@ TEST_F(Discovery, a_failing_enumeration_is_told_on_the_debug_output_only)
     const DebugOutput debug;
     fake.createListStatus = d2xx::Status::OtherError;
     EXPECT_TRUE(link().listDevices().isEmpty());
+    EXPECT_FALSE(link().isListed());
     EXPECT_TRUE(debug.contains(QStringLiteral("获取串口列表失败")));
+    fake.createListStatus = d2xx::Status::Ok;
+    fake.serialNumbers.clear();
+    EXPECT_TRUE(link().listDevices().isEmpty());
+    EXPECT_TRUE(link().isListed()) << "nothing is attached, and that is known";
 }
 
 TEST_F(Discovery, failing_to_read_the_records_is_told_on_the_debug_output_only)
@@ -77,6 +82,7 @@ TEST_F(Discovery, failing_to_read_the_records_is_told_on_the_debug_output_only)
     const DebugOutput debug;
     fake.getListStatus = d2xx::Status::OtherError;
     EXPECT_TRUE(link().listDevices().isEmpty());
+    EXPECT_FALSE(link().isListed());
     EXPECT_TRUE(debug.contains(QStringLiteral("获取串口信息失败")));
 }
 

@@ -73,6 +73,13 @@ void mainwindow::fillPortList(const QStringList &detectors, const QStringList &o
         ui->comboBox_port->setCurrentIndex(-1); // chosen by the operator or not at all
 }
 
+void mainwindow::showListedPorts()
+{
+    // Without a list the one before is worth more than none, from which nothing could be connected.
+    if (m_link->isListed())
+        fillPortList(m_link->detectors(), m_link->otherBridges());
+}
+
 void mainwindow::deviceArrived()
 {
     m_link->listDevices();
@@ -88,9 +95,9 @@ void mainwindow::deviceRemoved()
     // too.
     const bool isLost = isConnected() && m_link->checkLost();
     const QString reason = isLost ? m_link->problem() : QString();
-    const QList<QString> serialNumbers = m_link->listDevices();
-    fillPortList(m_link->detectors(), m_link->otherBridges());
-    if (serialNumbers.isEmpty() || isLost)
+    const bool isNoneLeft = m_link->listDevices().isEmpty() && m_link->isListed();
+    showListedPorts();
+    if (isNoneLeft || isLost)
         enterDisconnected();
     if (isLost)
         setSystemNote(SystemNote::Link, lossNote(reason));
@@ -116,7 +123,7 @@ void mainwindow::giveUpLostDevice()
         return; // it comes here when it is through
     const QString reason = m_link->problem();
     m_link->listDevices();
-    fillPortList(m_link->detectors(), m_link->otherBridges());
+    showListedPorts();
     enterDisconnected();
     setSystemNote(SystemNote::Link, lossNote(reason));
 }

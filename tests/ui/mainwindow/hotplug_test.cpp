@@ -107,6 +107,16 @@ TEST_F(MainWindowHotPlug, pulling_out_the_open_one_of_several_detectors_gives_it
     stop();
 }
 
+TEST_F(MainWindowHotPlug, a_list_that_cannot_be_had_leaves_the_ports_and_the_acquisition_as_they_are)
+{
+    openSampling();
+    detector.link.createListStatus = d2xx::Status::IoError;
+    pullOut({"QV1K"});
+    EXPECT_EQ(ports(), QStringList("QV1K"));
+    EXPECT_TRUE(looksRunning());
+    EXPECT_TRUE(detector.link.isOpen());
+}
+
 TEST_F(MainWindowHotPlug, pulling_out_the_last_detector_while_idle_returns_to_disconnected)
 {
     openConnected();
