@@ -4,8 +4,9 @@
 
 #include <optional>
 
-/// Judges when it is told that the bridge lost bytes: at once, and then every tellMs while it goes on. Knows
-/// no clock: times are handed in, in milliseconds of one clock. Not thread-safe.
+/// Judges when it is told that the bridge lost bytes, or that a frame got too many: at once, and then every
+/// tellMs while it goes on. Knows no clock: times are handed in, in milliseconds of one clock. Not
+/// thread-safe.
 class LossWatch
 {
 public:

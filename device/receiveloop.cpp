@@ -97,6 +97,7 @@ void ReceiveLoop::takeStart()
         return;
     m_watch.begin(m_clock.elapsed());
     m_lossWatch.begin(m_state.m_driver->losses(m_handle).value_or(0));
+    m_surplusWatch.begin(m_surplusFrames);
     log(m_failedReads.succeeded());
     if (!m_state.m_closed.exchange(false))
         return;
@@ -174,11 +175,20 @@ void ReceiveLoop::handleBlockBoundary()
         requestNextBlock();
 }
 
+/// A block came twice, or what the detector was not asked for: the frame's rows are shifted from there on.
+void ReceiveLoop::tellSurplus()
+{
+    if (const auto times = m_surplusWatch.counted(++m_surplusFrames, m_clock.elapsed()))
+        log(QStringLiteral("接收数据多余 = ") + QString::number(*times));
+}
+
 void ReceiveLoop::handOnFrame()
 {
     const QByteArray frame = m_assembler.takeFrame(m_buffers.take(m_state.m_framesDone));
     m_buffers.lend(frame);
     m_callbacks.frame(frame);
+    if (frame.size() > FrameFormat::frameBytes)
+        tellSurplus();
 }
 
 /// Or tells the detector to halt, when that was asked for.

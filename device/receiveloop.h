@@ -55,6 +55,7 @@ private:
     void judge(StreamWatch::Event event);
     void handleBlockBoundary();
     void handOnFrame();
+    void tellSurplus();
     void halt();
     void requestNextBlock();
     [[nodiscard]] qint64 framesWaiting() const;
@@ -66,6 +67,8 @@ private:
     QElapsedTimer m_clock;
     StreamWatch m_watch;
     LossWatch m_lossWatch;
+    LossWatch m_surplusWatch; ///< of frames that got more than they hold
+    quint32 m_surplusFrames = 0;
     RepeatedFailures m_failedReads{QStringLiteral("串口线程接收数据失败")};
     RepeatedFailures m_exceptions{QStringLiteral("串口接收线程异常")};
     BlockAssembler m_assembler;

@@ -144,11 +144,12 @@ TEST_F(VirtualDetector, a_torn_block_stalls_the_stream_instead_of_shifting_the_f
     EXPECT_EQ(wrongFrames, 0);
 }
 
-TEST_F(VirtualDetector, a_doubled_block_shows_up_in_the_counter)
+TEST_F(VirtualDetector, a_doubled_block_shows_up_in_the_counter_and_in_the_log)
 {
     settleVirtualDetector(log.folder(), "[Faults]\nDoubledBlockAt=3\n");
     ASSERT_TRUE(link().openDevice(QStringLiteral("QV1K")));
     startCounter();
     ASSERT_TRUE(waitForFrames(1));
     EXPECT_EQ(wrongFrames, 1);
+    EXPECT_TRUE(log.waitForMessage(QStringLiteral("接收数据多余 = 1")));
 }
