@@ -15,7 +15,11 @@ const std::vector<LogText> &logTexts()
         {Lost, "设备连接丢失", "the device is gone"},
         {DeviceClosed, "串口关闭", "the device was closed"},
         {OpenFailed, "串口连接失败", "the device could not be opened"},
-        {FileFailed, "写入失败", "a file could not be written"},
+        {Surplus, "接收数据多余", "more has come than belongs to a frame"},
+        {FileCut, "文件写入不完整", "a file could not be written whole"},
+        {FileNotOpened, "文件打开失败", "a file could not be made"},
+        {RecordingEnded, "保存完成：", "a recording has taken all its frames"},
+        {RecordingCut, "保存中止：", "a recording has ended before"},
     };
     return texts;
 }
@@ -27,7 +31,15 @@ std::string Cell::name() const
 
 const std::vector<Group> &allGroups()
 {
-    static const std::vector<Group> groups{downloadGroup(), commandGroup()};
+    static const std::vector<Group> groups{
+        connectGroup(),     disconnectGroup(),       pullGroup(),         plugGroup(),
+        removeOtherGroup(), plugSamplingGroup(),     batteryGroup(),      downloadGroup(),
+        commandGroup(),     otherCommandsGroup(),    readbackGroup(),     otherReadbacksGroup(),
+        patternGroup(),     readinessGroup(),        startGroup(),        streamGroup(),
+        calibrationGroup(), recordingGroup(),        stopGroup(),         leaveGroup(),
+        acquireOpenGroup(), acquireReadinessGroup(), acquireStartGroup(), acquireStreamGroup(),
+        acquireStopGroup(),
+    };
     return groups;
 }
 
@@ -36,11 +48,23 @@ std::vector<Cell> allCells()
     std::vector<Cell> cells;
     for (const Group &group : allGroups()) {
         for (const Row &row : group.rows) {
-            for (const Entry &entry : group.entries) {
-                if (entry.whyNot.empty())
-                    cells.push_back({row, entry.fault, entry.expected});
-            }
+            for (const Entry &entry : group.entries)
+                cells.push_back({row, entry.fault, entry.expected});
         }
     }
+    return cells;
+}
+
+std::vector<Cell> windowCells()
+{
+    std::vector<Cell> cells = allCells();
+    std::erase_if(cells, [](const Cell &cell) { return cell.row.act == Act::Acquire; });
+    return cells;
+}
+
+std::vector<Cell> toolCells()
+{
+    std::vector<Cell> cells = allCells();
+    std::erase_if(cells, [](const Cell &cell) { return cell.row.act != Act::Acquire; });
     return cells;
 }

@@ -29,5 +29,11 @@ Group downloadGroup()
                 cell(ReplyDoubled, Idle, TimedOut, 2, taken),
                 cell(ReplyCorrupt, Idle, Nothing, 0, refused),
                 cell(ReplyMissing, Idle, TimedOut, 2, refused),
-            }};
+                cell(LeftOver, Idle, Nothing, 0, refused),
+                cell(Unplug, Disconnected, TimedOut | Lost | DeviceClosed, 2, refused),
+                cell(Replug, Disconnected, TimedOut | Lost | DeviceClosed, 2, refused),
+                cell(UnplugBesideOther, Disconnected, TimedOut | Lost | DeviceClosed, 2, refused),
+            },
+            senselessForButtons({{{NotReady}, "only a readiness query is answered so"},
+                                 {{HeldElsewhere}, "the device is open already"}})};
 }

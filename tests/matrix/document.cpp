@@ -40,6 +40,10 @@ const char *textOf(State state)
         return "silent";
     case State::Closed:
         return "closed";
+    case State::Succeeded:
+        return "exit status 0";
+    case State::Failed:
+        return "exit status 1";
     }
     return "";
 }
@@ -68,7 +72,8 @@ std::string legends()
         "| sampling | Disconnect | yes, pictures come | disabled | enabled | no |\n"
         "| silent | Disconnect | yes, a sign at the frame rate says that nothing comes | disabled | enabled "
         "| no |\n"
-        "| closed | the window is gone | | | | |\n";
+        "| closed | the window is gone | | | | |\n\n"
+        "Of `qv1k-acquire` it is the exit status, and the message is its line on standard error.\n";
     text += "\n## Lines of the log\n\n| Line | Meaning |\n|---|---|\n";
     for (const LogText &line : logTexts())
         text += "| " + std::string(line.text) + " | " + line.meaning + " |\n";
@@ -78,12 +83,19 @@ std::string legends()
 std::string lineOf(const Entry &entry)
 {
     const std::string name = columnOf(entry.fault).name;
-    if (!entry.whyNot.empty())
-        return "| " + name + " | *not tested: " + entry.whyNot + "* | | | |\n";
     const Expectation &expected = entry.expected;
+    const std::string page = expected.page.empty() ? "" : "; \"" + expected.page + "\"";
     const std::string boxes = expected.boxes.empty() ? "–" : expected.boxes;
-    return "| " + name + " | " + boxes + " | " + textOf(expected.state) + " | " + textOfLog(expected.log) +
-           " | " + std::to_string(expected.seconds) + " s |\n";
+    return "| " + name + " | " + boxes + " | " + textOf(expected.state) + page + " | " +
+           textOfLog(expected.log) + " | " + std::to_string(expected.seconds) + " s |\n";
+}
+
+std::string namesOf(const std::vector<Fault> &faults)
+{
+    std::string text;
+    for (const Fault fault : faults)
+        text += (text.empty() ? "" : ", ") + std::string(columnOf(fault).name);
+    return text;
 }
 
 std::string section(const Group &group)
@@ -96,6 +108,10 @@ std::string section(const Group &group)
     text += "| Column | Message | Window | Log | Within |\n|---|---|---|---|---|\n";
     for (const Entry &entry : group.entries)
         text += lineOf(entry);
+    if (!group.senseless.empty())
+        text += "\nNot tested here:\n\n";
+    for (const Senseless &senseless : group.senseless)
+        text += "- " + namesOf(senseless.faults) + ": " + senseless.why + "\n";
     return text;
 }
 

@@ -32,6 +32,7 @@ constexpr auto columns = std::to_array<Column>({
     {Fault::Replug, "replug", "the cable is pulled and back at once; the old handle stays dead"},
     {Fault::UnplugBesideOther, "unplug beside another", "the cable is pulled while another bridge stays"},
     {Fault::HeldElsewhere, "held elsewhere", "another program has the device open"},
+    {Fault::ListFails, "list fails", "the list of what is attached cannot be had"},
     {Fault::DiskFull, "disk full", "nothing more fits on the disk"},
     {Fault::DiskReadOnly, "disk read-only", "the folder of the recording takes nothing"},
     {Fault::DiskGone, "disk gone", "the folder of the recording is gone"},

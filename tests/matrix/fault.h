@@ -31,6 +31,7 @@ enum class Fault {
     Replug,
     UnplugBesideOther,
     HeldElsewhere,
+    ListFails,
     DiskFull,
     DiskReadOnly,
     DiskGone,
@@ -53,3 +54,20 @@ struct Column
 
 /// None when no column has that name.
 [[nodiscard]] Fault faultNamed(std::string_view name);
+
+/// A box or dialog that stands open.
+[[nodiscard]] constexpr bool isDialog(Fault fault)
+{
+    return fault == Fault::MessageBox || fault == Fault::FileDialog || fault == Fault::EngineeringDialog;
+}
+
+/// What goes wrong between the program and the detector.
+[[nodiscard]] constexpr bool isOfTheWire(Fault fault)
+{
+    return fault > Fault::None && fault < Fault::DiskFull;
+}
+
+[[nodiscard]] constexpr bool isOfTheDisk(Fault fault)
+{
+    return fault == Fault::DiskFull || fault == Fault::DiskReadOnly || fault == Fault::DiskGone;
+}

@@ -12,12 +12,7 @@ protected:
     /// What a slow machine may add to the program's own waits.
     static constexpr int slackSeconds = 20;
 
-    void open(bool withOther = false)
-    {
-        settleVirtualDetector(folder, withOther ? "SerialNumbers=QV1K,SPARE\n" : "");
-        openOn(LoadedLibrary::path().toUtf8(), "DebugMode=true\n");
-        QObject::connect(&pipeline(), &ProcessImage::sendImagetoMain, window.get(), [this] { ++pictures; });
-    }
+    void open(bool withOther = false);
 
     [[nodiscard]] bool isConnected() const { return button("pushButton_Connect")->text() == "Disconnect"; }
     [[nodiscard]] bool isSampling() const { return !button("pushButton_set")->isEnabled(); }
@@ -25,35 +20,38 @@ protected:
     /// The window stands there as it should, every button included.
     [[nodiscard]] bool is(State state) const;
 
-    void waitForPictures(int more)
-    {
-        const int target = pictures + more;
-        ASSERT_TRUE(QTest::qWaitFor([&] { return pictures >= target; }, slackSeconds * 1000)) << pictures;
-    }
+    void waitForPictures(int more);
+    /// Presses play and waits for a picture.
+    void play();
+    /// The same on the way back.
+    void stop();
+    /// Looks on while two more pictures come and, where one is expected, the fault happens, or until nothing
+    /// more comes.
+    void watch(bool untilFault);
 
-    void play()
-    {
-        click("pushButton_sample");
-        ASSERT_TRUE(isSampling()) << "the acquisition does not run";
-        waitForPictures(1);
-    }
+    /// Opens a box or dialog, takes the steps while it stands there, and closes it again.
+    void inDialog(Fault which, const std::function<void(QDialog *)> &steps);
 
-    void stop()
+    /// From now on what is shown of the wait for readiness is noted, and cancelled when asked for.
+    void watchReadiness(bool cancel);
+
+    /// What stood there to be answered, in order.
+    [[nodiscard]] QString shownTexts() const;
+
+    /// The state of the recording and what is told of it.
+    [[nodiscard]] QString savePage() const
     {
-        click("pushButton_sample");
-        ASSERT_TRUE(QTest::qWaitFor([this] { return is(State::Idle); }, slackSeconds * 1000));
+        return text("label_savestate") + ", " + text("label_savedetail");
     }
 
     /// The operator's next way to a picture: whatever runs is stopped, what is not connected is connected.
     void expectThatTheNextFlowWorks();
 
-    [[nodiscard]] QString boxTexts() const
-    {
-        QStringList texts;
-        for (const MessageBoxes::Box &box : boxes.boxes())
-            texts << box.text;
-        return texts.join(QStringLiteral(" | "));
-    }
-
     int pictures = 0;
+
+private:
+    void lookForWait(bool cancel);
+
+    QTimer m_looking;
+    QString m_waitText;
 };

@@ -73,13 +73,15 @@ int Wire::happened() const
 void Wire::begin()
 {
     m_isActive = m_arming.fault != Fault::None;
-    if (pullsCable(m_arming.fault))
+    // In the stream between two looks: a read that fails in between would be a matter of chance.
+    m_isPullDue = pullsCable(m_arming.fault);
+    if (m_isPullDue && !m_isImage)
         unplug();
 }
 
 bool Wire::happens(Fault once, Fault forEver)
 {
-    const bool isDue = (isActive(once) && m_happened == 0) || (forEver != Fault::None && isActive(forEver));
+    const bool isDue = (isActive(once) && m_happened == 0) || isActive(forEver);
     m_happened += isDue ? 1 : 0;
     return isDue;
 }
@@ -87,6 +89,7 @@ bool Wire::happens(Fault once, Fault forEver)
 void Wire::unplug()
 {
     ++m_happened;
+    m_isPullDue = false;
     if (m_open != nullptr) {
         m_dead.insert(m_open);
         m_detector.close(m_open);
@@ -103,6 +106,8 @@ void Wire::pull(d2xx::Handle handle)
 {
     if (!m_late.isEmpty() && Clock::now() >= m_lateDue)
         m_inbox += std::exchange(m_late, {});
+    if (isActive(Fault::LeftOver) && !m_inbox.isEmpty())
+        return; // it is read by itself, however late it is looked for
     std::uint32_t waiting = 0;
     std::uint32_t unsent = 0;
     std::uint32_t events = 0;
@@ -201,6 +206,8 @@ QByteArray Wire::replyWithFault(QByteArray bytes)
 Status Wire::createDeviceInfoList(std::uint32_t *count)
 {
     const std::lock_guard lock(m_mutex);
+    if (happens(Fault::None, Fault::ListFails))
+        return Status::IoError;
     std::uint32_t attached = 0;
     if (const Status status = m_detector.createDeviceInfoList(&attached); status != Status::Ok)
         return status;
@@ -256,6 +263,8 @@ Status Wire::getStatus(d2xx::Handle handle, std::uint32_t *rxBytes, std::uint32_
 {
     {
         const std::lock_guard lock(m_mutex);
+        if (m_isPullDue)
+            unplug();
         if (m_dead.contains(handle) || happens(Fault::StatusFailsOnce, Fault::StatusFails))
             return Status::IoError;
         if (const Status status = m_detector.getStatus(handle, rxBytes, txBytes, events);
@@ -300,6 +309,8 @@ Status Wire::write(d2xx::Handle handle, void *buffer, std::uint32_t length, std:
         commandOf({static_cast<const char *>(buffer), static_cast<qsizetype>(length)});
     if (!m_isActive && m_arming.command != 0 && m_arming.command == command)
         begin();
+    if (m_isPullDue)
+        unplug();
     if (m_dead.contains(handle) || happens(Fault::WriteFailsOnce, Fault::WriteFails))
         return Status::IoError;
     if (happens(Fault::LeftOver))

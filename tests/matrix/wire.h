@@ -56,6 +56,7 @@ private:
     bool m_isActive = false;
     int m_happened = 0;
     std::vector<d2xx::DeviceRecord> m_records;
+    bool m_isPullDue = false;
     bool m_isGone = false;         ///< not in the list any more
     std::set<d2xx::Handle> m_dead; ///< whose cable was pulled
     d2xx::Handle m_open = nullptr;

@@ -42,14 +42,14 @@ public:
     }
 
     std::function<void(QDialog *)> onDialog;
-    /// Called while a message box stands there, before it is answered.
+    /// Called while a message box stands there, before it is answered. It may handle events.
     std::function<void()> onBox;
 
 private:
     void look()
     {
         auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-        if (dialog == nullptr || !dialog->isVisible())
+        if (dialog == nullptr || dialog == m_inHand || !dialog->isVisible())
             return;
         if (auto *box = qobject_cast<QMessageBox *>(dialog))
             answer(*box);
@@ -61,8 +61,11 @@ private:
 
     void answer(QMessageBox &box)
     {
-        if (onBox)
+        if (onBox) {
+            m_inHand = &box;
             onBox();
+            m_inHand = nullptr;
+        }
         auto *defaultButton = qobject_cast<QPushButton *>(box.defaultButton());
         m_boxes.append({box.windowTitle(), box.text(), box.icon(), box.standardButtons(),
                         defaultButton ? box.standardButton(defaultButton) : QMessageBox::NoButton});
@@ -74,5 +77,6 @@ private:
 
     QMessageBox::StandardButton m_answer = QMessageBox::Ok;
     QTimer m_timer;
+    const QDialog *m_inHand = nullptr; ///< its onBox is under way
     QList<Box> m_boxes;
 };
