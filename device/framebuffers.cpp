@@ -10,6 +10,9 @@ QByteArray FrameBuffers::take(qint64 framesDone)
         QByteArray oldest = std::move(m_lent.front());
         m_lent.pop_front();
         if (oldest.isDetached()) {
+            // Who let go of it last may have done so on another thread, and looking alone does not order what
+            // was read there before what is written here: taking another share does.
+            static_cast<void>(QByteArray(oldest));
             oldest.resize(0);
             return oldest;
         }

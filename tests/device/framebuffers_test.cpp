@@ -5,6 +5,11 @@
 
 #include <QSet>
 
+#include <algorithm>
+#include <atomic>
+#include <thread>
+#include <vector>
+
 TEST(FrameBuffers, a_frame_that_is_through_and_let_go_of_becomes_the_next_buffer)
 {
     FrameBuffers buffers;
@@ -34,6 +39,30 @@ TEST(FrameBuffers, a_frame_that_somebody_keeps_is_left_to_them)
     EXPECT_EQ(kept, "kept");
     kept[0] = 'K';
     EXPECT_EQ(next, "next");
+}
+
+/// Nothing but the buffer itself may order the two: that is what ThreadSanitizer looks at.
+TEST(FrameBuffers, a_frame_that_another_thread_has_read_becomes_the_next_buffer_after_that)
+{
+    FrameBuffers buffers;
+    QByteArray frame = buffers.take(0);
+    frame.resize(FrameFormat::frameBytes, 'x');
+    const char *place = frame.constData();
+    buffers.lend(frame);
+    std::atomic<bool> isLetGo{false};
+    std::vector<char> seen;
+    std::thread reader([&isLetGo, &seen, kept = std::move(frame)]() mutable {
+        seen.assign(kept.cbegin(), kept.cend());
+        kept.clear();
+        isLetGo.store(true, std::memory_order_relaxed);
+    });
+    while (!isLetGo.load(std::memory_order_relaxed))
+        std::this_thread::yield();
+    QByteArray again = buffers.take(1);
+    again.append("next");
+    EXPECT_EQ(again.constData(), place);
+    reader.join();
+    EXPECT_EQ(std::count(seen.begin(), seen.end(), 'x'), FrameFormat::frameBytes);
 }
 
 TEST(FrameBuffers, at_most_as_many_buffers_exist_as_frames_wait)
