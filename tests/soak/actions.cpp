@@ -36,6 +36,7 @@ void pressInAHurry(SoakWindow &window, Chance &chance)
 {
     constexpr std::array buttons{"pushButton_sample", "pushButton_sample", "pushButton_Connect",
                                  "pushButton_set"};
+    window.setCancelsWait(false);
     for (int i = 0; i < 3; ++i)
         window.press(chance.of(buttons));
 }

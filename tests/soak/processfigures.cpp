@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr qint64 scatteredKiB = 32 * 1024;
+constexpr qint64 scatteredKiB = 128 * 1024;
 
 #ifdef __SANITIZE_ADDRESS__
 constexpr bool isMemoryTold = false;

@@ -8,6 +8,14 @@
 #include <QDirIterator>
 #include <QLibrary>
 
+namespace {
+
+/// An operator does not wait for ever for a detector that is not ready.
+constexpr int longestWaitMs = 5000;
+constexpr int lookEveryMs = 50;
+
+} // namespace
+
 SoakWindow::SoakWindow()
 {
     QLibrary library(QStringLiteral(QV1K_SOAK_LIBRARY));
@@ -16,6 +24,8 @@ SoakWindow::SoakWindow()
         qFatal("%s", qPrintable(library.errorString()));
     m_counts = counts();
     QDir(folder.path()).mkdir(QStringLiteral("recordings"));
+    QObject::connect(&m_looks, &QTimer::timeout, &m_looks, [this] { lookForWait(); });
+    m_looks.start(lookEveryMs);
     boxes.onDialog = [this](QDialog *dialog) {
         operate(dialog);
     };
@@ -81,9 +91,21 @@ void SoakWindow::operate(QDialog *dialog)
         getChild<QAbstractButton>(*dialog, m_dialogPresses.takeFirst())->click();
         return;
     }
-    const bool isWait = dialog->windowTitle() == QStringLiteral("Waiting for the detector");
-    if (!isWait || m_cancelsWait)
-        dialog->reject();
+    dialog->reject();
+}
+
+/// The wait for a detector that is not ready is no modal dialog.
+void SoakWindow::lookForWait()
+{
+    const auto dialogs = window ? window->findChildren<QDialog *>() : QList<QDialog *>();
+    for (QDialog *dialog : dialogs) {
+        if (dialog->isModal() || !dialog->isVisible())
+            continue;
+        if (!m_waiting.isValid())
+            m_waiting.start();
+        if (m_cancelsWait || m_waiting.hasExpired(longestWaitMs))
+            dialog->reject();
+    }
 }
 
 void SoakWindow::record(int frames, const RecordingForms &forms)

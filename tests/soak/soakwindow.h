@@ -38,8 +38,12 @@ public:
     void press(const char *name);
     /// What is pressed in the engineering dialog, one button after the other, before it is closed.
     void pressInDialog(const QList<const char *> &buttons) { m_dialogPresses = buttons; }
-    /// Whether the wait for a detector that is not ready is cancelled.
-    void setCancelsWait(bool cancels) { m_cancelsWait = cancels; }
+    /// Whether the wait for a detector that is not ready is cancelled at once, or after some seconds.
+    void setCancelsWait(bool cancels)
+    {
+        m_cancelsWait = cancels;
+        m_waiting.invalidate();
+    }
     /// Records so many frames, under a name that was not used before, unless a recording runs.
     void record(int frames, const RecordingForms &forms);
 
@@ -71,6 +75,7 @@ protected:
 private:
     void count(const QImage &picture);
     void operate(QDialog *dialog);
+    void lookForWait();
     void checkRecording();
     [[nodiscard]] QString recordingFault() const;
 
@@ -86,6 +91,8 @@ private:
     QElapsedTimer m_stopping;
     QList<const char *> m_dialogPresses;
     bool m_cancelsWait = false;
+    QTimer m_looks;          ///< for the dialog of that wait
+    QElapsedTimer m_waiting; ///< for the detector, which is not ready
     QString m_context;
     int m_complaints = 0;
 };
