@@ -55,16 +55,27 @@ std::vector<Cell> allCells()
     return cells;
 }
 
-std::vector<Cell> windowCells()
+namespace {
+
+std::vector<Cell> cellsOf(bool isOfTheTool, Pace pace)
 {
+    constexpr int promptSeconds = 1;
     std::vector<Cell> cells = allCells();
-    std::erase_if(cells, [](const Cell &cell) { return cell.row.act == Act::Acquire; });
+    std::erase_if(cells, [=](const Cell &cell) {
+        return (cell.row.act == Act::Acquire) != isOfTheTool ||
+               (cell.expected.seconds > promptSeconds) != (pace == Pace::Waiting);
+    });
     return cells;
 }
 
-std::vector<Cell> toolCells()
+} // namespace
+
+std::vector<Cell> windowCells(Pace pace)
 {
-    std::vector<Cell> cells = allCells();
-    std::erase_if(cells, [](const Cell &cell) { return cell.row.act != Act::Acquire; });
-    return cells;
+    return cellsOf(false, pace);
+}
+
+std::vector<Cell> toolCells(Pace pace)
+{
+    return cellsOf(true, pace);
 }

@@ -141,6 +141,9 @@ struct Cell
 
 /// What of it is tested.
 [[nodiscard]] std::vector<Cell> allCells();
+/// Whether the program waits for two seconds and more in a cell.
+enum class Pace { Prompt, Waiting };
+
 /// Those of the window, and those of qv1k-acquire.
-[[nodiscard]] std::vector<Cell> windowCells();
-[[nodiscard]] std::vector<Cell> toolCells();
+[[nodiscard]] std::vector<Cell> windowCells(Pace pace);
+[[nodiscard]] std::vector<Cell> toolCells(Pace pace);

@@ -237,4 +237,6 @@ TEST_P(WindowMatrix, stands)
     expectLogged(expected.log);
 }
 
-INSTANTIATE_TEST_SUITE_P(Matrix, WindowMatrix, testing::ValuesIn(windowCells()));
+// Where the waiting ones are left out goes by this name.
+INSTANTIATE_TEST_SUITE_P(Prompt, WindowMatrix, testing::ValuesIn(windowCells(Pace::Prompt)));
+INSTANTIATE_TEST_SUITE_P(Waiting, WindowMatrix, testing::ValuesIn(windowCells(Pace::Waiting)));
