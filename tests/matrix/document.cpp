@@ -19,7 +19,7 @@ that would go over the cable. Each cell holds the program to five things:
 1. **Message**: the texts of the boxes that the operator has to answer, these and no other.
 2. **Window**: what it looks like afterwards, every button included.
 3. **Log**: these lines of those listed below, and none of the others.
-4. **Within**: the seconds that the program's own waits may take. A test allows 20 s more, for a slow machine.
+4. **Within**: the seconds that the program's own waits may take. A test allows a minute more, for a slow machine.
 5. The next normal flow works: connect where that is needed, play, a picture, stop, without a message. A window that is gone
    is opened anew; after `qv1k-acquire` a run without a fault has to succeed.
 

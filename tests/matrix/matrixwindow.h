@@ -10,7 +10,7 @@ class MatrixWindow : public WindowFixture
 {
 protected:
     /// What a slow machine may add to the program's own waits.
-    static constexpr int slackSeconds = 20;
+    static constexpr int slackSeconds = 60;
 
     void open(bool withOther = false);
 

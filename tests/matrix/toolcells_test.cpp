@@ -43,7 +43,7 @@ protected:
     }
 
     static constexpr int lateByMs = 300;
-    static constexpr int slackSeconds = 20;
+    static constexpr int slackSeconds = 60;
 };
 
 TEST_P(ToolMatrix, stands)
