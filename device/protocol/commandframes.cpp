@@ -125,7 +125,7 @@ bool answersAnother(const QByteArray &reply, const QByteArray &frame)
     const char frameClass = frame.at(2);
     const QByteArray head = QByteArray::fromHex(reply.left(8));
     if (!head.startsWith("\xFF\xBB") || head.size() < 4)
-        return frameClass != Query && !reply.isEmpty();
+        return frameClass != Query && reply.size() == 2 * commandBytes && reply.endsWith("0DEB");
     switch (head.at(2)) {
     case ParameterDownload:
         return frameClass != ParameterDownload;

@@ -43,8 +43,9 @@ inline constexpr int commandBytes = 6;
 [[nodiscard]] QByteArray echoOf(const QByteArray &controlFrame);
 /// The reply begins with the echo of `controlFrame`.
 [[nodiscard]] bool echoes(const QByteArray &reply, const QByteArray &controlFrame);
-/// The reply can be told to be another command's: its head is the echo of one, or it is no echo where
-/// `frame` gets one. It was left over from an earlier exchange, and the answer to `frame` is still to come.
+/// The reply can be told to be another command's: its head is the echo of one, or `frame` gets an echo and it
+/// is the charge, six bytes with the end of a frame. It was left over from an earlier exchange, and the
+/// answer to `frame` is still to come. Whatever cannot be told so is taken for the answer.
 [[nodiscard]] bool answersAnother(const QByteArray &reply, const QByteArray &frame);
 /// "FFBB01" stands anywhere in the reply, on a byte boundary or not.
 [[nodiscard]] bool acknowledgesParameters(const QByteArray &reply);

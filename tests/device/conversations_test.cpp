@@ -93,10 +93,17 @@ TEST_F(Conversations, an_echo_that_was_left_over_says_nothing_of_readiness_and_n
 
 TEST_F(Conversations, a_detector_that_always_answers_readiness_under_another_head_is_believed_the_second_time)
 {
-    fake.answer(hex("FFAA03AA0DEB"), hex("000000000100"));
+    fake.answer(hex("FFAA03AA0DEB"), hex("FFBB03A10DEB"));
     int rests = 0;
     EXPECT_TRUE(Conversation::waitUntilReady(link(), [&] { return ++rests < 3; }));
     EXPECT_EQ(rests, 1);
+}
+
+TEST_F(Conversations, of_a_reply_that_is_nobodys_the_fifth_byte_alone_tells_readiness)
+{
+    fake.answer(hex("FFAA03AA0DEB"), hex("000000000100"));
+    EXPECT_TRUE(Conversation::waitUntilReady(link(), [] { return false; }));
+    EXPECT_TRUE(link().isSettled());
 }
 
 TEST_F(Conversations, the_wait_for_readiness_ends_at_once_when_it_is_not_to_go_on)

@@ -134,6 +134,12 @@ Reply takeReply(QList<Step> &steps, qsizetype expected)
     return reply;
 }
 
+/// What came can be told to be another command's, which was left over.
+bool isAnothers(const Reply &reply, const QByteArray &command)
+{
+    return AckFrame::answersAnother(reply.bytes.toHex().toUpper(), command);
+}
+
 /// What is dropped before the next command when a reply was not what was waited for.
 void takeDropped(QList<Step> &steps)
 {
@@ -156,7 +162,7 @@ void exchangeSeveral(Bench &bench, QList<Step> steps)
             takeDropped(steps);
         const Reply expected = takeReply(steps, AckFrame::commandBytes);
         const QByteArray reply = Exchange::run(link, command, {5000});
-        isSettled = expected.isComplete;
+        isSettled = expected.isComplete && !isAnothers(expected, command);
         require(reply == expected.bytes.toHex().toUpper(), "a reply is what came after the command");
         require(link.isSettled() == isSettled, "a link is settled by exactly the reply that was waited for");
         require(bench.library.written.size() == i, "a command is written once");
@@ -186,6 +192,10 @@ void converseAboutStates(Bench &bench, const QList<Step> &steps)
     const auto saysReady = [](const QByteArray &bytes, bool isReady) {
         return isReady == (bytes.size() >= 6 && (bytes[4] & 1) != 0);
     };
+    const auto saysReadyItself = [&](const QByteArray &bytes, bool isReady) {
+        const bool isLeftOver = isAnothers({bytes}, CommandFrame::readinessQuery());
+        return isLeftOver ? !isReady : saysReady(bytes, isReady);
+    };
     const QByteArray start = CommandFrame::startAcquisition();
     const auto startAndDoubt = [](PortManager &link) {
         const bool isStarted = Conversation::start(link);
@@ -202,13 +212,14 @@ void converseAboutStates(Bench &bench, const QList<Step> &steps)
     const auto askOnce = [](PortManager &link) {
         return Conversation::waitUntilReady(link, [] { return false; });
     };
-    converse(bench, steps, 6, CommandFrame::readinessQuery(), askOnce, saysReady);
+    converse(bench, steps, 6, CommandFrame::readinessQuery(), askOnce, saysReadyItself);
 }
 
 void converseAboutNumbers(Bench &bench, const QList<Step> &steps)
 {
     const auto tellsLevel = [](const QByteArray &bytes, std::optional<int> level) {
-        return bytes.isEmpty() ? !level : level == static_cast<uchar>(bytes[0]);
+        const bool isNone = bytes.isEmpty() || isAnothers({bytes}, CommandFrame::levelQuery());
+        return isNone ? !level : level == static_cast<uchar>(bytes[0]);
     };
     converse(bench, steps, 6, CommandFrame::levelQuery(), &Conversation::batteryLevel, tellsLevel);
     const auto isText = [](const QByteArray &bytes, const QByteArray &text) {

@@ -124,12 +124,13 @@ TEST(Acknowledgements, a_reply_that_was_left_over_from_another_command_is_told_b
     EXPECT_TRUE(AckFrame::answersAnother("FFBB03A10DEB", level));
     EXPECT_TRUE(AckFrame::answersAnother("FFBB03A10DEB", download));
     EXPECT_TRUE(AckFrame::answersAnother("FFBB01100DEB", query));
-    EXPECT_TRUE(AckFrame::answersAnother("570210000DEB", query)) << "data is no echo";
+    EXPECT_TRUE(AckFrame::answersAnother("570210000DEB", query)) << "a charge";
     EXPECT_FALSE(AckFrame::answersAnother("FFBB03AA00EB", query));
     EXPECT_FALSE(AckFrame::answersAnother("FFBB03AA01EB00", query)) << "too long, and its own";
     EXPECT_FALSE(AckFrame::answersAnother("570210000DEB", level));
     EXPECT_FALSE(AckFrame::answersAnother("FFBB01000DEB", download)) << "its code is not looked at";
     EXPECT_FALSE(AckFrame::answersAnother("FFBB7F100DEB", download)) << "a refusal";
+    EXPECT_FALSE(AckFrame::answersAnother("000000000100", query)) << "nobody's";
     EXPECT_FALSE(AckFrame::answersAnother("", query));
 }
 
