@@ -11,10 +11,12 @@
 #include "tests/fuzz/scriptedlibrary.h"
 #include "tests/fuzz/target.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QTemporaryDir>
 
 #include <cstring>
+#include <utility>
 
 using Fuzz::require;
 
@@ -245,9 +247,14 @@ void converseAboutNumbers(Bench &bench, const QList<Step> &steps)
 
 void Fuzz::tryInput(QByteArrayView input)
 {
-    static Bench bench;
+    // Its log has a thread of its own, which must not outlive the application.
+    static Bench *bench = nullptr;
+    if (bench == nullptr) {
+        bench = new Bench;
+        qAddPostRoutine([] { delete std::exchange(bench, nullptr); });
+    }
     const QList<Step> steps = stepsOf(input);
-    exchangeSeveral(bench, steps);
-    converseAboutStates(bench, steps);
-    converseAboutNumbers(bench, steps);
+    exchangeSeveral(*bench, steps);
+    converseAboutStates(*bench, steps);
+    converseAboutNumbers(*bench, steps);
 }
