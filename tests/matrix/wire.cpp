@@ -20,9 +20,6 @@ constexpr std::string_view detectorName = "QV1K";
 constexpr char oldEcho[] = "\xFF\xBB\x03\xA1\x0D\xEB";
 constexpr qsizetype echoBytes = 6;
 
-/// A look takes a microframe of the bus. It also leaves the processor to others where a look follows a look.
-constexpr std::chrono::microseconds microframe{125};
-
 /// Class and code, the class being 0 for a block request.
 std::uint16_t commandOf(QByteArrayView frame)
 {
@@ -276,7 +273,7 @@ Status Wire::getStatus(d2xx::Handle handle, std::uint32_t *rxBytes, std::uint32_
             *rxBytes = std::min(*rxBytes, bytesOfPiece);
     }
     if (*rxBytes == 0)
-        std::this_thread::sleep_for(microframe);
+        std::this_thread::yield(); // a look follows a look
     return Status::Ok;
 }
 

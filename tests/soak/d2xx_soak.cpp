@@ -1,21 +1,20 @@
-// The virtual detector in a driver library that counts what goes through it, and now and then takes a little
-// longer than it has to, so that the program's threads meet in ever new ways.
+// The virtual detector in a driver library that counts what goes through it, and now and then lets the other
+// threads go first, so that the program's threads meet in ever new ways.
 
 #include "d2xx/exports.h"
 #include "tests/soak/soakcounts.h"
 #include "tests/support/providercalls.h"
 #include "tests/support/virtualcalls.h"
 
-#include <QThread>
-
 #include <random>
+#include <thread>
 
 using namespace d2xx;
 
 namespace {
 
 constexpr unsigned int oneCallIn = 64; ///< is delayed
-constexpr unsigned int longestDelayUs = 3000;
+constexpr unsigned int mostYields = 3000;
 
 d2xx::Functions callsWithEvents()
 {
@@ -37,8 +36,10 @@ SoakCounts counts;
 void delay()
 {
     thread_local std::minstd_rand random(std::random_device{}());
-    if (random() % oneCallIn == 0)
-        QThread::usleep(random() % longestDelayUs);
+    if (random() % oneCallIn != 0)
+        return;
+    for (auto left = random() % mostYields; left > 0; --left)
+        std::this_thread::yield();
 }
 
 Status counted(Status status)
