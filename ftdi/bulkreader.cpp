@@ -176,7 +176,7 @@ void BulkReader::cancelAll()
 std::optional<BulkReader::Bytes> BulkReader::withNoneUnderWay(milliseconds patience)
 {
     const bool isTooEarly = m_tries > 0 && steady_clock::now() < m_lastTry + betweenTries;
-    if (m_phase == Phase::Reading || isTooEarly) { // no memory, for now
+    if (m_phase == Phase::Reading || isTooEarly) { // there is no memory for now, or the next try is not due
         int never = 0;
         return handleEvents(patience, &never) ? std::optional(Bytes()) : endBy(LIBUSB_TRANSFER_ERROR);
     }

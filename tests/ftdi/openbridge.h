@@ -31,6 +31,18 @@ protected:
     {
         return QTest::qWaitFor([&] { return device.status() == status; }, patienceMs);
     }
+    /// In forty pieces, the twelfth of which is half in the queue then. Returns all of it.
+    FakeChip::Bytes deliverMoreThanFits()
+    {
+        FakeChip::Bytes all;
+        for (std::uint8_t i = 0; i < 40; ++i) {
+            const auto piece = numbered(90, i);
+            chip->deliver(piece);
+            all.insert(all.end(), piece.begin(), piece.end());
+        }
+        EXPECT_TRUE(waitForQueued(queueSize));
+        return all;
+    }
     d2xx::Status read(std::uint32_t length)
     {
         received.assign(length, 0);

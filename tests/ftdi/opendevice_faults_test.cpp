@@ -87,13 +87,7 @@ TEST_F(OpenBridge, an_unplug_is_told_as_such_however_the_transfers_fail)
 
 TEST_F(OpenBridge, a_full_queue_hides_no_unplug_and_nothing_that_waits_behind_it_is_lost)
 {
-    FakeChip::Bytes expected;
-    for (std::uint8_t i = 0; i < 40; ++i) {
-        const auto piece = numbered(90, i);
-        chip->deliver(piece);
-        expected.insert(expected.end(), piece.begin(), piece.end());
-    }
-    ASSERT_TRUE(waitForQueued(queueSize));
+    const FakeChip::Bytes expected = deliverMoreThanFits();
     chip->unplug();
     ASSERT_TRUE(waitForStatus(Status::IoError));
     EXPECT_EQ(write({1}), Status::IoError);

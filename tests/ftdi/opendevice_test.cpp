@@ -74,15 +74,9 @@ TEST_F(OpenBridge, a_read_larger_than_the_queue_gets_everything)
 
 TEST_F(OpenBridge, a_full_queue_holds_the_bridge_back_and_loses_nothing)
 {
-    FakeChip::Bytes expected;
-    for (std::uint8_t i = 0; i < 40; ++i) {
-        const auto piece = numbered(90, i);
-        chip->deliver(piece);
-        expected.insert(expected.end(), piece.begin(), piece.end());
-    }
-    ASSERT_TRUE(waitForQueued(queueSize));
+    const FakeChip::Bytes expected = deliverMoreThanFits();
     const std::size_t heldBack = chip->undelivered();
-    EXPECT_EQ(heldBack, 40U - 12U); // the twelfth piece is half in
+    EXPECT_EQ(heldBack, 40U - 12U);
 
     FakeChip::Bytes all;
     while (all.size() < expected.size()) {
