@@ -8,7 +8,7 @@ build_packages=(
     fonts-noto-cjk fonts-liberation # Chinese log lines and captions; Latin text
 )
 test_packages=(
-    libgtest-dev libgmock-dev libbenchmark-dev clang-format
+    libgtest-dev libgmock-dev libbenchmark-dev clang-format doxygen
     libumockdev-dev umockdev # bridges that are not there
     xvfb xauth openbox xdotool x11-utils imagemagick
 )

@@ -9,6 +9,7 @@
 
 namespace ftdi {
 
+/// Gives a context back to libftdi1, closing what it has open.
 struct FreeFtdiContext
 {
     void operator()(ftdi_context *context) const { ftdi_free(context); }

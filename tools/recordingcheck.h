@@ -7,6 +7,7 @@
 /// Looks whether the files of a recording are there and whole.
 namespace RecordingCheck {
 
+/// What there should be.
 struct Recording
 {
     RecordingFiles files; ///< a relative root is taken from the working folder

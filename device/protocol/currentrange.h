@@ -7,6 +7,7 @@
 /// The four current ranges that an operator chooses from.
 namespace CurrentRange {
 
+/// What a range sets on the detector.
 struct Gear
 {
     int nanoamperes; ///< full scale

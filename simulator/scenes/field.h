@@ -15,6 +15,7 @@ struct Point
     float y = 0;
 };
 
+/// An upright rectangle on the sensor, in pixels.
 struct Box
 {
     float left = 0;

@@ -9,6 +9,7 @@
 /// keeps; nothing else knows them.
 namespace AdcLists {
 
+/// A choice, and what the list shows for it.
 template <typename Value>
 struct Entry
 {
