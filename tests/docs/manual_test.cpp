@@ -5,7 +5,8 @@
 #include "imaging/recordingfiles.h"
 #include "tests/docs/document.h"
 #include "tests/support/workingfolder.h"
-#include "tests/ui/develop/dialog.h"
+#include "tests/ui/develop/dialogfields.h"
+#include "ui/developwindow.h"
 #include "ui/mainwindow.h"
 #include "ui/parameterkeys.h"
 #include "ui/parameters/adclists.h"
@@ -14,8 +15,10 @@
 
 #include <QDoubleSpinBox>
 #include <QFileInfo>
+#include <QLabel>
 #include <QMap>
 #include <QSet>
+#include <QSettings>
 
 namespace {
 
@@ -108,15 +111,16 @@ TEST(Manual, the_names_of_recorded_files_are_those_of_the_recorder)
 
 TEST(Manual, the_times_are_those_of_the_engineering_dialog_in_their_order)
 {
-    Dialog dialog;
-    dialog.open();
+    const WorkingFolder folder;
+    QSettings settings(QStringLiteral("./config.ini"), QSettings::IniFormat);
+    developwindow dialog(&settings, nullptr);
     const QList<QStringList> rows = rowsOf(QStringLiteral("Timing"));
     ASSERT_EQ(rows.size(), Timing::count);
     for (qsizetype i = 0; i < rows.size(); ++i) {
         const int number = ParameterKeys::firstTiming + static_cast<int>(i);
         const QByteArray label = "label_" + QByteArray::number(number);
-        EXPECT_EQ(rows[i][0], getChild<QLabel>(dialog.window(), label.constData())->text());
-        EXPECT_EQ(rows[i][1], dialog.text(number)) << qPrintable(rows[i][0]);
+        EXPECT_EQ(rows[i][0], getChild<QLabel>(dialog, label.constData())->text());
+        EXPECT_EQ(rows[i][1], DialogFields::field(dialog, number)->text()) << qPrintable(rows[i][0]);
     }
 }
 
