@@ -5,7 +5,8 @@
 /// What the process holds of the system, from /proc.
 struct ProcessFigures
 {
-    qint64 memoryKiB = 0; ///< resident
+    qint64 memoryKiB = 0; ///< of its own in memory: comes and goes with how the heap is scattered
+    qint64 heapKiB = 0;   ///< what was asked of the heap and not given back
     qsizetype threads = 0;
     qsizetype handles = 0;
 
@@ -13,7 +14,7 @@ struct ProcessFigures
     [[nodiscard]] static ProcessFigures now();
     /// The larger one of each figure.
     [[nodiscard]] ProcessFigures most(const ProcessFigures &other) const;
-    /// By more than a heap is scattered. Never under AddressSanitizer, which keeps what was freed.
-    [[nodiscard]] bool hasMoreMemoryThan(const ProcessFigures &before) const;
+    /// Heap, threads or handles; of the heap more than the caches of libraries grow by.
+    [[nodiscard]] bool holdsMoreThan(const ProcessFigures &before) const;
     [[nodiscard]] QString text() const;
 };

@@ -71,12 +71,22 @@ constexpr int attempts = 4;
 
 } // namespace
 
-bool worksAgain(SoakWindow &window)
+QString failsToWorkAgain(SoakWindow &window)
 {
-    for (int attempt = 0; attempt < attempts; ++attempt) {
-        if (disconnectIt(window) && heal(window) && connectIt(window) && playIt(window) &&
-            disconnectIt(window))
-            return true;
+    QStringList failed;
+    while (failed.size() < attempts) {
+        if (!disconnectIt(window))
+            failed << QStringLiteral("disconnecting");
+        else if (!heal(window))
+            failed << QStringLiteral("the list of ports");
+        else if (!connectIt(window))
+            failed << QStringLiteral("connecting");
+        else if (!playIt(window))
+            failed << QStringLiteral("a picture");
+        else if (!disconnectIt(window))
+            failed << QStringLiteral("disconnecting afterwards");
+        else
+            return {};
     }
-    return false;
+    return failed.join(QStringLiteral(", "));
 }

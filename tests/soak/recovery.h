@@ -2,6 +2,6 @@
 
 #include "tests/soak/soakwindow.h"
 
-/// Makes the detector healthy, and connects, plays, sees a picture, stops and disconnects, as an operator
-/// does who tries again a few times. False when that does not go.
-[[nodiscard]] bool worksAgain(SoakWindow &window);
+/// Ends what runs, gives the detector its health back and uses it: connect, play, a picture, stop,
+/// disconnect. Empty when it works, if not at once; else what failed, try after try.
+[[nodiscard]] QString failsToWorkAgain(SoakWindow &window);

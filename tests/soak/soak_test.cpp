@@ -13,7 +13,6 @@ constexpr int checkpointEvery = 40; ///< actions
 constexpr qint64 logLimitMs = 5000;
 constexpr int mostComplaints = 10;
 constexpr int warmUp = 2; ///< checkpoints, until everything was used once
-constexpr int mostGrowths = 5;
 constexpr qint64 progressEveryMs = 60000;
 
 qint64 fromEnvironment(const char *name, qint64 usual)
@@ -66,7 +65,7 @@ protected:
         if (!QTest::qWaitFor([this] { return log.isWritten(); }, patienceMs))
             complain(QStringLiteral("the log stands still"));
         if (log.delayMs() > logLimitMs)
-            complain(QStringLiteral("the log is %1 ms behind").arg(log.delayMs()));
+            complain(QStringLiteral("the log is %1 ms behind: ").arg(log.delayMs()) + log.waited());
         log.mark();
     }
 
@@ -78,8 +77,8 @@ protected:
                        .arg(clock.elapsed() / 1000));
         if (!window->isVisible())
             reopen();
-        if (!worksAgain(*this))
-            complain(QStringLiteral("it does not work again"));
+        if (const QString failed = failsToWorkAgain(*this); !failed.isEmpty())
+            complain(QStringLiteral("it does not work again: ") + failed);
         check();
         if (!QTest::qWaitFor([this] { return isShown(); }, patienceMs))
             complain(QStringLiteral("a frame was received and not shown"));
@@ -90,8 +89,7 @@ protected:
         lastProgress = clock.elapsed() / progressEveryMs;
     }
 
-    /// Without a window everything must be given back, but what calls hold that hang for seconds. Memory
-    /// comes and goes with what the heap is scattered: what is there again and again is not given back.
+    /// Without a window everything must be given back, but what calls hold that hang for seconds.
     void lookAtProcess()
     {
         endWindow();
@@ -101,13 +99,11 @@ protected:
             first = figures.most(first);
             return reopen();
         }
-        const auto areFewer = [this] {
+        const auto isGivenBack = [this] {
             figures = ProcessFigures::now();
-            return figures.threads <= first.threads && figures.handles <= first.handles;
+            return !figures.holdsMoreThan(first);
         };
-        const bool isGivenBack = QTest::qWaitFor(areFewer, patienceMs);
-        growths = figures.hasMoreMemoryThan(first) ? growths + 1 : 0;
-        if (!isGivenBack || growths >= mostGrowths)
+        if (!QTest::qWaitFor(isGivenBack, patienceMs))
             complain(QStringLiteral("it grows: ") + first.text() + QStringLiteral(" became ") +
                      figures.text());
         reopen();
@@ -133,7 +129,6 @@ protected:
     int actions = 0;
     LogDelay log;
     int checkpoints = 0;
-    int growths = 0;      ///< checkpoints in a row that had more memory
     ProcessFigures first; ///< the most of the first checkpoints
     ProcessFigures figures;
     qint64 lastProgress = 0;
