@@ -11,7 +11,8 @@ struct FramelessHelperPrivate;
 /// double click there to maximise or restore, resizing from every edge and corner with the matching cursors.
 ///
 /// Works as an event filter on each window that it serves: mouse, leave, hover-move and timer events of the
-/// window itself end here and never reach it. Children keep theirs. The window's flags are left alone
+/// window itself end here and never reach it. Children keep theirs, but for buttons that reach into the edge:
+/// a press where the resize cursor shows is the window's. The window's flags are left alone
 /// until the helper is destroyed, which gives each window back the flags that it had when it was attached.
 /// GUI thread only.
 class FramelessHelper : public QObject
@@ -23,8 +24,8 @@ public:
     explicit FramelessHelper(QObject *parent);
     ~FramelessHelper() override;
 
-    /// Serves `window` from now on, until one of the two is destroyed. A window already served is left as
-    /// it is.
+    /// Serves `window`, with the buttons that it has now, until one of the two is destroyed. A window already
+    /// served is left as it is.
     void attachWindow(QWidget *window);
 
     /// Width of the resize grip in pixels, for all helpers; at first 5. 0 is ignored.
@@ -45,6 +46,8 @@ protected:
 
 private:
     void updateRubberBands();
+    /// True when the event is a press on a button of a served window that the window's edge takes.
+    [[nodiscard]] bool isTakenByEdge(const QObject *watched, const QEvent *event) const;
 
     const std::unique_ptr<FramelessHelperPrivate> d;
 };

@@ -180,6 +180,8 @@ private:
     [[nodiscard]] QByteArray voltagePacket();
 
     // Display
+    /// As it lies now: each call turns and mirrors the picture that was shown last.
+    void showPicture();
     void updateCurrentReadout();
 
     // Calibration
@@ -199,6 +201,7 @@ private:
     double m_rotation = 0.0; ///< degrees, of every picture shown
     bool m_mirrorH = false;
     bool m_mirrorV = false;
+    QImage m_picture;    ///< shown last, as it came: neither turned nor mirrored
     qint32 m_clickX = 0; ///< image coordinates clicked last
     qint32 m_clickY = 0;
     std::unique_ptr<ProcessImage> m_process;

@@ -2,7 +2,9 @@
 
 #include "ui/chrome/framelesswindowstate.h"
 
+#include <QAbstractButton>
 #include <QEvent>
+#include <QMouseEvent>
 #include <QWidget>
 
 #include <utility>
@@ -27,6 +29,8 @@ void FramelessHelper::attachWindow(QWidget *window)
         return;
     d->m_windows.insert(window, new FramelessWindowState(d.get(), window));
     window->installEventFilter(this);
+    for (QAbstractButton *button : window->findChildren<QAbstractButton *>())
+        button->installEventFilter(this);
     // A window that goes first, as a parent of its helper does, takes its record along.
     connect(window, &QObject::destroyed, this, [this, window] {
         window->removeEventFilter(this);
@@ -76,6 +80,21 @@ void FramelessHelper::updateRubberBands()
 
 bool FramelessHelper::eventFilter(QObject *watched, QEvent *event)
 {
+    if (isTakenByEdge(watched, event)) {
+        event->ignore(); // and so it goes on to the window
+        return true;
+    }
     FramelessWindowState *state = d->m_windows.value(qobject_cast<QWidget *>(watched));
     return (state != nullptr && state->handleEvent(event)) || QObject::eventFilter(watched, event);
+}
+
+bool FramelessHelper::isTakenByEdge(const QObject *watched, const QEvent *event) const
+{
+    if (event->type() != QEvent::MouseButtonPress && event->type() != QEvent::MouseButtonDblClick)
+        return false;
+    const auto *button = qobject_cast<const QAbstractButton *>(watched);
+    const FramelessWindowState *state =
+        button == nullptr ? nullptr : d->m_windows.value(button->window(), nullptr);
+    return state != nullptr &&
+           state->showsResizeCursorAt(static_cast<const QMouseEvent *>(event)->globalPosition().toPoint());
 }

@@ -180,6 +180,12 @@ void FramelessWindowState::updateCursor(QPoint global)
     }
 }
 
+bool FramelessWindowState::showsResizeCursorAt(QPoint global) const
+{
+    return isOn(FramelessOption::Resize) && !window->isFullScreen() && !window->isMaximized() &&
+           EdgeRegion(global, window->frameGeometry(), FramelessHelperPrivate::edgeWidth).onAnyEdge;
+}
+
 QRect FramelessWindowState::withEdgesAt(QRect start, QPoint global) const
 {
     if (pressRegion.topLeft)

@@ -45,6 +45,9 @@ public:
     /// True when the event was one of those that the helper keeps for itself.
     bool handleEvent(QEvent *event);
 
+    /// Whether the pointer at that place has the shape that promises a resize.
+    [[nodiscard]] bool showsResizeCursorAt(QPoint global) const;
+
     /// Makes or drops the rubber band as the options ask.
     void updateRubberBand();
 

@@ -3,6 +3,7 @@
 #include "device/devicewatcher.h"
 #include "device/portmanager.h"
 #include "log/logmanager.h"
+#include "ui/chrome/wheelguard.h"
 #include "ui/developwindow.h"
 #include "ui/mainwindow/mainwindow_rules.h"
 #include "ui/mainwindow/readinesswait.h"
@@ -67,6 +68,7 @@ mainwindow::mainwindow(QWidget *parent) : QMainWindow(parent), ui(std::make_uniq
     m_fpsTimer.start();
     buildFrameCountBox();
     applySettings();
+    new WheelGuard(*this);
     m_link->listDevices();
     fillPortList(m_link->detectors(), m_link->otherBridges());
 }

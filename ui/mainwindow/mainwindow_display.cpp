@@ -8,16 +8,19 @@
 void mainwindow::on_pushButton_rotate_clicked()
 {
     m_rotation = MainWindowRules::nextRotation(m_rotation);
+    showPicture();
 }
 
 void mainwindow::on_pushButton_mirrorHorizontal_clicked()
 {
     m_mirrorH = !m_mirrorH;
+    showPicture();
 }
 
 void mainwindow::on_pushButton_mirrorVertical_clicked()
 {
     m_mirrorV = !m_mirrorV;
+    showPicture();
 }
 
 void mainwindow::receive_displayImage(QImage displayImage)
@@ -26,9 +29,17 @@ void mainwindow::receive_displayImage(QImage displayImage)
     m_elapsedMs += m_fpsTimer.restart();
     ui->label_fps->setText(MainWindowRules::frameRateText(m_frameCount, m_elapsedMs));
 
-    QImage picture = MainWindowRules::oriented(std::move(displayImage), m_rotation, m_mirrorH, m_mirrorV);
-    ui->frame->setImage(picture);
+    m_picture = std::move(displayImage);
+    showPicture();
     updateCurrentReadout();
+}
+
+void mainwindow::showPicture()
+{
+    if (m_picture.isNull())
+        return;
+    QImage picture = MainWindowRules::oriented(m_picture, m_rotation, m_mirrorH, m_mirrorV);
+    ui->frame->setImage(picture);
 }
 
 void mainwindow::handleLabelClick(int x, int y)

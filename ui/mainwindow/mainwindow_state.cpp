@@ -64,6 +64,9 @@ void mainwindow::enterSampling()
     Conversation::beginReceiving(*m_link);
     m_isSampling = 1;
     ui->pushButton_set->setEnabled(false);
+    // Opened before, the calibration waited for this.
+    for (QPushButton *button : {ui->pushButton_full_on, ui->pushButton_full_off})
+        button->setEnabled(true);
     ui->label_fps->setText(QStringLiteral("FPS: N/A"));
     ui->progressBar->setValue(0);
     ui->label_savestate->clear();

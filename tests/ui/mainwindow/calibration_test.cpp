@@ -56,6 +56,19 @@ TEST_F(MainWindowCalibration, opened_while_the_acquisition_runs_it_enables_them)
     }
 }
 
+TEST_F(MainWindowCalibration, opened_before_its_captures_can_be_used_once_the_acquisition_runs)
+{
+    openConnected();
+    click("pushButton_cali");
+    ASSERT_FALSE(fullOn()->isEnabled());
+    click("pushButton_sample");
+    EXPECT_TRUE(fullOn()->isEnabled());
+    EXPECT_TRUE(fullOff()->isEnabled());
+    click("pushButton_full_off");
+    showFrames(1, 4096 + 10486);
+    EXPECT_EQ(text("label_calistate"), "Full Off Success");
+}
+
 TEST_F(MainWindowCalibration, closed_it_hides_them_and_clears_the_progress)
 {
     openCalibrating();

@@ -11,6 +11,10 @@ protected:
     [[nodiscard]] QImage shown(const QImage &picture)
     {
         window->receive_displayImage(picture);
+        return shownNow();
+    }
+    [[nodiscard]] QImage shownNow() const
+    {
         return find<QWidget>("frame")->findChild<QLabel *>()->pixmap().toImage().convertToFormat(
             QImage::Format_Grayscale8);
     }
@@ -77,6 +81,36 @@ TEST_F(MainWindowDisplay, the_mirror_buttons_toggle_and_combine_with_the_rotatio
     EXPECT_EQ(corners(shown(picture)), corners(expected(picture, 90.0, false, true)));
     click("pushButton_mirrorVertical");
     EXPECT_EQ(corners(shown(picture)), corners(expected(picture, 90.0, false, false)));
+}
+
+TEST_F(MainWindowDisplay, the_buttons_act_on_the_picture_that_stands_still)
+{
+    openSampling();
+    showFrames(1);
+    stop();
+    (void)shown(quadrants());
+    const QString rate = text("label_fps");
+    const auto standing = [this] {
+        return corners(shownNow());
+    };
+    click("pushButton_rotate");
+    EXPECT_EQ(standing(), QList<int>({60, 255, 0, 140}));
+    click("pushButton_mirrorHorizontal");
+    EXPECT_EQ(standing(), QList<int>({255, 60, 140, 0}));
+    click("pushButton_mirrorVertical");
+    EXPECT_EQ(standing(), QList<int>({140, 0, 255, 60}));
+    for (int turn = 0; turn < 3; ++turn)
+        click("pushButton_rotate");
+    EXPECT_EQ(shownNow(), expected(quadrants(), 360.0, true, true)) << "from the picture as it came";
+    EXPECT_EQ(text("label_fps"), rate) << "no frame was counted";
+}
+
+TEST_F(MainWindowDisplay, without_a_picture_the_buttons_show_none)
+{
+    open();
+    for (const char *name : {"pushButton_rotate", "pushButton_mirrorHorizontal", "pushButton_mirrorVertical"})
+        click(name);
+    EXPECT_TRUE(find<QWidget>("frame")->findChild<QLabel *>()->pixmap().isNull());
 }
 
 TEST_F(MainWindowDisplay, the_orientation_leaves_the_recorded_picture_alone)
