@@ -88,7 +88,7 @@ private:
     /// What the detector answers to a question of device/conversations.h, as hexadecimal text.
     [[nodiscard]] QByteArray ask(QByteArray (*question)(PortManager &link));
 
-    void noteLargeWords();
+    void markFields();
     void showModeAndAdc(const Readback::Parameters &parameters);
     void showVoltages(const QList<int> &codes);
     void showTiming(const QList<qint32> &words);

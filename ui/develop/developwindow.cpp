@@ -1,7 +1,8 @@
 #include "ui/developwindow.h"
 
-#include "device/protocol/parameterpackets.h"
 #include "device/protocol/timing.h"
+#include "ui/chrome/wheelguard.h"
+#include "ui/develop/fieldmarks.h"
 #include "ui/parameterkeys.h"
 #include "ui/parameters/adclists.h"
 #include "ui/parameters/storedvalue.h"
@@ -12,7 +13,6 @@
 
 #include <algorithm>
 #include <array>
-#include <climits>
 
 namespace {
 
@@ -37,7 +37,8 @@ developwindow::developwindow(QSettings *store, QWidget *parent)
 {
     ui->setupUi(this);
     fillLists();
-    noteLargeWords();
+    new WheelGuard(*this);
+    markFields();
     setFocus();
     load();
 }
@@ -64,15 +65,14 @@ void developwindow::setConnected(bool isConnected)
     ui->label_connection->setVisible(!isConnected);
 }
 
-void developwindow::noteLargeWords()
+void developwindow::markFields()
 {
-    for (int number = ParameterKeys::firstEeprom; number <= ParameterKeys::lastField; ++number) {
+    for (int number = ParameterKeys::firstVoltage; number <= ParameterKeys::lastField; ++number) {
         QLineEdit *edit = field(number);
-        connect(edit, &QLineEdit::textChanged, edit, [edit](const QString &text) {
-            const quint32 word = text.toUInt();
-            const QString sent = QString::fromLatin1(ParameterPacket::eepromWord(word).toHex().toUpper());
-            edit->setToolTip(word > INT_MAX ? tr("2147483648 and more: sent as %1").arg(sent) : QString());
-        });
+        if (edit == nullptr)
+            continue;
+        FieldMarks::show(*edit, number);
+        connect(edit, &QLineEdit::textChanged, edit, [edit, number] { FieldMarks::show(*edit, number); });
     }
 }
 
