@@ -169,6 +169,11 @@ private:
     [[nodiscard]] bool startDetector();
     void endSamplePress();
 
+    // Manual
+    void connectManual();
+    /// What speaks against it is told on the About page, which comes to the front then.
+    void openManual();
+
     // Settings page
     /// The range of the checked button; null when none is.
     [[nodiscard]] const CurrentRange::Gear *chosenGear() const;
@@ -218,6 +223,7 @@ private:
     std::unique_ptr<DeviceWatcher> m_deviceWatcher;
     DeviceMessages *m_deviceMessages = nullptr; ///< the window's child; on Windows
     QMap<SystemNote, QString> m_systemNotes;
+    QStringList m_manualFolders; ///< where it is looked for
     QString m_interruption; ///< what is told of the stream
     QString m_losses;
     int m_flows = 0; ///< that are under way, one within the other

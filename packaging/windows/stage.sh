@@ -15,6 +15,7 @@ stage_programs() {
         mkdir -p "$stage/$(dirname "$plugin")"
         cp "$prefix/plugins/$plugin" "$stage/$plugin"
     done
+    cp -r "$port/share/qv1k/manual" "$stage/"
     # Plugins are looked for here, and nowhere else.
     printf '[Paths]\r\nPrefix=.\r\nPlugins=.\r\n' >"$stage/qt.conf"
 }

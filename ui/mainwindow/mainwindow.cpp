@@ -67,6 +67,7 @@ mainwindow::mainwindow(QWidget *parent) : QMainWindow(parent), ui(std::make_uniq
     connectPipeline();
     m_fpsTimer.start();
     buildFrameCountBox();
+    connectManual();
     applySettings();
     new WheelGuard(*this);
     m_link->listDevices();

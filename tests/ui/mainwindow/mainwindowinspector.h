@@ -14,5 +14,10 @@ public:
     {
         window.setValue(key, value);
     }
+    /// Where the window looks for its manual.
+    static void setManualFolders(mainwindow &window, const QStringList &folders)
+    {
+        window.m_manualFolders = folders;
+    }
     static double rotation(const mainwindow &window) { return window.m_rotation; }
 };

@@ -1,0 +1,83 @@
+#include "tests/ui/mainwindow/mainwindowtest.h"
+
+#include <QDesktopServices>
+#include <QFileInfo>
+#include <QUrl>
+
+/// Stands in for the system's browser.
+class Browser : public QObject
+{
+    Q_OBJECT
+
+public:
+    Browser() { QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "take"); }
+    ~Browser() override { QDesktopServices::unsetUrlHandler(QStringLiteral("file")); }
+    Q_DISABLE_COPY_MOVE(Browser)
+
+    QList<QUrl> opened;
+
+public Q_SLOTS:
+    void take(const QUrl &url) { opened << url; }
+};
+
+class MainWindowManual : public MainWindowTest
+{
+protected:
+    void pressF1()
+    {
+        window->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+        QTest::keyClick(window.get(), Qt::Key_F1);
+    }
+
+    Browser browser;
+};
+
+TEST_F(MainWindowManual, F1_opens_the_page_that_was_built_with_the_program)
+{
+    open();
+    pressF1();
+    ASSERT_EQ(browser.opened.size(), 1);
+    const QString page = browser.opened.first().toLocalFile();
+    EXPECT_TRUE(page.endsWith("/share/qv1k/manual/manual.html")) << qPrintable(page);
+    EXPECT_TRUE(QFileInfo::exists(page)) << qPrintable(page);
+    EXPECT_TRUE(find<QLabel>("label_about_manualproblem")->isHidden());
+}
+
+TEST_F(MainWindowManual, the_link_of_the_about_page_opens_the_same)
+{
+    open();
+    auto *label = find<QLabel>("label_about_manual");
+    goTo(label);
+    QTest::mouseClick(label, Qt::LeftButton, {}, label->rect().center() - QPoint(15, 0));
+    ASSERT_EQ(browser.opened.size(), 1);
+    EXPECT_EQ(browser.opened.first().fileName(), "manual.html");
+}
+
+TEST_F(MainWindowManual, one_that_is_not_there_is_told_on_the_about_page_and_in_no_box)
+{
+    open();
+    MainWindowInspector::setManualFolders(*window, {folder.filePath("none"), folder.filePath("nor here")});
+    pressF1();
+    EXPECT_TRUE(browser.opened.isEmpty());
+    auto *problem = find<QLabel>("label_about_manualproblem");
+    EXPECT_TRUE(problem->isVisible());
+    for (const char *name : {"none", "nor here"})
+        EXPECT_TRUE(problem->text().contains(QDir::toNativeSeparators(folder.filePath(name))));
+}
+
+TEST_F(MainWindowManual, what_was_told_goes_when_it_is_there_again)
+{
+    open();
+    MainWindowInspector::setManualFolders(*window, {folder.path()});
+    pressF1();
+    auto *problem = find<QLabel>("label_about_manualproblem");
+    ASSERT_TRUE(problem->isVisible());
+    folder.write("manual.html", "here");
+    pressF1();
+    EXPECT_TRUE(problem->isHidden());
+    ASSERT_EQ(browser.opened.size(), 1);
+    EXPECT_EQ(browser.opened.first(), QUrl::fromLocalFile(folder.filePath("manual.html")));
+}
+
+#include "manual_test.moc"
