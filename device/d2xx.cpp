@@ -10,10 +10,15 @@ using namespace d2xx;
 
 namespace {
 
-Status leaveBehind()
+void tellLog(const QString &line)
 {
     if (LogManager *log = LogManager::instance())
-        log->writeLog(QStringLiteral("串口关闭超时，句柄未释放"));
+        log->writeLog(line);
+}
+
+Status leaveBehind()
+{
+    tellLog(QStringLiteral("串口关闭超时，句柄未释放"));
     return Status::OtherError;
 }
 
@@ -39,18 +44,29 @@ template <typename Call>
 Status D2xx::onOpenHandle(Handle handle, Call call)
 {
     const std::size_t opened = m_opened;
-    std::atomic<int> &underWay = callsUnderWay(opened);
-    ++underWay;
+    Use &use = useOf(opened);
+    ++use.callsUnderWay;
     Status status = Status::InvalidHandle;
     if (handle != nullptr && handle == m_open && opened == m_opened)
         status = call();
-    --underWay;
+    if (--use.callsUnderWay == 0)
+        closeLeft(use);
     return status;
 }
 
-std::atomic<int> &D2xx::callsUnderWay(std::size_t opened)
+D2xx::Use &D2xx::useOf(std::size_t opened)
 {
-    return m_callsUnderWay[opened % m_callsUnderWay.size()];
+    return m_uses[opened % m_uses.size()];
+}
+
+// By the last call that returns, or by the close that left it, whichever sees the other.
+void D2xx::closeLeft(Use &use)
+{
+    const Handle left = use.left.exchange(nullptr);
+    if (left == nullptr || left == m_open)
+        return;
+    m_functions.close(left);
+    tellLog(QStringLiteral("串口句柄已释放"));
 }
 
 Status D2xx::createDeviceInfoList(quint32 *count) const
@@ -81,11 +97,16 @@ Status D2xx::close(Handle handle)
     if (handle == nullptr || !m_open.compare_exchange_strong(expected, nullptr))
         return Status::InvalidHandle;
     const auto deadline = std::chrono::steady_clock::now() + closingLimit;
-    const std::atomic<int> &underWay = callsUnderWay(m_opened);
-    while (underWay != 0) {
-        if (std::chrono::steady_clock::now() >= deadline)
-            return leaveBehind();
-        std::this_thread::yield();
+    Use &use = useOf(m_opened);
+    while (use.callsUnderWay != 0) {
+        if (std::chrono::steady_clock::now() < deadline) {
+            std::this_thread::yield();
+            continue;
+        }
+        use.left = handle;
+        if (use.callsUnderWay == 0)
+            closeLeft(use);
+        return leaveBehind();
     }
     return closeWithin(m_functions.close, handle, deadline);
 }

@@ -17,7 +17,8 @@
 /// does about stale handles. Without functions every call returns DeviceNotFound.
 ///
 /// A call that hangs holds up close() for closingLimit at most. Then the handle is left behind, open in the
-/// library, and closed for everybody here; a line in the log tells it.
+/// library, and closed for everybody here; a line in the log tells it. When the call comes back after all,
+/// the library closes the handle, and the device can be opened again.
 ///
 /// All members may be called from any thread.
 class D2xx
@@ -64,12 +65,19 @@ public:
 private:
     template <typename Call>
     d2xx::Status onOpenHandle(d2xx::Handle handle, Call call);
-    [[nodiscard]] std::atomic<int> &callsUnderWay(std::size_t opened);
+    /// What goes on with one of the handles that were opened.
+    struct Use
+    {
+        std::atomic<int> callsUnderWay{0};
+        std::atomic<d2xx::Handle> left{nullptr}; ///< to be closed by the last of these calls
+    };
+    [[nodiscard]] Use &useOf(std::size_t opened);
+    void closeLeft(Use &use);
 
     d2xx::Functions m_functions;
     bool m_usable = false;
     std::atomic<d2xx::Handle> m_open{nullptr};
     std::atomic<std::size_t> m_opened{0}; ///< how often a handle was opened
     /// Of each of the last handles, so that one call that hangs does not hold up the closing of later ones.
-    std::array<std::atomic<int>, 16> m_callsUnderWay{};
+    std::array<Use, 16> m_uses{};
 };

@@ -158,6 +158,27 @@ TEST(DriverBoundary, a_call_that_hangs_holds_up_its_closing_for_two_seconds_and_
     writer.join();
 }
 
+TEST(DriverBoundary, a_handle_that_was_left_behind_is_closed_when_the_call_comes_back)
+{
+    FakeD2xx fake;
+    D2xx &d2xx = *fake.driver();
+    Handle handle = nullptr;
+    ASSERT_EQ(d2xx.open("QV1K", &handle), Status::Ok);
+    Hanging hanging;
+    fake.setOnWrite([&](const QByteArray &) { hanging.hang(); });
+    std::thread writer([&] {
+        quint32 count = 0;
+        d2xx.write(handle, "x", 1, &count);
+    });
+    hanging.waitUntilItHangs();
+    EXPECT_EQ(d2xx.close(handle), Status::OtherError);
+    EXPECT_TRUE(fake.isOpen());
+    hanging.release();
+    writer.join();
+    EXPECT_FALSE(fake.isOpen()) << "nobody could open the device any more";
+    EXPECT_EQ(fake.calls().count(QStringLiteral("Close")), 1);
+}
+
 TEST(DriverBoundary, a_close_that_hangs_itself_comes_back_after_two_seconds)
 {
     FakeD2xx fake;
