@@ -12,6 +12,7 @@
 namespace {
 
 constexpr int shortWaitMs = 2000;
+constexpr int longWaitMs = 20000;
 
 void connectOrDisconnect(SoakWindow &window, Chance &chance)
 {
@@ -46,6 +47,14 @@ void look(SoakWindow &window, Chance &chance)
     const int pictures = chance.between(1, 60);
     if (window.state() == SoakWindow::State::Sampling)
         static_cast<void>(window.waitForPictures(pictures, shortWaitMs));
+}
+
+/// While it works nobody touches it.
+void watchForLong(SoakWindow &window, Chance &chance)
+{
+    const int pictures = chance.between(200, 1000);
+    if (window.state() == SoakWindow::State::Sampling)
+        static_cast<void>(window.waitForPictures(pictures, longWaitMs));
 }
 
 void changeDetector(SoakWindow &window, Chance &chance)
@@ -153,6 +162,7 @@ constexpr std::array actions{
     Action{"play or stop", 14, &play},
     Action{"press in a hurry", 4, &pressInAHurry},
     Action{"look", 20, &look},
+    Action{"watch for long", 8, &watchForLong},
     Action{"another detector", 12, &changeDetector},
     Action{"range", 4, &chooseRange},
     Action{"test pattern", 3, &choosePattern},
