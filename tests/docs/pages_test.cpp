@@ -57,6 +57,17 @@ TEST(Pages, every_link_leads_to_a_page_that_is_there)
     }
 }
 
+TEST(Pages, every_picture_is_there_and_shown)
+{
+    QStringList shown = attributes(page(QStringLiteral("manual.html")), QStringLiteral("src"));
+    QStringList there;
+    for (const QString &name : QDir(folder().filePath(QStringLiteral("images"))).entryList(QDir::Files))
+        there << QStringLiteral("images/") + name;
+    shown.sort();
+    EXPECT_GT(there.size(), 1);
+    EXPECT_EQ(shown, there);
+}
+
 TEST(Pages, tables_and_Chinese_texts_arrive_whole)
 {
     const QString html = page(QStringLiteral("manual.html"));
