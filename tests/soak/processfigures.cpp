@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 
+#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 
@@ -17,7 +18,7 @@ constexpr qint64 cachedKiB = 16 * 1024;
 qint64 heapBytes()
 {
     char *text = nullptr;
-    size_t length = 0;
+    std::size_t length = 0;
     std::FILE *stream = open_memstream(&text, &length);
     malloc_info(0, stream);
     std::fclose(stream);
