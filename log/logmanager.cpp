@@ -7,6 +7,7 @@
 #include <QTextStream>
 
 #include <algorithm>
+#include <vector>
 
 namespace {
 
@@ -15,7 +16,14 @@ constexpr unsigned long linePauseMs = 100;
 constexpr int keptDays = 3;
 constexpr qsizetype maxWaiting = 10000;
 
-LogManager *logInstance = nullptr;
+std::atomic<LogManager *> logInstance{nullptr};
+
+/// A thread that hung in a call of a driver library, and was left behind, may hold the log when it ends.
+std::vector<LogManager *> &endedLogs()
+{
+    static auto *logs = new std::vector<LogManager *>; // never deleted: such a thread may outlive main()
+    return *logs;
+}
 
 /// What breaks a line or steers a terminal: the control characters of both sets, and Unicode's own line ends.
 bool isControl(QChar character)
@@ -51,14 +59,18 @@ void removeFilesFromTheFuture(const QDir &folder)
 
 void LogManager::createInstance()
 {
-    logInstance = new LogManager;
-    logInstance->start(QThread::InheritPriority);
+    auto *log = new LogManager;
+    log->start(QThread::InheritPriority);
+    logInstance = log;
 }
 
 void LogManager::destroyInstance()
 {
-    delete logInstance;
-    logInstance = nullptr;
+    LogManager *log = logInstance.exchange(nullptr);
+    if (log == nullptr)
+        return;
+    log->end();
+    endedLogs().push_back(log);
 }
 
 LogManager *LogManager::instance()
@@ -88,7 +100,7 @@ void LogManager::openLogFile(const QString &folder)
     }
 }
 
-LogManager::~LogManager()
+void LogManager::end()
 {
     m_running = false;
     wait(QDeadlineTimer(QDeadlineTimer::Forever));

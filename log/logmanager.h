@@ -28,14 +28,14 @@ public:
     /// Makes the one log and starts its thread. Must come before anything that logs.
     static void createInstance();
 
-    /// Ends and deletes the log, if there is one. Waits for the thread, about a second when it is idle.
-    /// Messages that still wait are appended to the file raw: neither stamp nor line feed.
+    /// Ends the log, if there is one. Waits for the thread, about a second when it is idle. Messages that
+    /// still wait are appended to the file raw: neither stamp nor line feed. What a thread that took the log
+    /// before hands over afterwards is written nowhere.
     static void destroyInstance();
 
-    /// The log of this process; null before createInstance() and after destroyInstance().
+    /// The log of this process; null before createInstance() and after destroyInstance(). Any thread; what
+    /// was taken stays valid.
     [[nodiscard]] static LogManager *instance();
-
-    ~LogManager() override;
 
     /// Queues a message, or counts it when too many wait. Any thread; holds the mutex for the append only and
     /// never fails.
@@ -50,6 +50,7 @@ protected:
 private:
     LogManager();
     void openLogFile(const QString &folder);
+    void end();
     [[nodiscard]] bool takeNext(QString &message);
     /// Queues the line about dropped messages, if there are any; m_mutex is held.
     void tellDropped();

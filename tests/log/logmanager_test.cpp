@@ -11,6 +11,9 @@
 #include <QTest>
 #include <QThread>
 
+#include <atomic>
+#include <thread>
+
 namespace {
 
 const QString separator = QStringLiteral("   >>   ");
@@ -216,4 +219,31 @@ TEST_F(Log, destroying_twice_does_nothing_the_second_time)
     const QString before = content();
     LogManager::destroyInstance();
     EXPECT_EQ(content(), before);
+}
+
+TEST_F(Log, a_thread_that_took_the_log_before_it_ended_may_still_hand_over_a_message)
+{
+    LogManager::createInstance();
+    LogManager *const taken = LogManager::instance();
+    LogManager::destroyInstance();
+    const QString before = content();
+    taken->writeLog(QStringLiteral("late"));
+    EXPECT_EQ(content(), before);
+}
+
+TEST_F(Log, a_thread_that_was_left_behind_may_write_while_the_log_ends)
+{
+    LogManager::createInstance();
+    std::atomic<bool> wrote{false};
+    std::jthread left([&wrote] {
+        LogManager *log = nullptr;
+        while ((log = LogManager::instance()) != nullptr) {
+            log->writeLog(QStringLiteral("m"));
+            wrote = true;
+        }
+    });
+    ASSERT_TRUE(QTest::qWaitFor([&] { return wrote.load(); }, 10000));
+    LogManager::destroyInstance();
+    left.join();
+    EXPECT_TRUE(content().contains(QStringLiteral("日志线程结束")));
 }
