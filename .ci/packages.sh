@@ -15,6 +15,8 @@ test_packages=(
 )
 tidy_packages=(clang-tidy)
 fuzz_packages=(clang libclang-rt-14-dev)
+# For tests/tsan: Qt's generators, and what gets and unpacks its source.
+tsan_packages=(qt6-base-dev-tools dpkg-dev perl)
 # For packaging/linux: what packs, what looks at the result, and a fresh system to use it on.
 package_packages=(dpkg-dev file lintian appstream desktop-file-utils debootstrap)
 # For packaging/windows: compiler, assembler, Qt's generators, sources, packing, and what runs the result.

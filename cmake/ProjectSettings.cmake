@@ -19,11 +19,16 @@ if(QV1K_SANITIZE)
   target_link_options(qv1k_settings INTERFACE -fsanitize=address,undefined)
   target_compile_definitions(qv1k_settings INTERFACE _GLIBCXX_ASSERTIONS)
 endif()
+if(QV1K_SANITIZE_THREADS)
+  target_compile_options(qv1k_settings INTERFACE -fsanitize=thread -fno-omit-frame-pointer)
+  target_link_options(qv1k_settings INTERFACE -fsanitize=thread)
+endif()
 
 # What stops a program that writes past its end. The sanitizers see more, and the checks of the C library would keep some
 # of it from them; MinGW's are a library of their own, which the program would have to bring along.
 set(QV1K_HARDENED OFF)
-if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang" AND CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT QV1K_SANITIZE)
+if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang" AND CMAKE_SYSTEM_NAME STREQUAL "Linux"
+   AND NOT QV1K_SANITIZE AND NOT QV1K_SANITIZE_THREADS)
   set(QV1K_HARDENED ON)
   set(optimised $<NOT:$<CONFIG:Debug>>)
   target_compile_options(

@@ -1,6 +1,7 @@
 #include "device/protocol/commandframes.h"
 #include "device/protocol/frameformat.h"
 #include "tests/support/linkfixture.h"
+#include "tests/support/patience.h"
 
 #include <QTest>
 
@@ -36,7 +37,7 @@ protected:
     {
         QElapsedTimer timer;
         timer.start();
-        while (!predicate() && timer.elapsed() < 20000)
+        while (!predicate() && timer.elapsed() < 20000 * patience)
             QThread::yieldCurrentThread();
         return predicate();
     }
@@ -62,13 +63,13 @@ constexpr int requestsFor64Frames = 64 * FrameFormat::blocksPerFrame;
 
 TEST_F(HeldBack, when_64_frames_wait_the_next_first_block_is_not_requested_until_half_are_through)
 {
-    ASSERT_TRUE(waitBlocked([&] { return fake.written().size() == requestsFor64Frames; }));
+    ASSERT_TRUE(waitBlocked([&] { return fake.writes() == requestsFor64Frames; }));
     ASSERT_TRUE(waitBlocked([&] { return fake.waiting() == 0; }));
     pass();
-    EXPECT_EQ(fake.written().size(), requestsFor64Frames);
+    EXPECT_EQ(fake.writes(), requestsFor64Frames);
 
     // The request comes when 32 are through, and it is the one that was due.
-    ASSERT_TRUE(QTest::qWaitFor([&] { return fake.written().size() > requestsFor64Frames; }, 10000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return fake.writes() > requestsFor64Frames; }, 10000));
     EXPECT_GE(received, 32);
     EXPECT_EQ(fake.written().at(requestsFor64Frames), CommandFrame::blockRequest(0));
     EXPECT_EQ(fake.written().at(requestsFor64Frames - 1), CommandFrame::blockRequest(31));
@@ -76,7 +77,7 @@ TEST_F(HeldBack, when_64_frames_wait_the_next_first_block_is_not_requested_until
 
 TEST_F(HeldBack, nothing_is_requested_while_more_than_half_still_wait)
 {
-    ASSERT_TRUE(waitBlocked([&] { return fake.written().size() == requestsFor64Frames; }));
+    ASSERT_TRUE(waitBlocked([&] { return fake.writes() == requestsFor64Frames; }));
     ASSERT_TRUE(waitBlocked([&] { return fake.waiting() == 0; }));
     pass();
     qsizetype requestsThen = 0;
@@ -84,7 +85,7 @@ TEST_F(HeldBack, nothing_is_requested_while_more_than_half_still_wait)
         if (received != 32) // 31 are through, 33 wait
             return;
         pass();
-        requestsThen = fake.written().size();
+        requestsThen = fake.writes();
     };
     ASSERT_TRUE(QTest::qWaitFor([&] { return received >= 64; }, 10000));
     EXPECT_EQ(requestsThen, requestsFor64Frames);
@@ -99,9 +100,9 @@ TEST_F(HeldBack, a_frame_is_not_through_before_who_was_connected_after_the_start
         if (++receivedLate != 32) // 31 are through, 33 wait
             return;
         pass();
-        requestsThen = fake.written().size();
+        requestsThen = fake.writes();
     });
-    ASSERT_TRUE(waitBlocked([&] { return fake.written().size() == requestsFor64Frames; }));
+    ASSERT_TRUE(waitBlocked([&] { return fake.writes() == requestsFor64Frames; }));
     ASSERT_TRUE(waitBlocked([&] { return fake.waiting() == 0; }));
     pass();
     ASSERT_TRUE(QTest::qWaitFor([&] { return received >= 64; }, 10000));
@@ -110,11 +111,11 @@ TEST_F(HeldBack, a_frame_is_not_through_before_who_was_connected_after_the_start
 
 TEST_F(HeldBack, a_stop_request_is_honoured_while_held_back)
 {
-    ASSERT_TRUE(waitBlocked([&] { return fake.written().size() == requestsFor64Frames; }));
+    ASSERT_TRUE(waitBlocked([&] { return fake.writes() == requestsFor64Frames; }));
     ASSERT_TRUE(waitBlocked([&] { return fake.waiting() == 0; }));
     pass();
     link().requestStop();
-    ASSERT_TRUE(waitBlocked([&] { return fake.written().size() > requestsFor64Frames; }));
+    ASSERT_TRUE(waitBlocked([&] { return fake.writes() > requestsFor64Frames; }));
     EXPECT_EQ(fake.written().last(), CommandFrame::haltAcquisition());
     ASSERT_TRUE(QTest::qWaitFor([&] { return stops == 1; }, 10000));
     EXPECT_EQ(received, 64);
@@ -122,7 +123,7 @@ TEST_F(HeldBack, a_stop_request_is_honoured_while_held_back)
 
 TEST_F(HeldBack, a_new_start_while_held_back_begins_afresh)
 {
-    ASSERT_TRUE(waitBlocked([&] { return fake.written().size() == requestsFor64Frames; }));
+    ASSERT_TRUE(waitBlocked([&] { return fake.writes() == requestsFor64Frames; }));
     ASSERT_TRUE(waitBlocked([&] { return fake.waiting() == 0; }));
     pass();
     link().closeDevice();
@@ -130,6 +131,6 @@ TEST_F(HeldBack, a_new_start_while_held_back_begins_afresh)
     fake.clearWritten();
     link().startReceive();
     link().write(CommandFrame::blockRequest(0));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return fake.written().size() > FrameFormat::blocksPerFrame; }, 10000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return fake.writes() > FrameFormat::blocksPerFrame; }, 10000));
     EXPECT_EQ(fake.written().at(1), CommandFrame::blockRequest(1));
 }

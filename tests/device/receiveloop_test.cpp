@@ -2,7 +2,6 @@
 #include "device/protocol/frameformat.h"
 #include "tests/support/linkfixture.h"
 
-#include <QSignalSpy>
 #include <QTest>
 #include <QThread>
 

@@ -1,10 +1,10 @@
 #include "device/conversations.h"
 #include "device/exchange.h"
 #include "device/protocol/frameformat.h"
+#include "tests/support/arrivedsignals.h"
 #include "tests/support/linkfixture.h"
 
 #include <QElapsedTimer>
-#include <QSignalSpy>
 #include <QTest>
 
 #include <atomic>
@@ -25,9 +25,9 @@ protected:
         ASSERT_TRUE(log.waitForMessage(QStringLiteral("串口接收线程开启")));
     }
 
-    QSignalSpy lost{&link(), &PortManager::lost};
-    QSignalSpy interrupted{&link(), &PortManager::interrupted};
-    QSignalSpy stops{&link(), &PortManager::stop};
+    ArrivedSignals<> lost{link(), &PortManager::lost};
+    ArrivedSignals<bool> interrupted{link(), &PortManager::interrupted};
+    ArrivedSignals<> stops{link(), &PortManager::stop};
 };
 
 const QByteArray voltages = hex("FFAA01020DEB8000");
@@ -170,17 +170,17 @@ TEST_F(SickLink, a_stream_that_falls_silent_is_told_and_so_is_its_next_byte)
 {
     startReceiving();
     ASSERT_TRUE(interrupted.wait(10000));
-    EXPECT_EQ(interrupted.takeFirst().first(), true);
+    EXPECT_EQ(std::get<0>(interrupted.takeFirst()), true);
     fake.push("x");
     ASSERT_TRUE(interrupted.wait(10000));
-    EXPECT_EQ(interrupted.takeFirst().first(), false);
+    EXPECT_EQ(std::get<0>(interrupted.takeFirst()), false);
     EXPECT_TRUE(log.waitForMessage(QStringLiteral("接收数据恢复")));
     EXPECT_EQ(log.messages().count(QStringLiteral("接收数据中断")), 1);
 }
 
 TEST_F(SickLink, bytes_that_the_bridge_lost_are_told_with_the_next_ones_that_arrive)
 {
-    QSignalSpy losses(&link(), &PortManager::bytesLost);
+    ArrivedSignals<quint32> losses(link(), &PortManager::bytesLost);
     fake.setLosses(5); // before the start: no news
     startReceiving();
     fake.push("x");
@@ -189,7 +189,7 @@ TEST_F(SickLink, bytes_that_the_bridge_lost_are_told_with_the_next_ones_that_arr
     fake.setLosses(7);
     fake.push("x");
     ASSERT_TRUE(losses.wait(10000));
-    EXPECT_EQ(losses.takeFirst().first(), 2U);
+    EXPECT_EQ(std::get<0>(losses.takeFirst()), 2U);
     EXPECT_TRUE(log.waitForMessage(QStringLiteral("接收数据丢失 = 2")));
 }
 

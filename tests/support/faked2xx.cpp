@@ -8,6 +8,13 @@ namespace {
 
 FakeD2xx *fake = nullptr;
 
+/// A copy that shares nothing with the list, which the library's threads go on filling.
+template <typename Item>
+QList<Item> apart(const QList<Item> &list)
+{
+    return {list.begin(), list.end()};
+}
+
 } // namespace
 
 /// The library's functions; free of `this`, as a C interface is.
@@ -239,12 +246,18 @@ void FakeD2xx::setReadResult(Status status)
 QList<QByteArray> FakeD2xx::written() const
 {
     const QMutexLocker lock(&m_mutex);
-    return m_written;
+    return apart(m_written);
 }
 
 QByteArray FakeD2xx::writtenHex() const
 {
     return written().join().toHex().toUpper();
+}
+
+qsizetype FakeD2xx::writes() const
+{
+    const QMutexLocker lock(&m_mutex);
+    return m_written.size();
 }
 
 void FakeD2xx::clearWritten()
@@ -256,13 +269,13 @@ void FakeD2xx::clearWritten()
 QStringList FakeD2xx::calls() const
 {
     const QMutexLocker lock(&m_mutex);
-    return m_calls;
+    return apart(m_calls);
 }
 
 QStringList FakeD2xx::trace() const
 {
     const QMutexLocker lock(&m_mutex);
-    return m_trace;
+    return apart(m_trace);
 }
 
 int FakeD2xx::reads() const

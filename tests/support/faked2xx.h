@@ -54,9 +54,10 @@ public:
     /// What is told when something went wrong.
     QByteArray problem;
 
-    /// All writes so far, and all of them in one piece as upper-case hexadecimal text.
+    /// All writes so far, all of them in one piece as upper-case hexadecimal text, and their number.
     [[nodiscard]] QList<QByteArray> written() const;
     [[nodiscard]] QByteArray writtenHex() const;
+    [[nodiscard]] qsizetype writes() const;
     void clearWritten();
     /// Every call but status, read and write, with its arguments, e.g. "SetBitMode 255 64".
     [[nodiscard]] QStringList calls() const;

@@ -7,8 +7,6 @@
 namespace {
 
 const QStringList shortTimeout{QStringLiteral("--timeout"), QStringLiteral("1")};
-/// Long enough for the first frames also on a busy machine; what is waited for comes after them.
-const QStringList frameTimeout{QStringLiteral("--timeout"), QStringLiteral("5")};
 
 } // namespace
 
@@ -51,7 +49,7 @@ TEST_F(Acquire, a_stream_that_stalls_is_a_time_out_and_the_frames_so_far_are_kep
 {
     detector("[Faults]\nStallAfterBytes=10000000\n"); // in the third frame
     runVirtual(QStringList{QStringLiteral("--frames"), QStringLiteral("5")} + frameTimeout);
-    expectFailure(QStringLiteral("time-out: no frame for 5 s, 2 of 5 received"));
+    expectSilenceAfter(2, 5);
     EXPECT_EQ(QDir(QStringLiteral("out/T")).entryList(QDir::Files).size(), 2);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tests/support/patience.h"
 #include "tests/support/virtualdetector.h"
 
 #include <gtest/gtest.h>
@@ -21,7 +22,7 @@ protected:
         QProcess process;
         process.setProcessEnvironment(environment);
         process.start(program, arguments);
-        ASSERT_TRUE(process.waitForFinished(120000)) << qPrintable(process.errorString());
+        ASSERT_TRUE(process.waitForFinished(120000 * patience)) << qPrintable(process.errorString());
         ASSERT_EQ(process.exitStatus(), QProcess::NormalExit);
         exitCode = process.exitCode();
         output = textOf(process.readAllStandardOutput());
@@ -48,6 +49,19 @@ protected:
         EXPECT_EQ(errors.count(QLatin1Char('\n')), 1) << qPrintable(errors);
         EXPECT_TRUE(errors.startsWith(QStringLiteral("qv1k-acquire: "))) << qPrintable(errors);
         EXPECT_TRUE(errors.contains(text)) << qPrintable(errors);
+    }
+
+    /// Long enough for the first frames also on a busy machine; what is waited for comes after them.
+    static constexpr int silenceSeconds = 5 * patience;
+    const QStringList frameTimeout{QStringLiteral("--timeout"), QString::number(silenceSeconds)};
+
+    /// The run ended by that, after so many frames.
+    void expectSilenceAfter(int frames, int wanted) const
+    {
+        expectFailure(QStringLiteral("time-out: no frame for %1 s, %2 of %3 received")
+                          .arg(silenceSeconds)
+                          .arg(frames)
+                          .arg(wanted));
     }
 
     /// What the run wrote to the log: one file, whatever day it is.

@@ -37,19 +37,19 @@ protected:
                 output += textOf(process.readAllStandardOutput());
                 return output.count(QStringLiteral("frame ")) >= count;
             },
-            60000);
+            60000 * patience);
         ASSERT_TRUE(came) << qPrintable(output);
     }
 
     /// Until the detector was sent that frame.
     void waitForWritten(const char *frame)
     {
-        ASSERT_TRUE(QTest::qWaitFor([&] { return written(frame) > 0; }, 60000));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return written(frame) > 0; }, 60000 * patience));
     }
 
     void waitForEnd()
     {
-        ASSERT_TRUE(process.waitForFinished(60000));
+        ASSERT_TRUE(process.waitForFinished(60000 * patience));
         output += textOf(process.readAllStandardOutput());
         errors = textOf(process.readAllStandardError());
         exitCode = process.exitCode();
