@@ -1,4 +1,4 @@
-# OpenCV as the targets opencv_core, opencv_imgcodecs, opencv_videoio.
+# OpenCV as the targets opencv_core, opencv_imgproc, opencv_imgcodecs, opencv_videoio.
 # OpenCV's own package file is used where it is installed; Debian ships it only with the package that
 # pulls in every module, so the headers and libraries of the wanted components are enough too.
 

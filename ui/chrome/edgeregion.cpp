@@ -23,3 +23,13 @@ EdgeRegion::EdgeRegion(QPoint point, const QRect &frame, int edgeWidth)
     bottomRight = onRight && onBottom;
     onAnyEdge = onLeft || onRight || onTop || onBottom;
 }
+
+Qt::Edges EdgeRegion::edges() const
+{
+    Qt::Edges moved;
+    moved.setFlag(Qt::LeftEdge, onLeft);
+    moved.setFlag(Qt::RightEdge, onRight && !onLeft);
+    moved.setFlag(Qt::TopEdge, onTop);
+    moved.setFlag(Qt::BottomEdge, onBottom && !onTop);
+    return moved;
+}

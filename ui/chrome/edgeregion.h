@@ -25,5 +25,8 @@ struct EdgeRegion
     /// pixel outside the frame.
     EdgeRegion(QPoint point, const QRect &frame, int edgeWidth);
 
+    /// Those that a press there moves: two in a corner, none beside the edges.
+    [[nodiscard]] Qt::Edges edges() const;
+
     friend bool operator==(const EdgeRegion &, const EdgeRegion &) = default;
 };

@@ -1,8 +1,12 @@
 #include "ui/chrome/framelesswindowstate.h"
 
+#include "ui/chrome/systemdrag.h"
+
+#include <QGuiApplication>
 #include <QHoverEvent>
 #include <QMouseEvent>
 #include <QWidget>
+#include <QWindow>
 
 namespace {
 
@@ -130,6 +134,8 @@ void FramelessWindowState::move(const QMouseEvent &event)
             updateCursor(global);
         return;
     }
+    if (handToSystem())
+        return;
     if (isOn(FramelessOption::Resize) && pressRegion.onAnyEdge) {
         resizeTo(global);
         return;
@@ -140,6 +146,24 @@ void FramelessWindowState::move(const QMouseEvent &event)
         else
             window->move(global - dragOffset);
     }
+}
+
+bool FramelessWindowState::handToSystem()
+{
+    // With the first move, not the press: a press may become a double click.
+    const SystemDrag drag =
+        SystemDrag::of(QGuiApplication::platformName(), helper->m_options, pressRegion, titlePressed);
+    QWindow *handle = window->windowHandle();
+    if (drag == SystemDrag() || handle == nullptr)
+        return false;
+    const bool isTaken = drag.moves ? handle->startSystemMove() : handle->startSystemResize(drag.resizes);
+    if (isTaken) {
+        // The release goes to the system.
+        leftPressed = false;
+        titlePressed = false;
+        pressRegion = {};
+    }
+    return isTaken;
 }
 
 void FramelessWindowState::leave()

@@ -59,6 +59,8 @@ private:
     void release(const QMouseEvent &event);
     void doubleClick(const QMouseEvent &event);
     void move(const QMouseEvent &event);
+    /// True when the system moves or resizes the window from here on.
+    bool handToSystem();
     void leave();
     void hover(const QHoverEvent &event);
     void updateCursor(QPoint global);

@@ -1,11 +1,14 @@
 #include "ui/keepratiowidget.h"
 
 #include "device/protocol/frameformat.h"
+#include "imaging/screenpicture.h"
 
 #include <QColorSpace>
 #include <QDebug>
 #include <QHBoxLayout>
+#include <QHash>
 #include <QImage>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPixmap>
@@ -17,6 +20,7 @@
 namespace {
 
 constexpr int contentMargin = 2;
+constexpr int largeStep = 16; ///< pixels
 constexpr double coordinateRange = FrameFormat::side;
 
 /// From this many pixels on Qt scales pictures of every format as 32-bit pixels.
@@ -79,6 +83,8 @@ QImage KeepRatioWidget::showPicture()
         m_label->setPixmap(QPixmap());
         return {};
     }
+    if (const qreal ratio = devicePixelRatioF(); ratio != 1.0)
+        return showSharp(ratio);
     if (isLargeAndGrey(m_picture)) {
         // Scaling and showing both work on 32-bit pixels. Staying there until the end, instead of going back
         // to grey in between, saves about half of the time and gives the same pixels.
@@ -91,12 +97,26 @@ QImage KeepRatioWidget::showPicture()
     return scaled;
 }
 
+QImage KeepRatioWidget::showSharp(qreal ratio)
+{
+    // Scaled to the desktop's pixels, the picture would be scaled once more when it is painted, and be soft.
+    const QSize size =
+        m_picture.size().scaled((QSizeF(m_label->size()) * ratio).toSize(), Qt::KeepAspectRatio);
+    const bool isGrey = m_picture.format() == QImage::Format_Grayscale8 && !m_picture.colorSpace().isValid();
+    QImage scaled = isGrey ? ScreenPicture::scaled(m_picture, size) : scaledTo(m_picture, size);
+    scaled.setDevicePixelRatio(ratio);
+    m_label->setPixmap(QPixmap::fromImage(scaled));
+    return scaled;
+}
+
 bool KeepRatioWidget::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_label && event->type() == QEvent::MouseButtonPress)
         reportClick(static_cast<const QMouseEvent &>(*event));
     // Clicks are mapped by the label's size: the picture goes on filling it.
-    if (watched == m_label && event->type() == QEvent::Resize)
+    // On another screen, it goes on being sharp.
+    if (watched == m_label &&
+        (event->type() == QEvent::Resize || event->type() == QEvent::ScreenChangeInternal))
         showPicture();
     return QFrame::eventFilter(watched, event);
 }
@@ -107,8 +127,25 @@ void KeepRatioWidget::reportClick(const QMouseEvent &press)
     if (press.button() != Qt::LeftButton || size.isEmpty())
         return;
     const QPointF position = press.position();
-    Q_EMIT click_coor(static_cast<int>(std::floor(position.x() / size.width() * coordinateRange)),
-                      static_cast<int>(std::floor(position.y() / size.height() * coordinateRange)));
+    pick({static_cast<int>(std::floor(position.x() / size.width() * coordinateRange)),
+          static_cast<int>(std::floor(position.y() / size.height() * coordinateRange))});
+}
+
+void KeepRatioWidget::pick(QPoint place)
+{
+    m_picked = place;
+    Q_EMIT click_coor(place.x(), place.y());
+}
+
+void KeepRatioWidget::keyPressEvent(QKeyEvent *event)
+{
+    static const QHash<int, QPoint> directions{
+        {Qt::Key_Left, {-1, 0}}, {Qt::Key_Right, {1, 0}}, {Qt::Key_Up, {0, -1}}, {Qt::Key_Down, {0, 1}}};
+    const auto direction = directions.constFind(event->key());
+    if (direction == directions.constEnd())
+        return QFrame::keyPressEvent(event);
+    const QPoint place = m_picked + *direction * (event->modifiers() & Qt::ShiftModifier ? largeStep : 1);
+    pick({std::clamp(place.x(), 0, FrameFormat::side - 1), std::clamp(place.y(), 0, FrameFormat::side - 1)});
 }
 
 void KeepRatioWidget::resizeEvent(QResizeEvent *event)

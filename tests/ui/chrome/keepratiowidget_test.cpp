@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QMouseEvent>
 #include <QSignalSpy>
+#include <QTest>
 
 namespace {
 
@@ -222,4 +223,26 @@ TEST(KeepRatioClick, the_label_still_receives_the_press)
     labelOf(view)->installEventFilter(const_cast<ShownView *>(&view));
     press(labelOf(view), {5, 5});
     EXPECT_EQ(listener.presses, 1);
+}
+
+TEST(KeepRatioWidget, arrow_keys_go_on_from_the_place_clicked_last)
+{
+    ShownView view;
+    const QSignalSpy clicks(&view, &KeepRatioWidget::click_coor);
+    press(labelOf(view), {256, 128});
+    for (const int key : {Qt::Key_Right, Qt::Key_Down, Qt::Key_Left, Qt::Key_Up})
+        QTest::keyClick(&view, static_cast<Qt::Key>(key));
+    QTest::keyClick(&view, Qt::Key_Up, Qt::ShiftModifier);
+    EXPECT_EQ(points(clicks),
+              QList<QPoint>({{512, 256}, {513, 256}, {513, 257}, {512, 257}, {512, 256}, {512, 240}}));
+}
+
+TEST(KeepRatioWidget, arrow_keys_stop_at_the_edges_of_the_picture)
+{
+    ShownView view;
+    press(labelOf(view), {0, 511});
+    const QSignalSpy clicks(&view, &KeepRatioWidget::click_coor);
+    for (const int key : {Qt::Key_Left, Qt::Key_Down, Qt::Key_Down})
+        QTest::keyClick(&view, static_cast<Qt::Key>(key));
+    EXPECT_EQ(points(clicks), QList<QPoint>({{0, 1022}, {0, 1023}, {0, 1023}}));
 }
