@@ -54,6 +54,11 @@ public:
     /// constants in every range.
     void setCurrentRange(int nanoamperes) { currentRange = nanoamperes; }
 
+    /// Root folder of the next recording.
+    [[nodiscard]] const QString &logPath() const { return recorder.next().root; }
+    /// Folder of the recording that runs or, between two, of the last; empty before the first.
+    [[nodiscard]] QString recordingFolder() const { return recorder.folder(); }
+
     [[nodiscard]] int getCaliFrameCount() const { return caliFrameCount; }
     [[nodiscard]] int getSaveFrameTotal() const { return recorder.frameTotal(); }
     [[nodiscard]] int getCurrentRange() const { return currentRange; }

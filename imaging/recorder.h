@@ -59,6 +59,9 @@ public:
     /// What has become of the recording that runs or, between two, of the last. After a stop() too.
     [[nodiscard]] const RecordingResult &result() const { return m_result; }
 
+    /// Folder of the recording that runs or, between two, of the last; empty before the first.
+    [[nodiscard]] QString folder() const { return m_files.name.isEmpty() ? QString() : m_files.folder(); }
+
     /// Begins a recording, a running one ends as it is. Makes the folder if it is missing. Without any form
     /// nothing runs afterwards.
     void start(RecordingForms forms);

@@ -89,6 +89,9 @@ private:
     [[nodiscard]] QByteArray ask(QByteArray (*question)(PortManager &link));
 
     void markFields();
+    /// After the caption before it, for who cannot see the form.
+    void nameField(QLineEdit &edit, int number);
+    void buildListKeys();
     void showModeAndAdc(const Readback::Parameters &parameters);
     void showVoltages(const QList<int> &codes);
     void showTiming(const QList<qint32> &words);

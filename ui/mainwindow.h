@@ -12,6 +12,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 class DeviceMessages;
 class DeviceWatcher;
@@ -115,6 +116,9 @@ private:
     void createServices();
     void connectPipeline();
     void buildFrameCountBox();
+    void buildShortcuts();
+    /// As by its entry in the list, and on to its first field.
+    void goToPage(int row);
     void applySettings();
 
     // Link
@@ -148,6 +152,8 @@ private:
     // States: the only ways from one to the other
     [[nodiscard]] bool isConnected() const;
     void startStatusTimer();
+    /// The battery's tool tip: the charge told last, or that there is none to tell.
+    void showBattery();
     void enterConnected();
     /// Closes the device; ends an acquisition that runs.
     void enterDisconnected();
@@ -195,6 +201,9 @@ private:
                        double fill);
 
     // Save page
+    /// `path`: as the settings have it, empty for the default folder.
+    void showSavePath(const QString &path);
+    void openRecordingFolder();
     [[nodiscard]] QString parameterSummary() const;
     void connectSavePage();
     /// Beside the recording's state, how much of it is stored; what failed is its tool tip too.
@@ -210,10 +219,11 @@ private:
     qint32 m_clickX = 0; ///< image coordinates clicked last
     qint32 m_clickY = 0;
     std::unique_ptr<ProcessImage> m_process;
-    QTimer m_statusTimer;     ///< asks for the battery charge while connected and idle
-    QElapsedTimer m_fpsTimer; ///< since the picture before
-    qint64 m_frameCount = 0;  ///< pictures shown since the acquisition started
-    qint64 m_elapsedMs = 0;   ///< time over those pictures
+    QTimer m_statusTimer;              ///< asks for the battery charge while connected and idle
+    std::optional<int> m_batteryLevel; ///< percent; none before the first answer of a connection
+    QElapsedTimer m_fpsTimer;          ///< since the picture before
+    qint64 m_frameCount = 0;           ///< pictures shown since the acquisition started
+    qint64 m_elapsedMs = 0;            ///< time over those pictures
     QSettings m_settings{QStringLiteral("./config.ini"), QSettings::IniFormat};
     bool m_settingsCheckDue = false;
     bool m_settingsFailureTold = false;
@@ -224,7 +234,7 @@ private:
     DeviceMessages *m_deviceMessages = nullptr; ///< the window's child; on Windows
     QMap<SystemNote, QString> m_systemNotes;
     QStringList m_manualFolders; ///< where it is looked for
-    QString m_interruption; ///< what is told of the stream
+    QString m_interruption;      ///< what is told of the stream
     QString m_losses;
     int m_flows = 0; ///< that are under way, one within the other
     std::unique_ptr<ReadinessWait> m_readinessWait;

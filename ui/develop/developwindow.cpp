@@ -1,6 +1,7 @@
 #include "ui/developwindow.h"
 
 #include "device/protocol/timing.h"
+#include "ui/chrome/availability.h"
 #include "ui/chrome/wheelguard.h"
 #include "ui/develop/fieldmarks.h"
 #include "ui/parameterkeys.h"
@@ -10,6 +11,7 @@
 #include "ui_developwindow.h"
 
 #include <QSettings>
+#include <QShortcut>
 
 #include <algorithm>
 #include <array>
@@ -39,6 +41,7 @@ developwindow::developwindow(QSettings *store, QWidget *parent)
     fillLists();
     new WheelGuard(*this);
     markFields();
+    buildListKeys();
     setFocus();
     load();
 }
@@ -53,8 +56,10 @@ void developwindow::setAcquiring(bool isAcquiring)
     for (QPushButton *button : findChildren<QPushButton *>()) {
         if (button == ui->pushButton_cal_time)
             continue;
-        button->setEnabled(!isAcquiring);
-        button->setToolTip(isAcquiring ? tr("Stop the acquisition first") : QString());
+        if (isAcquiring)
+            Availability::withhold(*button, tr("Stop the acquisition first"));
+        else
+            Availability::grant(*button);
     }
 }
 
@@ -71,8 +76,40 @@ void developwindow::markFields()
         QLineEdit *edit = field(number);
         if (edit == nullptr)
             continue;
+        nameField(*edit, number);
         FieldMarks::show(*edit, number);
         connect(edit, &QLineEdit::textChanged, edit, [edit, number] { FieldMarks::show(*edit, number); });
+    }
+}
+
+void developwindow::nameField(QLineEdit &edit, int number)
+{
+    auto *caption =
+        findChild<QLabel *>(number == 1 ? QStringLiteral("label") : QStringLiteral("label_%1").arg(number));
+    if (caption == nullptr)
+        return;
+    caption->setBuddy(&edit);
+    edit.setAccessibleName(number < ParameterKeys::firstEeprom ? caption->text()
+                                                               : tr("EEPROM word %1").arg(caption->text()));
+}
+
+void developwindow::buildListKeys()
+{
+    struct ListKeys
+    {
+        QComboBox *list;
+        const QLabel *caption;
+        Qt::Key key;
+    };
+    // The lists take no focus: a key of its own opens each.
+    for (const auto &[list, caption, key] : {ListKeys{ui->comboBox_ope, ui->label_ope, Qt::Key_O},
+                                             {ui->comboBox_data, ui->label_data, Qt::Key_D},
+                                             {ui->comboBox_mode, ui->label_mode, Qt::Key_T},
+                                             {ui->comboBox_pcrange, ui->label_pcrange, Qt::Key_P}}) {
+        const QKeySequence keys(Qt::ALT | key);
+        list->setAccessibleName(caption->text().simplified());
+        list->setToolTip(tr("%1 opens the list").arg(keys.toString(QKeySequence::NativeText)));
+        connect(new QShortcut(keys, this), &QShortcut::activated, list, &QComboBox::showPopup);
     }
 }
 

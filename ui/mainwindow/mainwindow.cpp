@@ -69,6 +69,7 @@ mainwindow::mainwindow(QWidget *parent) : QMainWindow(parent), ui(std::make_uniq
     buildFrameCountBox();
     connectManual();
     applySettings();
+    buildShortcuts();
     new WheelGuard(*this);
     m_link->listDevices();
     fillPortList(m_link->detectors(), m_link->otherBridges());
@@ -166,6 +167,7 @@ void mainwindow::buildFrameCountBox()
     box->setCompleter(nullptr);
     box->setInsertPolicy(QComboBox::NoInsert);
     box->lineEdit()->setPlaceholderText(box->placeholderText());
+    box->lineEdit()->setAccessibleName(box->accessibleName());
     box->setValidator(new QIntValidator(1, 1000, box));
     connect(box, &QComboBox::editTextChanged, this, [box](const QString &text) {
         const QString clamped = MainWindowRules::clampedFrameCount(text);
@@ -177,9 +179,11 @@ void mainwindow::buildFrameCountBox()
 void mainwindow::applySettings()
 {
     const QString savePath = value(QStringLiteral("SavePath"), QString()).toString();
-    ui->lineEdit_savepath->setText(savePath);
     m_process->setLogPath(savePath);
+    showSavePath(savePath);
     connectSavePage();
+
+    showBattery();
 
     ui->radioButton_optional_gear->hide();
     ui->widget_range->hide();

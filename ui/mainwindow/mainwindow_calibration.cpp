@@ -2,6 +2,7 @@
 
 #include "ui/mainwindow.h"
 
+#include "ui/chrome/availability.h"
 #include "ui_mainwindow.h"
 
 #include <QMessageBox>
@@ -18,8 +19,10 @@ void mainwindow::on_pushButton_cali_clicked()
                                          : QStringLiteral("Open Calibration"));
     for (QPushButton *button : {ui->pushButton_full_on, ui->pushButton_full_off}) {
         button->setVisible(enabled);
-        if (enabled)
-            button->setEnabled(m_isSampling == 1);
+        if (enabled && m_isSampling == 1)
+            Availability::grant(*button);
+        else if (enabled)
+            Availability::withhold(*button, tr("Start the acquisition first"));
     }
     if (!enabled) {
         ui->progressBar_cali->setValue(0);

@@ -4,6 +4,7 @@
 
 #include "device/portmanager.h"
 #include "ui/mainwindow/readinesswait.h"
+#include "ui/parameters/waitcursor.h"
 #include "ui_mainwindow.h"
 
 #include <QDebug>
@@ -45,7 +46,11 @@ void mainwindow::connectDevice()
         QMessageBox::critical(this, tr("Error"), tr("Device not found"));
         return;
     }
-    if (!m_link->openDevice(serialNumber)) {
+    const bool isOpen = [&] {
+        const WaitCursor cursor;
+        return m_link->openDevice(serialNumber);
+    }();
+    if (!isOpen) {
         setSystemNote(SystemNote::Link, m_link->problem());
         QMessageBox::critical(this, tr("Error"), tr("Device connect failed"));
         return;

@@ -4,6 +4,7 @@
 
 #include "device/portmanager.h"
 #include "ui/mainwindow/readinesswait.h"
+#include "ui/parameters/waitcursor.h"
 
 #include <QCloseEvent>
 #include <QMessageBox>
@@ -47,6 +48,7 @@ void mainwindow::leave()
 {
     if (m_isSampling != 1)
         return endRecording();
+    const WaitCursor cursor;
     m_link->halt();
     enterIdle();
 }

@@ -4,7 +4,9 @@
 
 #include "device/conversations.h"
 #include "device/portmanager.h"
+#include "ui/chrome/availability.h"
 #include "ui/mainwindow/readinesswait.h"
+#include "ui/parameters/waitcursor.h"
 #include "ui_mainwindow.h"
 
 #include <QCoreApplication>
@@ -13,12 +15,13 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <utility>
 
 void mainwindow::on_pushButton_sample_clicked()
 {
     // A second press must not get in while this one is at work.
-    ui->pushButton_sample->setEnabled(false);
+    Availability::withhold(*ui->pushButton_sample, tr("The last press is still being carried out"));
     if (!isConnected()) {
         QMessageBox::information(this, tr("Error"), tr("No Devices Connected"));
         endSamplePress();
@@ -26,6 +29,7 @@ void mainwindow::on_pushButton_sample_clicked()
     }
     if (m_isSampling == 1) {
         enterStopping();
+        Availability::withhold(*ui->pushButton_sample, tr("Waiting until the detector has stopped"));
         // The button stays disabled until the receive thread has halted the detector.
         QCoreApplication::processEvents();
         return;
@@ -40,7 +44,7 @@ void mainwindow::on_pushButton_sample_clicked()
 void mainwindow::startAcquisition()
 {
     const auto usable =
-        qScopeGuard([this] { ui->pushButton_sample->setEnabled(true); }); // whatever is thrown
+        qScopeGuard([this] { Availability::grant(*ui->pushButton_sample); }); // whatever is thrown
     m_process->setContrastRatio(ui->doubleSpinBox_contrast->value());
     if (requestTestPattern() && waitUntilReady() && startDetector())
         enterSampling();
@@ -51,14 +55,19 @@ bool mainwindow::waitUntilReady()
 {
     m_readinessWait = std::make_unique<ReadinessWait>(*this);
     const auto done = qScopeGuard([this] { m_readinessWait.reset(); });
-    return Conversation::waitUntilReady(*m_link,
-                                        [this] { return !m_link->isLost() && m_readinessWait->rest(); });
+    std::optional<WaitCursor> cursor(std::in_place);
+    return Conversation::waitUntilReady(*m_link, [&] {
+        cursor.reset(); // the dialog that may come has a button to press
+        const bool goesOn = !m_link->isLost() && m_readinessWait->rest();
+        cursor.emplace();
+        return goesOn;
+    });
 }
 
 void mainwindow::endSamplePress()
 {
     QCoreApplication::processEvents();
-    ui->pushButton_sample->setEnabled(true);
+    Availability::grant(*ui->pushButton_sample);
 }
 
 bool mainwindow::requestTestPattern()
@@ -70,16 +79,22 @@ bool mainwindow::requestTestPattern()
     if (chosen == patterns.end())
         return true;
     const int pattern = 1 + static_cast<int>(chosen - patterns.begin());
-    if (Conversation::selectTestPattern(*m_link, pattern))
-        return true;
+    {
+        const WaitCursor cursor;
+        if (Conversation::selectTestPattern(*m_link, pattern))
+            return true;
+    }
     QMessageBox::critical(this, tr("Error"), tr("test failed"));
     return false;
 }
 
 bool mainwindow::startDetector()
 {
-    if (Conversation::start(*m_link))
-        return true;
+    {
+        const WaitCursor cursor;
+        if (Conversation::start(*m_link))
+            return true;
+    }
     QMessageBox::critical(this, tr("Error"), tr("Play failed"));
     return false;
 }
@@ -91,6 +106,7 @@ void mainwindow::handleStop()
         return;
     runFlow([this] {
         const auto idle = qScopeGuard([this] { enterIdle(); }); // whatever is thrown
+        const WaitCursor cursor;
         Conversation::confirmHalt(*m_link);
         check_lower_computer_status();
     });

@@ -6,8 +6,11 @@
 #include "ui/mainwindow/mainwindow_rules.h"
 #include "ui_mainwindow.h"
 
+#include <QDesktopServices>
+#include <QDir>
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QUrl>
 
 namespace {
 
@@ -24,10 +27,18 @@ void mainwindow::on_pushButton_savepath_clicked()
         QMessageBox::information(this, tr("Error"), tr("Please select a valid path"));
         return;
     }
-    ui->lineEdit_savepath->setText(chosen);
     m_process->setLogPath(chosen);
+    showSavePath(chosen);
     setValue(savePathKey, chosen);
     showRecordingHint();
+}
+
+void mainwindow::showSavePath(const QString &path)
+{
+    const QString shown = QDir::toNativeSeparators(m_process->logPath());
+    ui->lineEdit_savepath->setText(path);
+    ui->lineEdit_savepath->setPlaceholderText(shown);
+    ui->lineEdit_savepath->setToolTip(shown);
 }
 
 void mainwindow::on_pushButton_save_clicked()
@@ -87,6 +98,15 @@ void mainwindow::showRecordingResult()
             failed == 1 ? tr("1 file could not be written") : tr("%1 files could not be written").arg(failed);
     ui->label_savestate->setToolTip(toolTip);
     ui->label_savedetail->setText(MainWindowRules::recordingText(result));
+    ui->pushButton_openfolder->setToolTip(QDir::toNativeSeparators(m_process->recordingFolder()));
+    ui->pushButton_openfolder->show();
+}
+
+void mainwindow::openRecordingFolder()
+{
+    const QString folder = m_process->recordingFolder();
+    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(folder)))
+        ui->label_savedetail->setText(tr("Nothing opens %1").arg(QDir::toNativeSeparators(folder)));
 }
 
 void mainwindow::showRecordingHint()
@@ -106,5 +126,7 @@ void mainwindow::connectSavePage()
         connect(box, &QCheckBox::toggled, this, &mainwindow::showRecordingHint);
     for (const QLineEdit *edit : {ui->lineEdit_savename, ui->lineEdit_savepath})
         connect(edit, &QLineEdit::textChanged, this, &mainwindow::showRecordingHint);
+    ui->pushButton_openfolder->hide(); // until there is one
+    connect(ui->pushButton_openfolder, &QPushButton::clicked, this, &mainwindow::openRecordingFolder);
     showRecordingHint();
 }

@@ -5,9 +5,11 @@
 
 #include "device/conversations.h"
 #include "device/portmanager.h"
+#include "ui/chrome/availability.h"
 #include "ui/developwindow.h"
 #include "ui/mainwindow/readinesswait.h"
 #include "ui/mainwindow/stylesheets.h"
+#include "ui/parameters/waitcursor.h"
 #include "ui_mainwindow.h"
 
 namespace {
@@ -39,14 +41,20 @@ void mainwindow::enterConnected()
     startStatusTimer();
     ui->pushButton_Connect->setText(disconnectText);
     setSystemNote(SystemNote::Link, {});
+    showBattery();
     showStateInDialog();
 }
 
 void mainwindow::enterDisconnected()
 {
     m_statusTimer.stop();
-    m_link->closeDevice();
+    {
+        const WaitCursor cursor;
+        m_link->closeDevice();
+    }
     ui->pushButton_Connect->setText(connectText);
+    m_batteryLevel.reset();
+    showBattery();
     showStateInDialog();
     if (m_readinessWait)
         m_readinessWait->end();
@@ -63,10 +71,10 @@ void mainwindow::enterSampling()
     setPlayLook(stopIcon, StyleSheets::playRunning);
     Conversation::beginReceiving(*m_link);
     m_isSampling = 1;
-    ui->pushButton_set->setEnabled(false);
+    Availability::withhold(*ui->pushButton_set, tr("Stop the acquisition first"));
     // Opened before, the calibration waited for this.
     for (QPushButton *button : {ui->pushButton_full_on, ui->pushButton_full_off})
-        button->setEnabled(true);
+        Availability::grant(*button);
     ui->label_fps->setText(QStringLiteral("FPS: N/A"));
     ui->progressBar->setValue(0);
     ui->label_savestate->clear();
@@ -92,9 +100,9 @@ void mainwindow::enterIdle()
 void mainwindow::leaveSampling(const char *playStyle)
 {
     m_isSampling = 0;
-    ui->pushButton_set->setEnabled(true);
+    Availability::grant(*ui->pushButton_set);
     setPlayLook(playIcon, playStyle);
-    ui->pushButton_sample->setEnabled(true);
+    Availability::grant(*ui->pushButton_sample);
     showInterruption(false);
     showLosses(0);
     showStateInDialog();

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QEvent>
+#include <QShortcut>
 #include <QWidget>
 
 namespace {
@@ -54,6 +55,8 @@ void InputBlock::discardQueuedInput(const QWidget &window)
 
 bool InputBlock::eventFilter(QObject *receiver, QEvent *event)
 {
-    const auto *widget = qobject_cast<QWidget *>(receiver);
+    // A shortcut of the window's gets what was pressed itself.
+    const QObject *owner = qobject_cast<QShortcut *>(receiver) != nullptr ? receiver->parent() : receiver;
+    const auto *widget = qobject_cast<const QWidget *>(owner);
     return widget != nullptr && widget->window() == &m_window && isInput(event->type());
 }
