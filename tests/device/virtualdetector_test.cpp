@@ -153,3 +153,13 @@ TEST_F(VirtualDetector, a_doubled_block_shows_up_in_the_counter_and_in_the_log)
     EXPECT_EQ(wrongFrames, 1);
     EXPECT_TRUE(log.waitForMessage(QStringLiteral("接收数据多余 = 1")));
 }
+
+TEST_F(VirtualDetector, a_link_that_goes_while_the_detector_streams_brought_no_wrong_frame)
+{
+    ASSERT_TRUE(link().openDevice(QStringLiteral("QV1K")));
+    startCounter();
+    ASSERT_TRUE(waitForFrames(1));
+    PortManager::destroyInstance();
+    QCoreApplication::processEvents(); // what was on its way
+    EXPECT_EQ(wrongFrames, 0);
+}
