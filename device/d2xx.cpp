@@ -83,7 +83,15 @@ Status D2xx::open(const char *serialNumber, Handle *handle)
 {
     if (!m_usable)
         return Status::DeviceNotFound;
-    const Status status = m_functions.openEx(const_cast<char *>(serialNumber), openBySerialNumber, handle);
+    const auto openNow = [&] {
+        return m_functions.openEx(const_cast<char *>(serialNumber), openBySerialNumber, handle);
+    };
+    Status status = openNow();
+    const Handle unclosed = m_unclosed.exchange(nullptr);
+    if (status != Status::Ok && unclosed != nullptr) {
+        closeWithin(m_functions.close, unclosed, std::chrono::steady_clock::now() + closingLimit);
+        status = openNow();
+    }
     if (status == Status::Ok || *handle != m_open) {
         ++m_opened;
         m_open = *handle;
@@ -108,7 +116,9 @@ Status D2xx::close(Handle handle)
             closeLeft(use);
         return leaveBehind();
     }
-    return closeWithin(m_functions.close, handle, deadline);
+    const Status status = closeWithin(m_functions.close, handle, deadline);
+    m_unclosed = status == Status::Ok ? nullptr : handle;
+    return status;
 }
 
 Status D2xx::resetDevice(Handle handle)

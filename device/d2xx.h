@@ -36,7 +36,8 @@ public:
     d2xx::Status createDeviceInfoList(quint32 *count) const;
     d2xx::Status getDeviceInfoList(d2xx::DeviceRecord *records, quint32 *count) const;
     /// Opens by serial number (NUL-terminated UTF-8). One device can be open at a time. What the library
-    /// leaves in `handle` counts as open, also when it says that it failed.
+    /// leaves in `handle` counts as open, also when it says that it failed. When it fails and the library had
+    /// failed to close the handle before, both are tried once more.
     d2xx::Status open(const char *serialNumber, d2xx::Handle *handle);
     /// Blocks for closingLimit at most; OtherError when the handle was left behind.
     d2xx::Status close(d2xx::Handle handle);
@@ -77,7 +78,8 @@ private:
     d2xx::Functions m_functions;
     bool m_usable = false;
     std::atomic<d2xx::Handle> m_open{nullptr};
-    std::atomic<std::size_t> m_opened{0}; ///< how often a handle was opened
+    std::atomic<d2xx::Handle> m_unclosed{nullptr}; ///< the library failed to close it
+    std::atomic<std::size_t> m_opened{0};          ///< how often a handle was opened
     /// Of each of the last handles, so that one call that hangs does not hold up the closing of later ones.
     std::array<Use, 16> m_uses{};
 };

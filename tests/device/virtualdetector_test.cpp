@@ -87,6 +87,15 @@ private:
 
 } // namespace
 
+TEST_F(VirtualDetector, a_handle_that_the_library_failed_to_close_does_not_bar_the_next_connection)
+{
+    settleVirtualDetector(log.folder(), "[Faults]\nFailCalls=Close\nFailCallsCount=1\n");
+    ASSERT_TRUE(link().openDevice(QStringLiteral("QV1K")));
+    link().closeDevice();
+    EXPECT_TRUE(link().openDevice(QStringLiteral("QV1K")));
+    EXPECT_TRUE(Conversation::batteryLevel(link()));
+}
+
 TEST_F(VirtualDetector, a_thousand_counter_frames_arrive_whole_and_in_order_none_lost_or_doubled)
 {
     ASSERT_TRUE(link().openDevice(QStringLiteral("QV1K")));
