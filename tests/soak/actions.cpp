@@ -2,6 +2,7 @@
 
 #include "device/portmanager.h"
 #include "tests/soak/faultchoice.h"
+#include "tests/soak/recovery.h"
 #include "ui/keepratiowidget.h"
 
 #include <QCloseEvent>
@@ -17,8 +18,9 @@ constexpr int longWaitMs = 20000;
 void connectOrDisconnect(SoakWindow &window, Chance &chance)
 {
     auto *list = window.find<QComboBox>("comboBox_port");
-    if (chance.oneIn(4) && list->count() > 0)
-        list->setCurrentIndex(chance.between(0, list->count() - 1));
+    const int entry = chance.between(0, std::max(list->count() - 1, 0));
+    if (chance.oneIn(4) && !isMarker(list->itemText(entry)))
+        list->setCurrentIndex(entry);
     // A connection lasts for a few actions, or nothing would ever happen on it.
     if (window.state() == SoakWindow::State::Disconnected || chance.oneIn(4))
         window.press("pushButton_Connect");

@@ -11,7 +11,9 @@
 
 namespace {
 
-constexpr qint64 cachedKiB = 16 * 1024;
+/// Caches of libraries, and what the virtual library keeps of a second detector once it has shown a picture:
+/// 20 MiB.
+constexpr qint64 cachedKiB = 32 * 1024;
 
 /// As the heap tells of itself, all of its arenas together; nothing under AddressSanitizer, whose heap is
 /// another.

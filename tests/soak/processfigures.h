@@ -14,7 +14,7 @@ struct ProcessFigures
     [[nodiscard]] static ProcessFigures now();
     /// The larger one of each figure.
     [[nodiscard]] ProcessFigures most(const ProcessFigures &other) const;
-    /// Heap, threads or handles; of the heap more than the caches of libraries grow by.
+    /// Heap, threads or handles; of the heap more than libraries cache.
     [[nodiscard]] bool holdsMoreThan(const ProcessFigures &before) const;
     [[nodiscard]] QString text() const;
 };

@@ -9,6 +9,7 @@ namespace {
 using State = SoakWindow::State;
 
 constexpr int attempts = 4;
+const QByteArray marked = "HEAL";
 
 /// Whether the virtual detector has read its settings, in which there is a detector of that number.
 [[nodiscard]] bool isListed(const D2xxLibrary &library, const QByteArray &serialNumber)
@@ -27,10 +28,10 @@ constexpr int attempts = 4;
 [[nodiscard]] bool heal(SoakWindow &window)
 {
     static int times = 0;
-    const QByteArray spare = "HEAL" + QByteArray::number(++times);
-    window.settle("[General]\nPacing=none\nSerialNumbers=QV1K," + spare + '\n');
+    const QByteArray marker = marked + QByteArray::number(++times);
+    window.settle("[General]\nPacing=none\nSerialNumbers=QV1K," + marker + '\n');
     const D2xxLibrary library = D2xxLibrary::load(QStringLiteral(QV1K_SOAK_LIBRARY));
-    return QTest::qWaitFor([&] { return isListed(library, spare); }, SoakWindow::patienceMs) &&
+    return QTest::qWaitFor([&] { return isListed(library, marker); }, SoakWindow::patienceMs) &&
            QTest::qWaitFor([&] { return window.ports().contains(QStringLiteral("QV1K")); },
                            SoakWindow::patienceMs);
 }
@@ -89,4 +90,9 @@ QString failsToWorkAgain(SoakWindow &window)
             return {};
     }
     return failed.join(QStringLiteral(", "));
+}
+
+bool isMarker(const QString &serialNumber)
+{
+    return serialNumber.startsWith(QLatin1String(marked));
 }
