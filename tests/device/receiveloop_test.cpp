@@ -5,6 +5,8 @@
 #include <QTest>
 #include <QThread>
 
+#include <stdexcept>
+
 namespace {
 
 class ReceiveLoop : public LinkFixture
@@ -280,6 +282,20 @@ TEST_F(ReceiveLoop, a_failing_read_is_logged_and_its_bytes_dropped)
     ASSERT_EQ(frames[0].size(), FrameFormat::frameBytes);
     for (int i = 0; i < FrameFormat::blocksPerFrame; ++i)
         EXPECT_EQ(frames[0].mid(i * FrameFormat::blockBytes, FrameFormat::blockBytes), block(i));
+}
+
+TEST_F(ReceiveLoop, an_exception_is_logged_and_a_stop_still_ends)
+{
+    const auto fail = [] {
+        throw std::runtime_error("in the receive thread");
+    };
+    QObject::connect(&link(), &PortManager::read_ready, &link(), fail, Qt::DirectConnection);
+    start();
+    arriveBlocks(FrameFormat::blocksPerFrame);
+    EXPECT_TRUE(log.waitForMessage(QStringLiteral("串口接收线程异常")));
+    link().requestStop();
+    arriveBlocks(1);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return stops == 1; }, 10000));
 }
 
 TEST_F(ReceiveLoop, a_pause_slows_the_loop_but_does_not_stop_the_reading)

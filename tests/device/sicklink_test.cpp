@@ -296,6 +296,20 @@ TEST_F(SickLink, a_detector_that_answers_three_queries_with_nothing_is_told_to_h
     EXPECT_EQ(fake.written(), QByteArrayList({query, query, query, halt, query, query}));
 }
 
+TEST_F(SickLink, what_still_comes_within_half_a_second_of_that_halt_is_dropped)
+{
+    link().setMayBeStreaming(true);
+    QElapsedTimer sinceHalt;
+    fake.setOnWrite([&](const QByteArray &frame) {
+        EXPECT_EQ(frame, halt);
+        sinceHalt.start();
+        fake.push(QByteArray(1000, 'x'));
+    });
+    Conversation::haltIfStreaming(link());
+    EXPECT_GE(sinceHalt.elapsed(), 500);
+    EXPECT_EQ(fake.waiting(), 0);
+}
+
 TEST_F(SickLink, a_detector_that_answers_that_it_is_not_ready_is_left_alone)
 {
     fake.answer(query, hex("FFBB03AA00EB"));

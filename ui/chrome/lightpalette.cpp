@@ -44,7 +44,6 @@ QPalette palette()
     QPalette light(text, window, Qt::white, QColor(0xcc, 0xcc, 0xcc), QColor(0xe4, 0xe6, 0xe8), text,
                    Qt::white);
     light.setColor(QPalette::Button, QColor(0xf4, 0xf5, 0xf7));
-    light.setColor(QPalette::ButtonText, text);
     light.setColor(QPalette::AlternateBase, QColor(0xf4, 0xf5, 0xf7));
     light.setColor(QPalette::BrightText, Qt::red);
     light.setColor(QPalette::Highlight, accent);

@@ -35,6 +35,7 @@ TEST_F(MainWindowDevelop, command_buttons_are_grey_while_the_acquisition_runs_an
     openSampling("DebugMode=true\n");
     showFrames(1);
     inDialog({[this](QDialog &dialog) {
+                  EXPECT_FALSE(getChild<QLabel>(dialog, "label_connection")->isVisible());
                   EXPECT_FALSE(commandButton(dialog).isEnabled());
                   EXPECT_EQ(commandButton(dialog).toolTip(), "Stop the acquisition first");
                   EXPECT_TRUE(getChild<QPushButton>(dialog, "pushButton_cal_time")->isEnabled());

@@ -119,6 +119,9 @@ TEST_F(MainWindowStartup, the_light_palette_shows_dark_text_on_light_ground_in_e
         for (const auto ink : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
             EXPECT_LT(light.color(group, ink).lightness(), 160) << group << ink;
     }
+    // What stands in an empty field is paler than what was typed, whatever Qt makes of a colour that is not
+    // set.
+    EXPECT_EQ(light.color(QPalette::PlaceholderText), light.color(QPalette::Disabled, QPalette::Text));
 }
 
 TEST_F(MainWindowStartup, a_dark_desktop_still_shows_a_light_window_and_light_dialogs)
