@@ -38,6 +38,20 @@ Status closeWithin(Close *close, Handle handle, std::chrono::steady_clock::time_
 
 } // namespace
 
+D2xx::~D2xx()
+{
+    closeUnclosed();
+}
+
+bool D2xx::closeUnclosed()
+{
+    const Handle unclosed = m_unclosed.exchange(nullptr);
+    if (unclosed == nullptr)
+        return false;
+    closeWithin(m_functions.close, unclosed, std::chrono::steady_clock::now() + closingLimit);
+    return true;
+}
+
 // Counted in before the handle is compared, and the handle taken back before the count is awaited: of a
 // call and a close that meet, one sees the other. A call that meets a close and the next open is refused.
 template <typename Call>
@@ -87,11 +101,10 @@ Status D2xx::open(const char *serialNumber, Handle *handle)
         return m_functions.openEx(const_cast<char *>(serialNumber), openBySerialNumber, handle);
     };
     Status status = openNow();
-    const Handle unclosed = m_unclosed.exchange(nullptr);
-    if (status != Status::Ok && unclosed != nullptr) {
-        closeWithin(m_functions.close, unclosed, std::chrono::steady_clock::now() + closingLimit);
+    if (status == Status::Ok)
+        m_unclosed = nullptr;
+    else if (closeUnclosed())
         status = openNow();
-    }
     if (status == Status::Ok || *handle != m_open) {
         ++m_opened;
         m_open = *handle;

@@ -26,6 +26,8 @@ class D2xx
 public:
     D2xx() = default;
     explicit D2xx(const d2xx::Functions &functions) : m_functions(functions), m_usable(true) {}
+    /// Tries once more to close a handle that the library had failed to close.
+    ~D2xx();
     Q_DISABLE_COPY_MOVE(D2xx)
 
     static constexpr std::chrono::milliseconds closingLimit{2000};
@@ -74,6 +76,8 @@ private:
     };
     [[nodiscard]] Use &useOf(std::size_t opened);
     void closeLeft(Use &use);
+    /// False when the library has closed every handle.
+    bool closeUnclosed();
 
     d2xx::Functions m_functions;
     bool m_usable = false;

@@ -2,6 +2,7 @@
 #include "device/protocol/frameformat.h"
 #include "tests/support/linkfixture.h"
 
+#include <QPointer>
 #include <QTest>
 #include <QThread>
 
@@ -331,7 +332,9 @@ TEST_F(ReceiveLoop, destroying_the_link_ends_the_thread_also_while_it_is_paused)
 {
     start();
     link().pauseReceive();
+    const QPointer<PortManager> destroyed = &link();
     PortManager::destroyInstance();
+    EXPECT_TRUE(destroyed.isNull());
     EXPECT_TRUE(log.waitFor({QStringLiteral("串口初始化"), QStringLiteral("串口连接配置成功"),
                              QStringLiteral("串口接收线程开启"), QStringLiteral("串口销毁"),
                              QStringLiteral("串口接收线程结束"), QStringLiteral("串口关闭")}));

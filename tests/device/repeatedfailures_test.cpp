@@ -46,3 +46,9 @@ TEST_F(FailuresInARow, end_with_a_read_that_succeeds_which_tells_the_rest)
         EXPECT_EQ(reads.failed(1300), QStringLiteral("串口线程接收数据失败"));
     EXPECT_EQ(reads.failed(1400), QString());
 }
+
+TEST_F(FailuresInARow, tell_also_a_single_one_that_was_not_told)
+{
+    (void)reads.failed(1100);
+    EXPECT_EQ(reads.succeeded(), QStringLiteral("串口线程接收数据失败 1 次"));
+}

@@ -308,6 +308,7 @@ TEST_F(SickLink, what_still_comes_within_half_a_second_of_that_halt_is_dropped)
     Conversation::haltIfStreaming(link());
     EXPECT_GE(sinceHalt.elapsed(), 500);
     EXPECT_EQ(fake.waiting(), 0);
+    EXPECT_LT(fake.statusCalls(), 1000) << "it rests between two looks";
 }
 
 TEST_F(SickLink, a_detector_that_answers_that_it_is_not_ready_is_left_alone)
@@ -331,6 +332,7 @@ TEST_F(SickLink, after_a_start_that_was_not_confirmed_the_first_silence_is_enoug
 
 TEST_F(SickLink, a_lost_device_is_not_told_to_halt)
 {
+    link().setMayBeStreaming(true);
     fake.setStatusResult(Status::IoError);
     EXPECT_FALSE(Conversation::waitUntilReady(link(), [] { return false; }));
     EXPECT_EQ(fake.written(), QByteArrayList{query});

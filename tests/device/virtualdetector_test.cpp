@@ -96,6 +96,17 @@ TEST_F(VirtualDetector, a_handle_that_the_library_failed_to_close_does_not_bar_t
     EXPECT_TRUE(Conversation::batteryLevel(link()));
 }
 
+TEST_F(VirtualDetector, a_handle_that_the_library_failed_to_close_is_closed_at_the_end)
+{
+    settleVirtualDetector(log.folder(), "[Faults]\nFailCalls=Close\nFailCallsCount=1\n");
+    ASSERT_TRUE(link().openDevice(QStringLiteral("QV1K")));
+    link().closeDevice();
+    PortManager::destroyInstance();
+    PortManager::setDriver(D2xxLibrary::load(QStringLiteral("virtual")).driver);
+    PortManager::createInstance();
+    EXPECT_TRUE(link().openDevice(QStringLiteral("QV1K")));
+}
+
 TEST_F(VirtualDetector, a_thousand_counter_frames_arrive_whole_and_in_order_none_lost_or_doubled)
 {
     ASSERT_TRUE(link().openDevice(QStringLiteral("QV1K")));

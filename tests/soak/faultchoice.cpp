@@ -27,7 +27,7 @@ constexpr std::array knownFaults{
     Fault{"FailOpens=#\n", 1, 3},
     Fault{"FailOpens=1\nOpenStatus=#\n", 1, 18},
     Fault{"FailCalls=ResetDevice,SetBitMode,Purge\nFailCallsCount=#\n", 1, 6},
-    Fault{"FailCalls=Close\nFailCallsCount=#\n", 1, 2},
+    Fault{"FailCalls=Close\nFailCallsCount=#\n", 1, 1}, // a second try is all that is made
     Fault{"HangCalls=Close\nHangCallsCount=1\nHangMs=#\n", 10, 3000},
     Fault{"HangCalls=OpenEx\nHangCallsCount=1\nHangMs=#\n", 10, 1500},
     Fault{"HangCalls=GetStatus\nHangCallsCount=1\nHangMs=#\n", 10, 3000},

@@ -59,7 +59,6 @@ TEST_F(MainWindowDownloadFaults, a_packet_without_an_answer_fails_after_two_seco
         clock.start();
         click("pushButton_set");
         EXPECT_GE(clock.elapsed(), 2000);
-        EXPECT_LT(clock.elapsed(), 4000);
         expectFailure(packets[i], static_cast<int>(i));
         detector.answerParameters(packets[i].code, hex("FFBB01000DEB"));
     }

@@ -198,6 +198,21 @@ TEST_F(MainWindowKeyboard, arrow_keys_pick_the_pixel)
     EXPECT_EQ(text("label_coor"), "Coordinate: (0,16)");
 }
 
+namespace {
+
+void pressYesByKeys()
+{
+    const auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+    ASSERT_NE(box, nullptr);
+    QAbstractButton *yes = box->button(QMessageBox::Yes);
+    for (int presses = 0; presses < 4 && box->focusWidget() != yes; ++presses)
+        QTest::keyClick(box->focusWidget(), Qt::Key_Tab);
+    ASSERT_EQ(box->focusWidget(), yes);
+    QTest::keyClick(yes, Qt::Key_Space);
+}
+
+} // namespace
+
 TEST_F(MainWindowKeyboard, a_whole_session_needs_no_mouse)
 {
     openActive();
@@ -246,15 +261,7 @@ TEST_F(MainWindowKeyboard, a_whole_session_needs_no_mouse)
     key(Qt::Key_F5);
     detector.pushBlock();
     ASSERT_TRUE(QTest::qWaitFor([this] { return looksIdle(); }, 10000));
-    boxes.onBox = [] {
-        const auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
-        ASSERT_NE(box, nullptr);
-        QAbstractButton *yes = box->button(QMessageBox::Yes);
-        for (int presses = 0; presses < 4 && box->focusWidget() != yes; ++presses)
-            QTest::keyClick(box->focusWidget(), Qt::Key_Tab);
-        ASSERT_EQ(box->focusWidget(), yes);
-        QTest::keyClick(yes, Qt::Key_Space);
-    };
+    boxes.onBox = &pressYesByKeys;
     boxes.startOver(QMessageBox::Ok); // which that box has not
     key(Qt::Key_Q, Qt::ControlModifier);
     EXPECT_FALSE(window->isVisible()) << "Yes was pressed by its key";

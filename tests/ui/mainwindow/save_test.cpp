@@ -76,6 +76,7 @@ TEST_F(MainWindowSave, a_typed_frame_count_is_held_between_1_and_1000)
     box->lineEdit()->selectAll();
     QTest::keyClick(box->lineEdit(), Qt::Key_Backspace);
     EXPECT_EQ(box->currentText(), "1");
+    EXPECT_TRUE(box->lineEdit()->hasAcceptableInput());
 }
 
 TEST_F(MainWindowSave, a_typed_frame_count_is_neither_completed_nor_added_to_the_list)

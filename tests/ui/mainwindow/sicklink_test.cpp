@@ -72,6 +72,17 @@ TEST_F(MainWindowSickLink, a_stream_that_stands_still_is_shown_and_can_be_stoppe
     EXPECT_EQ(log.count(QStringLiteral("停止超时，强制停止采集")), 1);
 }
 
+TEST_F(MainWindowSickLink, the_sign_of_a_stream_that_stands_still_goes_with_the_next_picture)
+{
+    openSampling();
+    showFrames(1);
+    const auto *rate = find<QLabel>("label_fps");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !rate->styleSheet().isEmpty(); }, 10000));
+    showFrames(1);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return rate->styleSheet().isEmpty(); }, 10000));
+    stop();
+}
+
 TEST_F(MainWindowSickLink, lost_bytes_are_shown_until_the_acquisition_ends)
 {
     openSampling();
