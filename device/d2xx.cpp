@@ -22,8 +22,8 @@ Status leaveBehind()
     return Status::OtherError;
 }
 
-/// On a thread of its own: a library may hang in this call too.
-Status closeWithin(Close *close, Handle handle, std::chrono::steady_clock::time_point deadline)
+/// On a thread of its own: a library may hang in this call too. Nothing when it did not return in time.
+std::optional<Status> closeWithin(Close *close, Handle handle, std::chrono::steady_clock::time_point deadline)
 {
     std::future<Status> result;
     try {
@@ -33,7 +33,9 @@ Status closeWithin(Close *close, Handle handle, std::chrono::steady_clock::time_
     } catch (const std::exception &) {
         return close(handle); // no thread to be had
     }
-    return result.wait_until(deadline) == std::future_status::ready ? result.get() : leaveBehind();
+    if (result.wait_until(deadline) != std::future_status::ready)
+        return std::nullopt;
+    return result.get();
 }
 
 } // namespace
@@ -129,9 +131,11 @@ Status D2xx::close(Handle handle)
             closeLeft(use);
         return leaveBehind();
     }
-    const Status status = closeWithin(m_functions.close, handle, deadline);
-    m_unclosed = status == Status::Ok ? nullptr : handle;
-    return status;
+    const std::optional<Status> status = closeWithin(m_functions.close, handle, deadline);
+    if (!status)
+        return leaveBehind();
+    m_unclosed = *status == Status::Ok ? nullptr : handle;
+    return *status;
 }
 
 Status D2xx::resetDevice(Handle handle)
