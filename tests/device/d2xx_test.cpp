@@ -128,21 +128,42 @@ private:
     std::atomic<bool> m_released{false};
 };
 
-} // namespace
-
-TEST(DriverBoundary, a_call_that_hangs_holds_up_its_closing_for_two_seconds_and_no_later_one)
+/// A device that is open, and a write to it that hangs in another thread.
+class HangingWrite : public testing::Test
 {
+protected:
+    void SetUp() override
+    {
+        ASSERT_EQ(d2xx.open("QV1K", &handle), Status::Ok);
+        fake.setOnWrite([this](const QByteArray &) { m_hanging.hang(); });
+        m_writer = std::thread([this, opened = handle] {
+            quint32 count = 0;
+            d2xx.write(opened, "x", 1, &count);
+        });
+        m_hanging.waitUntilItHangs();
+    }
+    void TearDown() override { comeBack(); }
+
+    void comeBack()
+    {
+        m_hanging.release();
+        if (m_writer.joinable())
+            m_writer.join();
+    }
+
     FakeD2xx fake;
     D2xx &d2xx = *fake.driver();
     Handle handle = nullptr;
-    ASSERT_EQ(d2xx.open("QV1K", &handle), Status::Ok);
-    Hanging hanging;
-    fake.setOnWrite([&](const QByteArray &) { hanging.hang(); });
-    std::thread writer([&] {
-        quint32 count = 0;
-        d2xx.write(handle, "x", 1, &count);
-    });
-    hanging.waitUntilItHangs();
+
+private:
+    Hanging m_hanging;
+    std::thread m_writer;
+};
+
+} // namespace
+
+TEST_F(HangingWrite, a_call_that_hangs_holds_up_its_closing_for_two_seconds_and_no_later_one)
+{
     QElapsedTimer timer;
     timer.start();
     EXPECT_EQ(d2xx.close(handle), Status::OtherError);
@@ -154,27 +175,14 @@ TEST(DriverBoundary, a_call_that_hangs_holds_up_its_closing_for_two_seconds_and_
     timer.restart();
     EXPECT_EQ(d2xx.close(handle), Status::Ok);
     EXPECT_LT(timer.elapsed(), 1500);
-    hanging.release();
-    writer.join();
+    comeBack();
 }
 
-TEST(DriverBoundary, a_handle_that_was_left_behind_is_closed_when_the_call_comes_back)
+TEST_F(HangingWrite, a_handle_that_was_left_behind_is_closed_when_the_call_comes_back)
 {
-    FakeD2xx fake;
-    D2xx &d2xx = *fake.driver();
-    Handle handle = nullptr;
-    ASSERT_EQ(d2xx.open("QV1K", &handle), Status::Ok);
-    Hanging hanging;
-    fake.setOnWrite([&](const QByteArray &) { hanging.hang(); });
-    std::thread writer([&] {
-        quint32 count = 0;
-        d2xx.write(handle, "x", 1, &count);
-    });
-    hanging.waitUntilItHangs();
     EXPECT_EQ(d2xx.close(handle), Status::OtherError);
     EXPECT_TRUE(fake.isOpen());
-    hanging.release();
-    writer.join();
+    comeBack();
     EXPECT_FALSE(fake.isOpen()) << "nobody could open the device any more";
     EXPECT_EQ(fake.calls().count(QStringLiteral("Close")), 1);
 }
