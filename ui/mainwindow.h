@@ -14,6 +14,7 @@
 #include <memory>
 #include <optional>
 
+class CompactLayouts;
 class DeviceMessages;
 class DeviceWatcher;
 class PortManager;
@@ -94,6 +95,7 @@ public Q_SLOTS:
 
 protected:
     void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
     /// A close by the system asks first while an acquisition or a recording runs.
     void closeEvent(QCloseEvent *event) override;
 
@@ -228,6 +230,7 @@ private:
     bool m_settingsCheckDue = false;
     bool m_settingsFailureTold = false;
     std::unique_ptr<Ui::mainwindow> ui;
+    std::unique_ptr<CompactLayouts> m_layouts;
     D2xxLibrary m_library;         ///< as it was loaded at the start
     PortManager *m_link = nullptr; ///< the one link of the process, which this window makes and ends
     std::unique_ptr<DeviceWatcher> m_deviceWatcher;

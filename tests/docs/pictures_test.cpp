@@ -35,6 +35,13 @@ protected:
             << "; docs/images/make makes it again";
     }
 
+    /// The window as large as it is on a screen with room for it.
+    void openWhole(const QByteArray &detector = {})
+    {
+        open(detector);
+        window->resize(1280, 820);
+    }
+
     /// Shows that many frames and keeps the last, while the acquisition goes on: the same noise every time.
     void standStillAfter(int frames)
     {
@@ -60,8 +67,7 @@ protected:
 
 TEST_F(DocumentPictures, of_the_running_window)
 {
-    open();
-    window->resize(1280, 820);
+    openWhole();
     connectDetector();
     // Before the first frame: each refreshes the current, and the last that is shown counts.
     auto *view = find<QWidget>("frame")->findChild<QLabel *>();
@@ -73,7 +79,7 @@ TEST_F(DocumentPictures, of_the_running_window)
 
 TEST_F(DocumentPictures, of_the_system_page_when_connected)
 {
-    open();
+    openWhole();
     connectDetector();
     auto *text = find<QTextEdit>("textEdit");
     // Where the library lies is another place on every machine.
@@ -85,14 +91,14 @@ TEST_F(DocumentPictures, of_the_system_page_when_connected)
 
 TEST_F(DocumentPictures, of_the_settings_page)
 {
-    open();
+    openWhole();
     bringToFront("pushButton_set");
     compare(page(), QStringLiteral("settings.png"));
 }
 
 TEST_F(DocumentPictures, of_a_calibration)
 {
-    open("Scene=flat\n");
+    openWhole("Scene=flat\n");
     bringToFront("pushButton_cali");
     start();
     click("pushButton_cali");
@@ -103,7 +109,7 @@ TEST_F(DocumentPictures, of_a_calibration)
 
 TEST_F(DocumentPictures, of_a_finished_recording)
 {
-    open();
+    openWhole();
     bringToFront("pushButton_save");
     find<QLineEdit>("lineEdit_savename")->setText(QStringLiteral("hand"));
     find<QCheckBox>("checkBox_picture")->setChecked(true);

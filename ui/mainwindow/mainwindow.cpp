@@ -5,6 +5,7 @@
 #include "log/logmanager.h"
 #include "ui/chrome/wheelguard.h"
 #include "ui/developwindow.h"
+#include "ui/mainwindow/compactlayouts.h"
 #include "ui/mainwindow/mainwindow_rules.h"
 #include "ui/mainwindow/readinesswait.h"
 #include "ui/voltagedetails.h"
@@ -14,6 +15,7 @@
 #include <QIntValidator>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QResizeEvent>
 #include <QScopeGuard>
 #include <QScreen>
 
@@ -58,6 +60,7 @@ QIcon navigationIcon(const char *fileName)
 mainwindow::mainwindow(QWidget *parent) : QMainWindow(parent), ui(std::make_unique<Ui::mainwindow>())
 {
     ui->setupUi(this);
+    m_layouts = std::make_unique<CompactLayouts>(*ui);
     resize(size().boundedTo(screen()->availableSize()));
 
     ui->label_window_icon->setPixmap(QPixmap(QStringLiteral(":/image/image_resource/logo.ico")));
@@ -82,11 +85,19 @@ mainwindow::~mainwindow()
         checkSettings();
     // The pipeline and the link write to the log: the log goes last.
     m_deviceWatcher.reset();
+    m_layouts.reset();
     ui.reset();
     m_process.reset();
     PortManager::destroyInstance();
     m_link = nullptr;
     LogManager::destroyInstance();
+}
+
+void mainwindow::resizeEvent(QResizeEvent *event)
+{
+    QMainWindow::resizeEvent(event);
+    if (m_layouts)
+        m_layouts->fit(event->size());
 }
 
 void mainwindow::buildNavigation()
