@@ -19,8 +19,9 @@ enum class Act {
     Record,
     Calibrate,
     Disconnect,
-    Leave,    ///< the close button, and yes
-    PullIdle, ///< the detector's cable
+    DisconnectSampling, ///< the same button, which refuses then
+    Leave,              ///< the close button, and yes
+    PullIdle,           ///< the detector's cable
     PullSampling,
     PlugIn, ///< something, while nothing runs
     PlugInSampling,
@@ -85,6 +86,9 @@ struct LogText
 inline constexpr const char *waitShown = "Waiting for the detector";
 inline constexpr const char *waitCancelled = "Waiting for the detector: Cancel";
 
+/// The system's own words in the line of qv1k-acquire.
+inline constexpr const char *systemsWords = "...";
+
 /// What has to come of a cell besides that the next normal flow works.
 struct Expectation
 {
@@ -93,7 +97,7 @@ struct Expectation
     int seconds = 0;   ///< what the program's own waits add up to at most; a slow machine adds its share
     std::string boxes; ///< the texts of the message boxes, one after the other with " | " between them;
                        ///< before them what is shown of the wait for readiness; of qv1k-acquire the line on
-                       ///< standard error
+                       ///< standard error, up to the system's own words
     std::string page;  ///< what the save page says of the recording; empty where it is not looked at
 };
 

@@ -7,6 +7,7 @@ namespace {
 constexpr std::uint32_t complete = Halted | DeviceClosed | RecordingEnded;
 constexpr std::uint32_t lost = Lost | DeviceClosed;
 constexpr const char *unplugged = "qv1k-acquire: the detector was unplugged";
+constexpr const char *noPattern = "qv1k-acquire: time-out: the detector did not confirm the test pattern";
 constexpr const char *notStarted = "qv1k-acquire: time-out: the detector did not confirm the start";
 constexpr const char *noFrame = "qv1k-acquire: time-out: no frame for 7 s, 1 of 3 received";
 constexpr const char *lostFrame = "qv1k-acquire: the detector was unplugged, 1 of 3 received";
@@ -52,14 +53,36 @@ Group acquireOpenGroup()
 {
     using enum Fault;
     using enum State;
-    return groupOf("Without a window: qv1k-acquire finds and opens the detector",
-                   acquire("acquire opens", 0, 0),
+    return groupOf(
+        "Without a window: qv1k-acquire finds and opens the detector", acquire("acquire opens", 0, 0),
+        {
+            cell(None, Succeeded, complete, 0),
+            cell(HeldElsewhere, Failed, OpenFailed, 0,
+                 "qv1k-acquire: the detector QV1K cannot be opened; another program may hold it"),
+            cell(ListFails, Failed, Nothing, 0, "qv1k-acquire: no detector found"),
+            cell(DiskReadOnly, Failed, Nothing, 0, "qv1k-acquire: the folder out is not writable: ..."),
+            cell(DiskGone, Failed, Nothing, 0, "qv1k-acquire: the folder out cannot be created"),
+        });
+}
+
+Group acquirePatternGroup()
+{
+    using enum Fault;
+    using enum State;
+    Row row = acquire("acquire chooses a test pattern", 0x03C0, 5000);
+    row.arguments.insert(row.arguments.end(), {"--test-pattern", "1"});
+    return groupOf("qv1k-acquire chooses a test pattern", row,
                    {
                        cell(None, Succeeded, complete, 0),
-                       cell(HeldElsewhere, Failed, OpenFailed, 0,
-                            "qv1k-acquire: the detector QV1K cannot be opened; another program may hold it"),
-                       cell(ListFails, Failed, Nothing, 0, "qv1k-acquire: no detector found"),
-                       cell(DiskGone, Failed, Nothing, 0, "qv1k-acquire: the folder out cannot be created"),
+                       cell(StatusFailsOnce, Succeeded, complete, 0),
+                       cell(StatusFails, Failed, TimedOut | lost, 5, unplugged),
+                       cell(ReadFailsOnce, Failed, ReadFailed | DeviceClosed, 0, noPattern),
+                       cell(WriteFailsOnce, Failed, TimedOut | DeviceClosed, 5, noPattern),
+                       cell(ReplyLong, Succeeded, TimedOut | complete, 5),
+                       cell(ReplyCorrupt, Failed, DeviceClosed, 0, noPattern),
+                       cell(ReplyMissing, Failed, TimedOut | DeviceClosed, 5, noPattern),
+                       cell(LeftOver, Failed, DeviceClosed, 0, noPattern),
+                       cell(Unplug, Failed, TimedOut | lost, 5, unplugged),
                    });
 }
 
@@ -133,5 +156,19 @@ Group acquireStopGroup()
                        cell(WriteFailsOnce, Succeeded, unconfirmed, 4),
                        cell(ReplyMissing, Succeeded, unconfirmed, 4),
                        cell(Unplug, Succeeded, unconfirmed | Lost, 4),
+                   });
+}
+
+Group acquireDiskGroup()
+{
+    using enum Fault;
+    using enum State;
+    constexpr const char *none = "qv1k-acquire: 3 files could not be written; the log tells which";
+    return groupOf("qv1k-acquire records on a disk that goes bad as the detector is started",
+                   acquire("acquire records", 0x03A0, 0),
+                   {
+                       cell(DiskFull, Failed, FileCut | complete, 0, none),
+                       cell(DiskReadOnly, Failed, FileNotOpened | complete, 0, none),
+                       cell(DiskGone, Failed, FileNotOpened | complete, 0, none),
                    });
 }

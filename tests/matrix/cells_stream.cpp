@@ -52,6 +52,15 @@ std::vector<Entry> streamEntries(std::uint32_t recording, const char *page)
     };
 }
 
+/// The same behind a box that stands there.
+std::vector<Entry> behindBox(const char *text, std::vector<Entry> entries)
+{
+    std::erase_if(entries, [](const Entry &entry) { return isDialog(entry.fault); });
+    for (Entry &entry : entries)
+        entry.expected.boxes = text;
+    return entries;
+}
+
 /// What differs from streaming, or may.
 std::vector<Entry> essentialOf(std::vector<Entry> entries)
 {
@@ -103,4 +112,15 @@ Group recordingGroup()
             {{.name = "record", .act = Act::Record, .imageBytes = soon}},
             entries,
             senselessInStream({asInStreaming()})};
+}
+
+Group refusedDisconnectGroup()
+{
+    using enum Fault;
+    return {"Disconnect while it samples: refused; the fault meets the stream while the box stands there",
+            {{.name = "disconnect while sampling", .act = Act::DisconnectSampling, .imageBytes = soon}},
+            behindBox("Device is running,Please stop sample first", essentialOf(streamEntries(Nothing, ""))),
+            senselessInStream({{{DiskFull, DiskReadOnly, DiskGone}, noRecording},
+                               asInStreaming(),
+                               {{MessageBox, FileDialog, EngineeringDialog}, noPress}})};
 }

@@ -76,7 +76,9 @@ std::string legends()
         "| silent | Disconnect | yes, a sign at the frame rate says that nothing comes | disabled | enabled "
         "| no |\n"
         "| closed | the window is gone | | | | |\n\n"
-        "Of `qv1k-acquire` it is the exit status, and the message is its line on standard error.\n";
+        "Of `qv1k-acquire` it is the exit status, and the message is its line on standard error; \"...\" are "
+        "the "
+        "system's own words.\n";
     text += "\n## Lines of the log\n\n| Line | Meaning |\n|---|---|\n";
     for (const LogText &line : logTexts())
         text += "| " + std::string(line.text) + " | " + line.meaning + " |\n";

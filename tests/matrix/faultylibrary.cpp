@@ -3,6 +3,7 @@
 
 #include "d2xx/exports.h"
 #include "tests/matrix/arming.h"
+#include "tests/matrix/baddisk.h"
 #include "tests/matrix/wire.h"
 #include "tests/support/providercalls.h"
 #include "tests/support/virtualcalls.h"
@@ -11,19 +12,48 @@ namespace {
 
 d2xx::Functions faultyCalls();
 
+Arming armingOfEnvironment()
+{
+    const QByteArray name = qgetenv("QV1K_MATRIX_FAULT");
+    return {.fault = faultNamed(std::string_view(name.constData(), static_cast<std::size_t>(name.size()))),
+            .command = qgetenv("QV1K_MATRIX_COMMAND").toUShort(nullptr, 16),
+            .imageBytes = qgetenv("QV1K_MATRIX_IMAGE_BYTES").toLongLong(),
+            .lateMs = qEnvironmentVariableIntValue("QV1K_MATRIX_LATE_MS")};
+}
+
+/// The disk that qv1k-acquire records on.
+class RecordingDisk
+{
+public:
+    /// What goes wrong at once goes wrong before the first call: the program looks at its folder by then.
+    RecordingDisk()
+    {
+        if (m_arming.command == 0)
+            spoil();
+    }
+
+    void noteWrite(QByteArrayView frame)
+    {
+        if (Wire::commandOf(frame) == m_arming.command)
+            spoil();
+    }
+
+private:
+    void spoil()
+    {
+        if (isOfTheDisk(m_arming.fault) && !m_bad)
+            m_bad.emplace(m_arming.fault, QStringLiteral("out"));
+    }
+
+    const Arming m_arming = armingOfEnvironment();
+    std::optional<BadDisk> m_bad;
+};
+
+RecordingDisk recordingDisk;
+
 struct Library
 {
-    Library()
-    {
-        const QByteArray name = qgetenv("QV1K_MATRIX_FAULT");
-        if (name.isEmpty())
-            return;
-        wire.arm(
-            {.fault = faultNamed(std::string_view(name.constData(), static_cast<std::size_t>(name.size()))),
-             .command = qgetenv("QV1K_MATRIX_COMMAND").toUShort(nullptr, 16),
-             .imageBytes = qgetenv("QV1K_MATRIX_IMAGE_BYTES").toLongLong(),
-             .lateMs = qEnvironmentVariableIntValue("QV1K_MATRIX_LATE_MS")});
-    }
+    Library() { wire.arm(armingOfEnvironment()); }
 
     const d2xx::Functions detector = callsOfVirtualDetector(QStringLiteral(QV1K_VIRTUAL_LIBRARY));
     Wire wire{detector};
@@ -71,6 +101,8 @@ d2xx::Status QV1K_D2XX_CALL read(d2xx::Handle handle, void *buffer, std::uint32_
 d2xx::Status QV1K_D2XX_CALL write(d2xx::Handle handle, void *buffer, std::uint32_t length,
                                   std::uint32_t *bytesWritten)
 {
+    const QByteArrayView frame(static_cast<const char *>(buffer), static_cast<qsizetype>(length));
+    recordingDisk.noteWrite(frame);
     return library().wire.write(handle, buffer, length, bytesWritten);
 }
 

@@ -22,13 +22,16 @@
 [[nodiscard]] Group streamGroup();
 [[nodiscard]] Group calibrationGroup();
 [[nodiscard]] Group recordingGroup();
+[[nodiscard]] Group refusedDisconnectGroup();
 [[nodiscard]] Group stopGroup();
 [[nodiscard]] Group leaveGroup();
 [[nodiscard]] Group acquireOpenGroup();
+[[nodiscard]] Group acquirePatternGroup();
 [[nodiscard]] Group acquireReadinessGroup();
 [[nodiscard]] Group acquireStartGroup();
 [[nodiscard]] Group acquireStreamGroup();
 [[nodiscard]] Group acquireStopGroup();
+[[nodiscard]] Group acquireDiskGroup();
 
 /// Why the columns of the stream make no sense in an exchange.
 inline constexpr const char *noStream = "nothing streams then";

@@ -42,6 +42,27 @@ protected:
                 << line.text << ": " << line.meaning;
     }
 
+    /// What the folder of the recording is beforehand, where the fault meets the first look at it.
+    void layFolder(const Cell &cell)
+    {
+        if (cell.row.command != 0)
+            return;
+        if (cell.fault == Fault::DiskGone)
+            folder.write(QStringLiteral("out"), "a file stands where the folder should be");
+        else if (isOfTheDisk(cell.fault))
+            QDir().mkdir(QStringLiteral("out"));
+    }
+
+    void expectTold(const std::string &expected)
+    {
+        const QString told = errors.trimmed();
+        const QString text = QString::fromStdString(expected);
+        if (text.endsWith(QLatin1String(systemsWords)))
+            EXPECT_TRUE(told.startsWith(text.chopped(3)) && told.size() > text.size()) << qPrintable(told);
+        else
+            EXPECT_EQ(told, text);
+    }
+
     static constexpr int lateByMs = 300;
     static constexpr int slackSeconds = 60;
 };
@@ -53,8 +74,7 @@ TEST_P(ToolMatrix, stands)
     detector(cell.fault == Fault::UnplugBesideOther ? "SerialNumbers=QV1K,SPARE\n" : "");
     const QProcessEnvironment healthy = environment;
     arm(cell);
-    if (cell.fault == Fault::DiskGone)
-        folder.write(QStringLiteral("out"), "a file stands where the folder should be");
+    layFolder(cell);
     std::vector<const char *> arguments = cell.row.arguments;
     if (cell.fault == Fault::UnplugBesideOther)
         arguments.insert(arguments.end(), {"--serial", "QV1K"});
@@ -64,11 +84,10 @@ TEST_P(ToolMatrix, stands)
     ASSERT_NO_FATAL_FAILURE(runOnce(arguments));
     EXPECT_LT(clock.elapsed(), (expected.seconds + slackSeconds) * 1000);
     EXPECT_EQ(exitCode, expected.state == State::Succeeded ? 0 : 1) << qPrintable(errors);
-    EXPECT_EQ(errors.trimmed().toStdString(), expected.boxes);
+    expectTold(expected.boxes);
     expectLogged(expected.log);
 
-    if (cell.fault == Fault::DiskGone)
-        QFile::remove(QStringLiteral("out"));
+    QFile::remove(QStringLiteral("out")); // where it is a file
     environment = healthy;
     ASSERT_NO_FATAL_FAILURE(runOnce({"--serial", "QV1K"}));
     EXPECT_EQ(exitCode, 0) << qPrintable(errors);

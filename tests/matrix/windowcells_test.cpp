@@ -29,6 +29,7 @@ State before(Act act)
     case Act::Stop:
     case Act::Record:
     case Act::Calibrate:
+    case Act::DisconnectSampling:
     case Act::Leave:
     case Act::PullSampling:
     case Act::PlugInSampling:
@@ -119,6 +120,8 @@ protected:
             return record(cell);
         case Act::Calibrate:
             return calibrate(cell);
+        case Act::DisconnectSampling:
+            return beRefused(cell);
         case Act::PullIdle:
         case Act::PullSampling:
             return LoadedLibrary::arm({.fault = isDialog(cell.fault) ? Fault::Unplug : cell.fault});
@@ -140,6 +143,20 @@ protected:
         QCoreApplication::processEvents();
         if (isSampling())
             watch(false);
+    }
+
+    /// The fault happens while the box that refuses stands there.
+    void beRefused(const Cell &cell)
+    {
+        // A device that is lost is given up when the box is answered.
+        boxes.onBox = [this, target = pictures + 2, isAwaited = isOfTheWire(cell.fault)] {
+            const auto isDone = [&] {
+                return isAwaited ? LoadedLibrary::happened() > 0 : pictures >= target;
+            };
+            EXPECT_TRUE(QTest::qWaitFor(isDone, slackSeconds * 1000));
+        };
+        click("pushButton_Connect");
+        watch(isOfTheWire(cell.fault));
     }
 
     void calibrate(const Cell &cell)

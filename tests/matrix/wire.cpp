@@ -20,14 +20,6 @@ constexpr std::string_view detectorName = "QV1K";
 constexpr char oldEcho[] = "\xFF\xBB\x03\xA1\x0D\xEB";
 constexpr qsizetype echoBytes = 6;
 
-/// Class and code, the class being 0 for a block request.
-std::uint16_t commandOf(QByteArrayView frame)
-{
-    if (frame.size() < 4)
-        return 0;
-    return static_cast<std::uint16_t>(static_cast<uchar>(frame[2]) << 8U | static_cast<uchar>(frame[3]));
-}
-
 bool isBlockRequest(std::uint16_t command)
 {
     return command >> 8U == 0;
@@ -39,6 +31,13 @@ bool pullsCable(Fault fault)
 }
 
 } // namespace
+
+std::uint16_t Wire::commandOf(QByteArrayView frame)
+{
+    if (frame.size() < 4)
+        return 0;
+    return static_cast<std::uint16_t>(static_cast<uchar>(frame[2]) << 8U | static_cast<uchar>(frame[3]));
+}
 
 void Wire::arm(const Arming &arming)
 {

@@ -20,6 +20,9 @@ class Wire
 public:
     explicit Wire(const d2xx::Functions &detector) : m_detector(detector) {}
 
+    /// Class and code of what is written, the class being 0 for a block request.
+    [[nodiscard]] static std::uint16_t commandOf(QByteArrayView frame);
+
     void arm(const Arming &arming);
     void heal();
     [[nodiscard]] int happened() const;
