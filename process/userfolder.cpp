@@ -22,13 +22,21 @@ QString cannot(const QString &what, const QString &path, const QString &reason)
 
 QString writeSettings(const QString &path)
 {
-    constexpr char settings[] = "[General]\nD2xxLibrary=virtual\n";
+    QByteArrayView settings("[General]\nD2xxLibrary=virtual\n");
     QFile file(path);
     // Whoever made it meanwhile wins.
-    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
+    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered))
         return file.exists() ? QString() : cannot(QStringLiteral("made"), path, file.errorString());
-    if (file.write(settings) < 0 || !file.flush())
-        return cannot(QStringLiteral("written"), path, file.errorString());
+    while (!settings.isEmpty()) {
+        // A write that is cut short says why only when it is asked for the rest.
+        const qint64 written = file.write(settings.data(), settings.size());
+        if (written <= 0) {
+            const QString reason = file.errorString();
+            file.remove(); // it would pass for the operator's own the next time
+            return cannot(QStringLiteral("written"), path, reason);
+        }
+        settings = settings.sliced(written);
+    }
     return {};
 }
 

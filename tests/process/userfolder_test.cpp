@@ -1,5 +1,7 @@
 #include "process/userfolder.h"
 
+#include "tests/support/limitedwriting.h"
+#include "tests/support/systemreason.h"
 #include "tests/support/workingfolder.h"
 
 #include <gtest/gtest.h>
@@ -44,6 +46,19 @@ TEST(UserFolder, that_cannot_be_made_is_told_with_its_path)
     const QString problem = UserFolder::prepare(home.filePath(QStringLiteral("Documents/QV1K")), false);
     EXPECT_TRUE(problem.contains(QDir::toNativeSeparators(home.filePath(QStringLiteral("Documents/QV1K")))))
         << qPrintable(problem);
+}
+
+TEST(UserFolder, whose_settings_find_no_room_is_told_and_prepared_once_there_is_some)
+{
+    const WorkingFolder home;
+    {
+        const FileSizeLimit disk(10);
+        const QString problem = UserFolder::prepare(home.path(), true);
+        EXPECT_TRUE(problem.contains(QStringLiteral("config.ini"))) << qPrintable(problem);
+        EXPECT_TRUE(problem.contains(systemReason(SystemFailure::FileTooLarge))) << qPrintable(problem);
+    }
+    EXPECT_EQ(UserFolder::prepare(home.path(), true), QString());
+    EXPECT_EQ(home.read(QStringLiteral("config.ini")), "[General]\nD2xxLibrary=virtual\n");
 }
 
 TEST(UserFolder, is_told_to_be_missing_where_there_is_no_folder_for_documents)
