@@ -93,6 +93,16 @@ TEST(VideoFile, an_empty_picture_is_left_out_and_complained_about)
     EXPECT_TRUE(failure.contains("0 / 1 frames")) << qPrintable(failure);
 }
 
+TEST(VideoFile, a_folder_that_came_under_its_name_meanwhile_is_told_when_it_is_renamed)
+{
+    const WorkingFolder folder;
+    VideoFile video("a.mp4");
+    video.append(TestPictures::random(1));
+    QDir().mkdir("a.mp4");
+    const QString failure = video.finish();
+    EXPECT_TRUE(failure.startsWith("视频改名失败：a.mp4（")) << qPrintable(failure);
+}
+
 TEST(VideoFile, one_that_lacks_a_frame_keeps_the_others)
 {
     const WorkingFolder folder;

@@ -6,6 +6,8 @@
 
 #include <csignal>
 
+#include <sys/resource.h>
+
 namespace {
 
 class Termination : public testing::TestWithParam<int>
@@ -58,6 +60,19 @@ TEST(TerminationOnce, without_a_request_nothing_ends)
     const TerminationSignals termination;
     TerminationSignals::endBySignal();
     EXPECT_EQ(TerminationSignals::received(), 0);
+}
+
+TEST(TerminationOnce, where_requests_cannot_be_told_a_signal_ends_the_process_at_once)
+{
+    const auto raiseWithoutFiles = [] {
+        rlimit files{};
+        getrlimit(RLIMIT_NOFILE, &files);
+        files.rlim_cur = 0;
+        setrlimit(RLIMIT_NOFILE, &files);
+        const TerminationSignals termination;
+        std::raise(SIGTERM);
+    };
+    EXPECT_EXIT(raiseWithoutFiles(), testing::KilledBySignal(SIGTERM), "");
 }
 
 TEST(TerminationOnce, afterwards_a_signal_ends_the_process_again)
