@@ -216,6 +216,32 @@ TEST_F(BulkReading, ends_when_clearing_does_not_help)
     EXPECT_FALSE(reader.read(10ms)) << "it stays at its end";
 }
 
+TEST_F(BulkReading, ends_with_a_sentence_of_its_own_when_the_bridge_sends_too_much)
+{
+    for (int i = 0; i < 100; ++i)
+        usb.endings.push_back({LIBUSB_TRANSFER_OVERFLOW, {}});
+    EXPECT_THAT(untilTheEnd(), IsEmpty());
+    EXPECT_THAT(reader.ending(), testing::HasSubstr("more than it is asked for"));
+}
+
+TEST_F(BulkReading, goes_on_after_a_failure_also_when_the_other_transfers_are_not_given_back)
+{
+    EXPECT_THAT(next(), IsEmpty());
+    usb.keepsCancelled = true;
+    usb.endings.push_back({LIBUSB_TRANSFER_STALL, {}});
+    while (usb.haltsCleared == 0)
+        ASSERT_THAT(next(), IsEmpty());
+    EXPECT_EQ(usb.allocated, 2 * static_cast<int>(transferCount) - 1) << "the system may still write to them";
+
+    usb.keepsCancelled = false;
+    EXPECT_THAT(next(), IsEmpty());
+    while (!usb.cancelled.empty())
+        libusb_handle_events_timeout_completed(nullptr, nullptr, nullptr);
+    EXPECT_EQ(usb.allocated, static_cast<int>(transferCount));
+    usb.deliver(packed(numbered(6)));
+    EXPECT_EQ(next(), numbered(6));
+}
+
 TEST_F(BulkReading, ends_when_nothing_can_be_cleared)
 {
     EXPECT_THAT(next(), IsEmpty());
@@ -327,6 +353,24 @@ TEST_F(BulkReading, a_stop_does_not_wait_for_ever_and_what_is_given_back_later_i
     EXPECT_EQ(usb.allocated, static_cast<int>(transferCount));
     usb.deliver(packed(numbered(6)));
     EXPECT_EQ(next(), numbered(6));
+}
+
+TEST_F(BulkReading, a_stop_that_can_handle_no_events_waits_for_none)
+{
+    EXPECT_THAT(next(), IsEmpty());
+    usb.handlingResult = LIBUSB_ERROR_IO;
+    usb.timesHandled = 0;
+    EXPECT_FALSE(reader.stop());
+    EXPECT_EQ(usb.timesHandled, static_cast<int>(transferCount)) << "each was asked for once";
+}
+
+TEST(BulkReadingWithoutMemory, begins_no_transfer_and_does_not_end)
+{
+    FakeLibusb &usb = FakeLibusb::instance() = {};
+    usb.hasMemory = false;
+    BulkReader reader({nullptr, nullptr, 0x81, packetSize});
+    EXPECT_TRUE(reader.read(10ms));
+    EXPECT_THAT(usb.lengths, IsEmpty());
 }
 
 TEST(BulkReadingAtTheEnd, all_transfers_are_given_back_and_freed)

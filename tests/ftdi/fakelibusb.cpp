@@ -25,12 +25,16 @@ extern "C" {
 
 libusb_transfer *LIBUSB_CALL libusb_alloc_transfer(int /*isoPackets*/)
 {
+    if (!FakeLibusb::instance().hasMemory)
+        return nullptr;
     ++FakeLibusb::instance().allocated;
     return new libusb_transfer{};
 }
 
 void LIBUSB_CALL libusb_free_transfer(libusb_transfer *transfer)
 {
+    if (transfer == nullptr)
+        return;
     --FakeLibusb::instance().allocated;
     delete transfer;
 }
@@ -63,6 +67,7 @@ int LIBUSB_CALL libusb_handle_events_timeout_completed(libusb_context * /*contex
                                                        int * /*completed*/)
 {
     FakeLibusb &usb = FakeLibusb::instance();
+    ++usb.timesHandled;
     if (usb.handlingResult != LIBUSB_SUCCESS)
         return usb.handlingResult;
     if (!usb.cancelled.empty() && !usb.keepsCancelled) {

@@ -36,4 +36,6 @@ struct FakeLibusb
     std::vector<std::uint8_t> cancelledBringsNext; ///< what the next cancelled one had got by then
     bool keepsCancelled = false;                   ///< does not give them back
     int handlingResult = LIBUSB_SUCCESS;
+    int timesHandled = 0;
+    bool hasMemory = true; ///< for transfers
 };
