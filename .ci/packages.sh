@@ -11,6 +11,7 @@ build_packages=(
 test_packages=(
     libgtest-dev libgmock-dev libbenchmark-dev clang-format doxygen
     libumockdev-dev umockdev # bridges that are not there
+    python3-numpy # the manual's examples
     xvfb xauth openbox xdotool x11-utils imagemagick
 )
 tidy_packages=(clang-tidy)
