@@ -3,6 +3,7 @@
 #include "device/devicewatcher.h"
 #include "device/portmanager.h"
 #include "log/logmanager.h"
+#include "ui/chrome/screenroom.h"
 #include "ui/chrome/wheelguard.h"
 #include "ui/developwindow.h"
 #include "ui/mainwindow/compactlayouts.h"
@@ -257,12 +258,14 @@ void mainwindow::on_pushButton_develop_clicked()
     m_developDialog = &dialog;
     const auto closed = qScopeGuard([this] { m_developDialog = nullptr; });
     showStateInDialog();
+    ScreenRoom::keepWithin(dialog, ScreenRoom::of(dialog));
     dialog.exec();
 }
 
 void mainwindow::on_pushButton_voltinfo_clicked()
 {
     VoltageDetails dialog(this);
+    ScreenRoom::keepWithin(dialog, ScreenRoom::of(dialog));
     dialog.exec();
 }
 

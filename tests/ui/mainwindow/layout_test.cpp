@@ -57,6 +57,22 @@ TEST_F(MainWindowLayout, the_controls_of_every_page_lie_equally_high_in_every_fo
         EXPECT_EQ(places[1].value(name), place) << name.toStdString();
 }
 
+TEST_F(MainWindowLayout, the_dialogs_open_no_larger_than_the_screen)
+{
+    open("DebugMode=true\n");
+    const QSize room = window->screen()->availableSize();
+    QStringList seen;
+    boxes.onDialog = [&](QDialog *dialog) {
+        seen << QString::fromLatin1(dialog->metaObject()->className());
+        EXPECT_LE(dialog->width(), room.width());
+        EXPECT_LE(dialog->height(), room.height());
+        dialog->reject();
+    };
+    click("pushButton_develop");
+    click("pushButton_voltinfo");
+    EXPECT_EQ(seen, QStringList({"developwindow", "VoltageDetails"}));
+}
+
 TEST_F(MainWindowLayout, the_views_keep_their_ratios)
 {
     open();

@@ -2,6 +2,7 @@
 
 #include <QDesktopServices>
 #include <QFileInfo>
+#include <QToolTip>
 #include <QUrl>
 
 /// Stands in for the system's browser.
@@ -78,6 +79,44 @@ TEST_F(MainWindowManual, what_was_told_goes_when_it_is_there_again)
     EXPECT_TRUE(problem->isHidden());
     ASSERT_EQ(browser.opened.size(), 1);
     EXPECT_EQ(browser.opened.first(), QUrl::fromLocalFile(folder.filePath("manual.html")));
+}
+
+TEST_F(MainWindowManual, F1_opens_it_from_both_dialogs_and_from_a_box)
+{
+    openSampling("DebugMode=true\n");
+    int asked = 0;
+    const auto pressIn = [&asked](QWidget *modal) {
+        ++asked;
+        QTest::keyClick(modal->focusWidget() != nullptr ? modal->focusWidget() : modal, Qt::Key_F1);
+    };
+    boxes.onDialog = [&pressIn](QDialog *dialog) {
+        pressIn(dialog);
+        dialog->reject();
+    };
+    boxes.onBox = [&pressIn] {
+        pressIn(QApplication::activeModalWidget());
+    };
+    click("pushButton_develop");
+    EXPECT_EQ(browser.opened.size(), 1);
+    click("pushButton_voltinfo");
+    EXPECT_EQ(browser.opened.size(), 2);
+    click("pushButton_Connect"); // which is refused in a box
+    EXPECT_EQ(browser.opened.size(), 3);
+    EXPECT_EQ(asked, 3);
+}
+
+TEST_F(MainWindowManual, one_that_is_not_there_is_told_in_the_dialog_too)
+{
+    open("DebugMode=true\n");
+    MainWindowInspector::setManualFolders(*window, {folder.filePath("none")});
+    QString told;
+    boxes.onDialog = [&told](QDialog *dialog) {
+        QTest::keyClick(dialog, Qt::Key_F1);
+        told = QToolTip::text();
+        dialog->reject();
+    };
+    click("pushButton_develop");
+    EXPECT_TRUE(told.contains(QDir::toNativeSeparators(folder.filePath("none")))) << qPrintable(told);
 }
 
 #include "manual_test.moc"

@@ -3,12 +3,14 @@
 
 #include "tests/ui/mainwindow/mainwindowtest.h"
 
+#include "ui/chrome/screenroom.h"
 #include "ui/developwindow.h"
 #include "ui/keepratiowidget.h"
 #include "ui/voltagedetails.h"
 
 #include <QAbstractScrollArea>
 #include <QAbstractSpinBox>
+#include <QScrollArea>
 #include <QScrollBar>
 
 #include <cmath>
@@ -93,10 +95,10 @@ protected:
         button("pushButton_openfolder")->show();
     }
 
-    void replaceFont(const QString &before, const QString &after)
+    static void replaceFont(QWidget &shown, const QString &before, const QString &after)
     {
-        QList<QWidget *> widgets = window->findChildren<QWidget *>();
-        widgets.prepend(window.get());
+        QList<QWidget *> widgets = shown.findChildren<QWidget *>();
+        widgets.prepend(&shown);
         for (QWidget *widget : widgets)
             if (QString sheet = widget->styleSheet(); sheet.contains(before))
                 widget->setStyleSheet(sheet.replace(before, after));
@@ -122,7 +124,7 @@ TEST_F(MainWindowScreens, nothing_is_cut_and_nothing_overlaps)
     const QList<QSize> screens{{1280, 720}, {1920, 1080}, {3840, 2160}};
     QString family = "Arial";
     for (const char *next : {"Liberation Sans", "Noto Sans CJK SC"}) {
-        replaceFont(family, next);
+        replaceFont(*window, family, next);
         family = next;
         settle();
         ASSERT_EQ(QFontInfo(button("pushButton_set")->font()).family(), family);
@@ -140,18 +142,30 @@ TEST_F(MainWindowScreens, nothing_is_cut_and_nothing_overlaps)
     }
 }
 
-TEST_F(MainWindowScreens, the_dialogs_are_whole)
+TEST_F(MainWindowScreens, the_dialogs_are_whole_and_so_they_are_when_they_are_scrolled)
 {
     open();
     QSettings settings("./other.ini", QSettings::IniFormat);
-    developwindow develop(&settings, window.get());
-    develop.setConnected(false);
-    VoltageDetails voltages(window.get());
-    for (QDialog *dialog : std::initializer_list<QDialog *>{&develop, &voltages}) {
-        dialog->show();
-        settle();
-        const QStringList found = faults(*dialog);
-        EXPECT_TRUE(found.isEmpty()) << qPrintable(found.join("; "));
+    const QSize tooSmall(640, 330);
+    for (const QString family : {"Liberation Sans", "Noto Sans CJK SC"}) {
+        for (const QSize room : {QSize(2000, 2000), tooSmall}) {
+            developwindow develop(&settings, nullptr);
+            develop.setConnected(false);
+            VoltageDetails voltages(nullptr);
+            voltages.setStyleSheet(window->styleSheet()); // as below the window
+            for (QDialog *dialog : std::initializer_list<QDialog *>{&develop, &voltages}) {
+                replaceFont(*dialog, "Arial", family);
+                ScreenRoom::keepWithin(*dialog, room);
+                dialog->show();
+                settle();
+                ASSERT_EQ(QFontInfo(dialog->findChild<QLabel *>()->font()).family(), family);
+                const auto *area = dialog->findChild<QScrollArea *>();
+                EXPECT_EQ(area != nullptr, room == tooSmall);
+                EXPECT_TRUE(area == nullptr || dialog->size() == tooSmall);
+                const QStringList found = faults(area != nullptr ? *area->widget() : *dialog);
+                EXPECT_TRUE(found.isEmpty()) << qPrintable(family + ": " + found.join("; "));
+            }
+        }
     }
 }
 
