@@ -1,24 +1,8 @@
 #include "tests/ui/mainwindow/mainwindowtest.h"
+#include "tests/ui/mainwindow/systemopener.h"
 
-#include <QDesktopServices>
 #include <QDialog>
 #include <QDir>
-#include <QUrl>
-
-/// Takes the folders that are to be opened, instead of the desktop.
-class FolderOpener : public QObject
-{
-    Q_OBJECT
-
-public:
-    FolderOpener() { QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "take"); }
-    ~FolderOpener() override { QDesktopServices::unsetUrlHandler(QStringLiteral("file")); }
-
-    QList<QUrl> opened;
-
-public Q_SLOTS:
-    void take(const QUrl &url) { opened << url; }
-};
 
 /// What the window tells of its own accord: why something cannot be used, what holds from when, where files
 /// go.
@@ -131,11 +115,13 @@ TEST_F(MainWindowExplanations, the_folder_of_the_last_recording_opens_with_a_cli
     click("pushButton_save");
     showFrames(1);
     find<QLineEdit>("lineEdit_savename")->setText("next");
-    const FolderOpener desktop;
+    SystemOpener desktop;
     click("pushButton_openfolder");
     ASSERT_EQ(desktop.opened.size(), 1);
     const QString shown = desktop.opened.first().toLocalFile();
     EXPECT_TRUE(QFile::exists(shown + "/first_pic1.png")) << qPrintable(shown);
-}
 
-#include "explanations_test.moc"
+    desktop.refuse();
+    click("pushButton_openfolder");
+    EXPECT_EQ(find<QLabel>("label_savedetail")->text(), "Nothing opens " + QDir::toNativeSeparators(shown));
+}

@@ -1,25 +1,8 @@
 #include "tests/ui/mainwindow/mainwindowtest.h"
+#include "tests/ui/mainwindow/systemopener.h"
 
-#include <QDesktopServices>
 #include <QFileInfo>
 #include <QToolTip>
-#include <QUrl>
-
-/// Stands in for the system's browser.
-class Browser : public QObject
-{
-    Q_OBJECT
-
-public:
-    Browser() { QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "take"); }
-    ~Browser() override { QDesktopServices::unsetUrlHandler(QStringLiteral("file")); }
-    Q_DISABLE_COPY_MOVE(Browser)
-
-    QList<QUrl> opened;
-
-public Q_SLOTS:
-    void take(const QUrl &url) { opened << url; }
-};
 
 class MainWindowManual : public MainWindowTest
 {
@@ -31,7 +14,7 @@ protected:
         QTest::keyClick(window.get(), Qt::Key_F1);
     }
 
-    Browser browser;
+    SystemOpener browser;
 };
 
 TEST_F(MainWindowManual, F1_opens_the_page_that_was_built_with_the_program)
@@ -119,4 +102,16 @@ TEST_F(MainWindowManual, one_that_is_not_there_is_told_in_the_dialog_too)
     EXPECT_TRUE(told.contains(QDir::toNativeSeparators(folder.filePath("none")))) << qPrintable(told);
 }
 
-#include "manual_test.moc"
+TEST_F(MainWindowManual, that_no_browser_is_there_is_told_with_the_page)
+{
+    open();
+    folder.write("manual.html", "here");
+    MainWindowInspector::setManualFolders(*window, {folder.path()});
+    browser.refuse();
+    pressF1();
+    EXPECT_TRUE(browser.opened.isEmpty());
+    const auto *problem = find<QLabel>("label_about_manualproblem");
+    EXPECT_TRUE(problem->isVisible());
+    const QString page = QDir::toNativeSeparators(folder.filePath("manual.html"));
+    EXPECT_EQ(problem->text(), "The system opens no HTML pages. The manual is " + page);
+}
