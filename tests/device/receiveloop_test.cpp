@@ -69,7 +69,7 @@ private:
     QObject m_context;
 };
 
-const char *const halt = "FFAA03A10DEB";
+const char *const haltHex = "FFAA03A10DEB";
 
 } // namespace
 
@@ -134,7 +134,7 @@ TEST_F(ReceiveLoop, a_stop_request_in_the_middle_of_a_block_reads_on_to_the_boun
     EXPECT_EQ(stops, 0);
     arrive(QByteArray(FrameFormat::blockBytes - 100, 'x'));
     ASSERT_TRUE(QTest::qWaitFor([&] { return stops == 1; }));
-    EXPECT_EQ(fake.writtenHex(), requests(1, 3) + halt);
+    EXPECT_EQ(fake.writtenHex(), requests(1, 3) + haltHex);
 
     // Nothing further is read: replies are left to the command exchange.
     const int reads = fake.reads();
@@ -158,7 +158,7 @@ TEST_F(ReceiveLoop, a_stop_request_at_the_32nd_block_hands_the_frame_on_first)
     ASSERT_TRUE(QTest::qWaitFor([&] { return stops == 1; }));
     EXPECT_EQ(order, QStringList({QStringLiteral("frame"), QStringLiteral("stop")}));
     EXPECT_EQ(frames[0].size(), FrameFormat::frameBytes);
-    EXPECT_EQ(fake.writtenHex(), requests(1, 31) + halt);
+    EXPECT_EQ(fake.writtenHex(), requests(1, 31) + haltHex);
 }
 
 TEST_F(ReceiveLoop, a_stop_request_before_the_first_block_halts_after_that_block)
@@ -169,7 +169,7 @@ TEST_F(ReceiveLoop, a_stop_request_before_the_first_block_halts_after_that_block
     EXPECT_EQ(fake.writtenHex(), "");
     arrive(block(0));
     ASSERT_TRUE(QTest::qWaitFor([&] { return stops == 1; }));
-    EXPECT_EQ(fake.writtenHex(), halt);
+    EXPECT_EQ(fake.writtenHex(), haltHex);
     EXPECT_EQ(frames.size(), 0);
 }
 

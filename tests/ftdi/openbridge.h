@@ -4,12 +4,11 @@
 
 #include "tests/ftdi/fakeusb.h"
 #include "tests/ftdi/numbered.h"
+#include "tests/support/patience.h"
 
 #include <gmock/gmock.h>
 
 #include <QTest>
-
-inline constexpr int patienceMs = 10'000;
 
 /// An open bridge with a small queue, and the chip that the test drives by hand.
 class OpenBridge : public testing::Test

@@ -1,6 +1,7 @@
 #include "ftdi/registry.h"
 
 #include "tests/ftdi/fakeusb.h"
+#include "tests/support/patience.h"
 
 #include <gmock/gmock.h>
 
@@ -16,8 +17,6 @@ using ftdi::OpenDevice;
 using ftdi::Registry;
 
 namespace {
-
-constexpr int patienceMs = 10'000;
 
 class Bridges : public testing::Test
 {

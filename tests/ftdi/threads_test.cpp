@@ -3,6 +3,7 @@
 #include "ftdi/opendevice.h"
 
 #include "tests/ftdi/threadedlibusb.h"
+#include "tests/support/patience.h"
 
 #include <gtest/gtest.h>
 
@@ -15,7 +16,6 @@ using d2xx::Status;
 
 namespace {
 
-constexpr int patienceMs = 60'000;
 constexpr int withoutEnd = std::numeric_limits<int>::max();
 
 /// A bridge whose bulk data comes through libusb, and whose chip takes everything.

@@ -5,9 +5,8 @@
 namespace {
 
 constexpr std::uint32_t complete = Halted | DeviceClosed | RecordingEnded;
-constexpr std::uint32_t lost = Lost | DeviceClosed;
 constexpr const char *unplugged = "qv1k-acquire: the detector was unplugged";
-constexpr const char *noPattern = "qv1k-acquire: time-out: the detector did not confirm the test pattern";
+constexpr const char *patternMissed = "qv1k-acquire: time-out: the detector did not confirm the test pattern";
 constexpr const char *notStarted = "qv1k-acquire: time-out: the detector did not confirm the start";
 constexpr const char *noFrame = "qv1k-acquire: time-out: no frame for 7 s, 1 of 3 received";
 constexpr const char *lostFrame = "qv1k-acquire: the detector was unplugged, 1 of 3 received";
@@ -76,12 +75,12 @@ Group acquirePatternGroup()
                        cell(None, Succeeded, complete, 0),
                        cell(StatusFailsOnce, Succeeded, complete, 0),
                        cell(StatusFails, Failed, TimedOut | lost, 5, unplugged),
-                       cell(ReadFailsOnce, Failed, ReadFailed | DeviceClosed, 0, noPattern),
-                       cell(WriteFailsOnce, Failed, TimedOut | DeviceClosed, 5, noPattern),
+                       cell(ReadFailsOnce, Failed, ReadFailed | DeviceClosed, 0, patternMissed),
+                       cell(WriteFailsOnce, Failed, TimedOut | DeviceClosed, 5, patternMissed),
                        cell(ReplyLong, Succeeded, TimedOut | complete, 5),
-                       cell(ReplyCorrupt, Failed, DeviceClosed, 0, noPattern),
-                       cell(ReplyMissing, Failed, TimedOut | DeviceClosed, 5, noPattern),
-                       cell(LeftOver, Failed, DeviceClosed, 0, noPattern),
+                       cell(ReplyCorrupt, Failed, DeviceClosed, 0, patternMissed),
+                       cell(ReplyMissing, Failed, TimedOut | DeviceClosed, 5, patternMissed),
+                       cell(LeftOver, Failed, DeviceClosed, 0, patternMissed),
                        cell(Unplug, Failed, TimedOut | lost, 5, unplugged),
                    });
 }

@@ -39,8 +39,6 @@ Senseless sameAs(const char *why)
             why};
 }
 
-constexpr std::uint32_t lost = TimedOut | Lost | DeviceClosed;
-
 std::vector<Entry> allOf(int seconds, const Entry &leftOver)
 {
     using enum Fault;
@@ -48,7 +46,7 @@ std::vector<Entry> allOf(int seconds, const Entry &leftOver)
     return {
         cell(None, Idle, Nothing, 0),
         cell(StatusFailsOnce, Idle, Nothing, 0),
-        cell(StatusFails, Disconnected, lost, seconds),
+        cell(StatusFails, Disconnected, lostWaiting, seconds),
         cell(ReadFailsOnce, Idle, ReadFailed, 0),
         cell(ReadFails, Idle, ReadFailed, 0),
         cell(ReadLoses, Idle, ReadFailed, 0),
@@ -62,9 +60,9 @@ std::vector<Entry> allOf(int seconds, const Entry &leftOver)
         cell(ReplyCorrupt, Idle, Nothing, 0),
         cell(ReplyMissing, Idle, TimedOut, seconds),
         leftOver,
-        cell(Unplug, Disconnected, lost, seconds),
-        cell(Replug, Disconnected, lost, seconds),
-        cell(UnplugBesideOther, Disconnected, lost, seconds),
+        cell(Unplug, Disconnected, lostWaiting, seconds),
+        cell(Replug, Disconnected, lostWaiting, seconds),
+        cell(UnplugBesideOther, Disconnected, lostWaiting, seconds),
     };
 }
 
@@ -80,7 +78,7 @@ std::vector<Entry> someOf(int seconds, const Entry &leftOver)
         cell(ReplyCorrupt, Idle, Nothing, 0),
         cell(ReplyMissing, Idle, TimedOut, seconds),
         leftOver,
-        cell(Unplug, Disconnected, lost, seconds),
+        cell(Unplug, Disconnected, lostWaiting, seconds),
     };
 }
 

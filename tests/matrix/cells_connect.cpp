@@ -1,11 +1,5 @@
 #include "tests/matrix/groups.h"
 
-namespace {
-
-constexpr std::uint32_t lost = TimedOut | Lost | DeviceClosed;
-
-} // namespace
-
 Group connectGroup()
 {
     using enum Fault;
@@ -15,7 +9,7 @@ Group connectGroup()
             {
                 cell(None, Idle, Nothing, 0),
                 cell(StatusFailsOnce, Idle, Nothing, 0),
-                cell(StatusFails, Disconnected, lost, 1),
+                cell(StatusFails, Disconnected, lostWaiting, 1),
                 cell(ReadFailsOnce, Idle, ReadFailed, 0),
                 cell(ReadFails, Idle, ReadFailed, 0),
                 cell(ReadLoses, Idle, ReadFailed, 0),
@@ -29,9 +23,9 @@ Group connectGroup()
                 cell(ReplyCorrupt, Idle, Nothing, 0),
                 cell(ReplyMissing, Idle, TimedOut, 1),
                 cell(LeftOver, Idle, Nothing, 0),
-                cell(Unplug, Disconnected, lost, 1),
-                cell(Replug, Disconnected, lost, 1),
-                cell(UnplugBesideOther, Disconnected, lost, 1),
+                cell(Unplug, Disconnected, lostWaiting, 1),
+                cell(Replug, Disconnected, lostWaiting, 1),
+                cell(UnplugBesideOther, Disconnected, lostWaiting, 1),
                 cell(HeldElsewhere, Disconnected, OpenFailed, 0, "Device connect failed"),
             },
             senselessForButtons({{{NotReady}, "only a readiness query is answered so"}})};
@@ -46,7 +40,7 @@ Group batteryGroup()
             {
                 cell(None, Idle, Nothing, 0),
                 cell(StatusFailsOnce, Idle, Nothing, 0),
-                cell(StatusFails, Disconnected, lost, 1),
+                cell(StatusFails, Disconnected, lostWaiting, 1),
                 cell(ReadFailsOnce, Idle, ReadFailed, 0),
                 cell(ReadFails, Idle, ReadFailed, 0),
                 cell(ReadLoses, Idle, ReadFailed, 0),
@@ -60,9 +54,9 @@ Group batteryGroup()
                 cell(ReplyCorrupt, Idle, Nothing, 0),
                 cell(ReplyMissing, Idle, TimedOut, 1),
                 cell(LeftOver, Idle, Nothing, 0),
-                cell(Unplug, Disconnected, lost, 1),
-                cell(Replug, Disconnected, lost, 1),
-                cell(UnplugBesideOther, Disconnected, lost, 1),
+                cell(Unplug, Disconnected, lostWaiting, 1),
+                cell(Replug, Disconnected, lostWaiting, 1),
+                cell(UnplugBesideOther, Disconnected, lostWaiting, 1),
                 cell(MessageBox, Idle, Nothing, 0, "Are you sure you want to exit？"),
                 cell(FileDialog, Idle, Nothing, 0, "Please select a valid path"),
                 cell(EngineeringDialog, Idle, Nothing, 0),

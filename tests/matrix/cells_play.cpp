@@ -2,7 +2,6 @@
 
 namespace {
 
-constexpr std::uint32_t lost = TimedOut | Lost | DeviceClosed;
 constexpr const char *noPattern = "test failed";
 constexpr const char *noStart = "Play failed";
 
@@ -17,7 +16,7 @@ Group patternGroup()
             {
                 cell(None, Sampling, Nothing, 0),
                 cell(StatusFailsOnce, Sampling, Nothing, 0),
-                cell(StatusFails, Disconnected, lost, 5, noPattern),
+                cell(StatusFails, Disconnected, lostWaiting, 5, noPattern),
                 cell(ReadFailsOnce, Idle, ReadFailed, 0, noPattern),
                 cell(ReadFails, Idle, ReadFailed, 0, noPattern),
                 cell(ReadLoses, Idle, ReadFailed, 0, noPattern),
@@ -31,9 +30,9 @@ Group patternGroup()
                 cell(ReplyCorrupt, Idle, Nothing, 0, noPattern),
                 cell(ReplyMissing, Idle, TimedOut, 5, noPattern),
                 cell(LeftOver, Idle, Nothing, 0, noPattern),
-                cell(Unplug, Disconnected, lost, 5, noPattern),
-                cell(Replug, Disconnected, lost, 5, noPattern),
-                cell(UnplugBesideOther, Disconnected, lost, 5, noPattern),
+                cell(Unplug, Disconnected, lostWaiting, 5, noPattern),
+                cell(Replug, Disconnected, lostWaiting, 5, noPattern),
+                cell(UnplugBesideOther, Disconnected, lostWaiting, 5, noPattern),
             },
             senselessForButtons({{{NotReady}, "only a readiness query is answered so"},
                                  {{HeldElsewhere}, "the device is open already"}})};
@@ -48,7 +47,7 @@ Group readinessGroup()
             {
                 cell(None, Sampling, Nothing, 0),
                 cell(StatusFailsOnce, Sampling, Nothing, 0),
-                cell(StatusFails, Disconnected, lost, 5),
+                cell(StatusFails, Disconnected, lostWaiting, 5),
                 cell(ReadFailsOnce, Sampling, ReadFailed, 1),
                 cell(ReadFails, Idle, ReadFailed, 3, waitCancelled),
                 cell(ReadLoses, Sampling, ReadFailed, 1),
@@ -63,9 +62,9 @@ Group readinessGroup()
                 cell(ReplyMissing, Sampling, TimedOut, 6, waitShown),
                 cell(LeftOver, Sampling, Nothing, 1),
                 cell(NotReady, Sampling, Nothing, 3, waitShown),
-                cell(Unplug, Disconnected, lost, 5),
-                cell(Replug, Disconnected, lost, 5),
-                cell(UnplugBesideOther, Disconnected, lost, 5),
+                cell(Unplug, Disconnected, lostWaiting, 5),
+                cell(Replug, Disconnected, lostWaiting, 5),
+                cell(UnplugBesideOther, Disconnected, lostWaiting, 5),
             },
             senselessForButtons({{{HeldElsewhere}, "the device is open already"}})};
 }
@@ -79,7 +78,7 @@ Group startGroup()
             {
                 cell(None, Sampling, Nothing, 0),
                 cell(StatusFailsOnce, Sampling, Nothing, 0),
-                cell(StatusFails, Disconnected, lost, 5, noStart),
+                cell(StatusFails, Disconnected, lostWaiting, 5, noStart),
                 cell(ReadFailsOnce, Idle, ReadFailed, 0, noStart),
                 cell(ReadFails, Idle, ReadFailed, 0, noStart),
                 cell(ReadLoses, Idle, ReadFailed, 0, noStart),
@@ -93,9 +92,9 @@ Group startGroup()
                 cell(ReplyCorrupt, Idle, Nothing, 0, noStart),
                 cell(ReplyMissing, Idle, TimedOut, 5, noStart),
                 cell(LeftOver, Idle, Nothing, 0, noStart),
-                cell(Unplug, Disconnected, lost, 5, noStart),
-                cell(Replug, Disconnected, lost, 5, noStart),
-                cell(UnplugBesideOther, Disconnected, lost, 5, noStart),
+                cell(Unplug, Disconnected, lostWaiting, 5, noStart),
+                cell(Replug, Disconnected, lostWaiting, 5, noStart),
+                cell(UnplugBesideOther, Disconnected, lostWaiting, 5, noStart),
             },
             senselessForButtons({{{NotReady}, "only a readiness query is answered so"},
                                  {{HeldElsewhere}, "the device is open already"}})};

@@ -2,10 +2,6 @@
 
 namespace {
 
-constexpr std::uint32_t lost = Lost | DeviceClosed;
-constexpr const char *exitQuestion = "Are you sure you want to exit？";
-constexpr const char *noPath = "Please select a valid path";
-
 /// What plays no part in what is plugged and pulled.
 std::vector<Senseless> senselessForCables(std::vector<Senseless> more)
 {

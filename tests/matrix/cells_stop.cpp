@@ -1,11 +1,5 @@
 #include "tests/matrix/groups.h"
 
-namespace {
-
-constexpr std::uint32_t lost = TimedOut | Lost | DeviceClosed;
-
-} // namespace
-
 Group stopGroup()
 {
     using enum Fault;
@@ -15,7 +9,7 @@ Group stopGroup()
             {
                 cell(None, Idle, Halted, 0),
                 cell(StatusFailsOnce, Idle, Halted, 0),
-                cell(StatusFails, Disconnected, lost, 4),
+                cell(StatusFails, Disconnected, lostWaiting, 4),
                 cell(ReadFailsOnce, Idle, ReadFailed, 0),
                 cell(ReadFails, Idle, ReadFailed, 0),
                 cell(ReadLoses, Idle, ReadFailed, 0),

@@ -5,10 +5,6 @@
 
 namespace {
 
-constexpr std::uint32_t lost = Lost | DeviceClosed;
-constexpr const char *exitQuestion = "Are you sure you want to exit？";
-constexpr const char *noPath = "Please select a valid path";
-
 /// In the block after the next two.
 constexpr std::int64_t soon = 300000;
 
@@ -62,7 +58,7 @@ std::vector<Entry> behindBox(const char *text, std::vector<Entry> entries)
 }
 
 /// What differs from streaming, or may.
-std::vector<Entry> essentialOf(std::vector<Entry> entries)
+std::vector<Entry> essentialOfStream(std::vector<Entry> entries)
 {
     using enum Fault;
     constexpr std::array left{ReadFails, ReadLoses, WriteFailsOnce, WriteFails,
@@ -95,7 +91,7 @@ Group calibrationGroup()
     using enum Fault;
     return {"Calibration: a reference is captured while the fault meets the stream",
             {{.name = "calibrate", .act = Act::Calibrate, .imageBytes = soon}},
-            essentialOf(streamEntries(Nothing, "")),
+            essentialOfStream(streamEntries(Nothing, "")),
             senselessInStream({{{DiskFull, DiskReadOnly, DiskGone}, noRecording}, asInStreaming()})};
 }
 
@@ -103,7 +99,7 @@ Group recordingGroup()
 {
     using enum Fault;
     using enum State;
-    std::vector<Entry> entries = essentialOf(streamEntries(RecordingCut, "Save Stop"));
+    std::vector<Entry> entries = essentialOfStream(streamEntries(RecordingCut, "Save Stop"));
     constexpr const char *none = "Save Success, 3 of 3 frames stored, 3 files failed";
     entries.push_back(cell(DiskFull, Sampling, FileCut | RecordingEnded, 0, "", none));
     entries.push_back(cell(DiskReadOnly, Sampling, FileNotOpened | RecordingEnded, 0, "", none));
@@ -119,7 +115,8 @@ Group refusedDisconnectGroup()
     using enum Fault;
     return {"Disconnect while it samples: refused; the fault meets the stream while the box stands there",
             {{.name = "disconnect while sampling", .act = Act::DisconnectSampling, .imageBytes = soon}},
-            behindBox("Device is running,Please stop sample first", essentialOf(streamEntries(Nothing, ""))),
+            behindBox("Device is running,Please stop sample first",
+                      essentialOfStream(streamEntries(Nothing, ""))),
             senselessInStream({{{DiskFull, DiskReadOnly, DiskGone}, noRecording},
                                asInStreaming(),
                                {{MessageBox, FileDialog, EngineeringDialog}, noPress}})};

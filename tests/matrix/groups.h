@@ -45,6 +45,14 @@ inline constexpr const char *noList = "nobody asks for the list";
 /// Why faults of an exchange play none.
 inline constexpr const char *noExchange = "nothing is asked of the detector";
 
+/// Of a detector that is gone, the log tells this: while nothing was asked of it, and while something was.
+inline constexpr std::uint32_t lost = Lost | DeviceClosed;
+inline constexpr std::uint32_t lostWaiting = TimedOut | lost;
+
+/// The boxes of closing the window and of a folder that was not chosen.
+inline constexpr const char *exitQuestion = "Are you sure you want to exit？";
+inline constexpr const char *noPath = "Please select a valid path";
+
 /// The senseless columns of an exchange that a button starts: those of the stream, the disk and the dialogs.
 [[nodiscard]] inline std::vector<Senseless> senselessForButtons(std::vector<Senseless> more)
 {

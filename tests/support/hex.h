@@ -13,3 +13,9 @@ inline QByteArray hexText(const QByteArray &bytes)
 {
     return bytes.toHex().toUpper();
 }
+
+/// With a space between two bytes.
+inline QByteArray spacedHex(const QByteArray &bytes)
+{
+    return bytes.toHex(' ').toUpper();
+}

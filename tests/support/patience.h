@@ -8,3 +8,6 @@ constexpr int patience = 4;
 #else
 constexpr int patience = 1;
 #endif
+
+/// For what comes sooner or later, however loaded the machine is. In milliseconds.
+constexpr int patienceMs = 60'000;

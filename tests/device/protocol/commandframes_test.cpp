@@ -1,74 +1,67 @@
 #include "device/protocol/commandframes.h"
 
+#include "tests/support/hex.h"
+
 #include <gtest/gtest.h>
-
-namespace {
-
-QByteArray hex(const QByteArray &bytes)
-{
-    return bytes.toHex(' ').toUpper();
-}
-
-} // namespace
 
 TEST(CommandFrames, every_fixed_frame_has_its_exact_bytes)
 {
-    EXPECT_EQ(hex(CommandFrame::startAcquisition()), "FF AA 03 A0 0D EB");
-    EXPECT_EQ(hex(CommandFrame::haltAcquisition()), "FF AA 03 A1 0D EB");
-    EXPECT_EQ(hex(CommandFrame::readinessQuery()), "FF AA 03 AA 0D EB");
-    EXPECT_EQ(hex(CommandFrame::levelQuery()), "FF AA 02 10 0D EB");
-    EXPECT_EQ(hex(CommandFrame::versionReadback()), "FF AA 02 FA 0D EB");
-    EXPECT_EQ(hex(CommandFrame::parameterReadback()), "FF AA 02 00 0D EB");
-    EXPECT_EQ(hex(CommandFrame::eepromReadback()), "FF AA 02 EE 0D EB");
-    EXPECT_EQ(hex(CommandFrame::eepromWrite()), "FF AA 03 E0 0D EB");
-    EXPECT_EQ(hex(CommandFrame::eepromRead()), "FF AA 03 E1 0D EB");
-    EXPECT_EQ(hex(CommandFrame::eepromInit()), "FF AA 03 EF 0D EB");
+    EXPECT_EQ(spacedHex(CommandFrame::startAcquisition()), "FF AA 03 A0 0D EB");
+    EXPECT_EQ(spacedHex(CommandFrame::haltAcquisition()), "FF AA 03 A1 0D EB");
+    EXPECT_EQ(spacedHex(CommandFrame::readinessQuery()), "FF AA 03 AA 0D EB");
+    EXPECT_EQ(spacedHex(CommandFrame::levelQuery()), "FF AA 02 10 0D EB");
+    EXPECT_EQ(spacedHex(CommandFrame::versionReadback()), "FF AA 02 FA 0D EB");
+    EXPECT_EQ(spacedHex(CommandFrame::parameterReadback()), "FF AA 02 00 0D EB");
+    EXPECT_EQ(spacedHex(CommandFrame::eepromReadback()), "FF AA 02 EE 0D EB");
+    EXPECT_EQ(spacedHex(CommandFrame::eepromWrite()), "FF AA 03 E0 0D EB");
+    EXPECT_EQ(spacedHex(CommandFrame::eepromRead()), "FF AA 03 E1 0D EB");
+    EXPECT_EQ(spacedHex(CommandFrame::eepromInit()), "FF AA 03 EF 0D EB");
 }
 
 TEST(CommandFrames, the_fifth_test_pattern_is_CF_and_the_others_run_from_C0)
 {
-    EXPECT_EQ(hex(CommandFrame::testPattern(1)), "FF AA 03 C0 0D EB");
-    EXPECT_EQ(hex(CommandFrame::testPattern(2)), "FF AA 03 C1 0D EB");
-    EXPECT_EQ(hex(CommandFrame::testPattern(3)), "FF AA 03 C2 0D EB");
-    EXPECT_EQ(hex(CommandFrame::testPattern(4)), "FF AA 03 C3 0D EB");
-    EXPECT_EQ(hex(CommandFrame::testPattern(5)), "FF AA 03 CF 0D EB");
-    EXPECT_EQ(hex(CommandFrame::testPattern(6)), "FF AA 03 CF 0D EB");
+    EXPECT_EQ(spacedHex(CommandFrame::testPattern(1)), "FF AA 03 C0 0D EB");
+    EXPECT_EQ(spacedHex(CommandFrame::testPattern(2)), "FF AA 03 C1 0D EB");
+    EXPECT_EQ(spacedHex(CommandFrame::testPattern(3)), "FF AA 03 C2 0D EB");
+    EXPECT_EQ(spacedHex(CommandFrame::testPattern(4)), "FF AA 03 C3 0D EB");
+    EXPECT_EQ(spacedHex(CommandFrame::testPattern(5)), "FF AA 03 CF 0D EB");
+    EXPECT_EQ(spacedHex(CommandFrame::testPattern(6)), "FF AA 03 CF 0D EB");
 }
 
 TEST(CommandFrames, a_block_request_carries_its_counter_in_one_byte)
 {
-    EXPECT_EQ(hex(CommandFrame::blockRequest(0)), "FF AA 00 00 0D EB");
-    EXPECT_EQ(hex(CommandFrame::blockRequest(1)), "FF AA 00 01 0D EB");
-    EXPECT_EQ(hex(CommandFrame::blockRequest(31)), "FF AA 00 1F 0D EB");
+    EXPECT_EQ(spacedHex(CommandFrame::blockRequest(0)), "FF AA 00 00 0D EB");
+    EXPECT_EQ(spacedHex(CommandFrame::blockRequest(1)), "FF AA 00 01 0D EB");
+    EXPECT_EQ(spacedHex(CommandFrame::blockRequest(31)), "FF AA 00 1F 0D EB");
 }
 
 TEST(CommandFrames, hexadecimal_bytes_are_padded_to_their_width)
 {
-    EXPECT_EQ(hex(CommandFrame::hexBytes(0, 1)), "00");
-    EXPECT_EQ(hex(CommandFrame::hexBytes(0x89, 2)), "00 89");
-    EXPECT_EQ(hex(CommandFrame::hexBytes(13280, 4)), "00 00 33 E0");
-    EXPECT_EQ(hex(CommandFrame::hexBytes(0x7FFFFFFF, 4)), "7F FF FF FF");
+    EXPECT_EQ(spacedHex(CommandFrame::hexBytes(0, 1)), "00");
+    EXPECT_EQ(spacedHex(CommandFrame::hexBytes(0x89, 2)), "00 89");
+    EXPECT_EQ(spacedHex(CommandFrame::hexBytes(13280, 4)), "00 00 33 E0");
+    EXPECT_EQ(spacedHex(CommandFrame::hexBytes(0x7FFFFFFF, 4)), "7F FF FF FF");
 }
 
 TEST(CommandFrames, a_value_too_large_for_its_width_makes_the_field_longer)
 {
-    EXPECT_EQ(hex(CommandFrame::hexBytes(65536, 2)), "01 00 00");
-    EXPECT_EQ(hex(CommandFrame::hexBytes(0x123456, 2)), "12 34 56");
-    EXPECT_EQ(hex(CommandFrame::hexBytes(256, 1)), "01 00");
+    EXPECT_EQ(spacedHex(CommandFrame::hexBytes(65536, 2)), "01 00 00");
+    EXPECT_EQ(spacedHex(CommandFrame::hexBytes(0x123456, 2)), "12 34 56");
+    EXPECT_EQ(spacedHex(CommandFrame::hexBytes(256, 1)), "01 00");
 }
 
 TEST(CommandFrames, a_longer_text_of_odd_length_gets_its_leading_digit_as_a_byte_of_its_own)
 {
-    EXPECT_EQ(hex(CommandFrame::hexBytes(0x10000, 2)), "01 00 00");
-    EXPECT_EQ(hex(CommandFrame::hexBytes(0xABCDE, 2)), "0A BC DE");
+    EXPECT_EQ(spacedHex(CommandFrame::hexBytes(0x10000, 2)), "01 00 00");
+    EXPECT_EQ(spacedHex(CommandFrame::hexBytes(0xABCDE, 2)), "0A BC DE");
 }
 
 TEST(CommandFrames, the_sign_of_a_negative_value_is_dropped_and_its_magnitude_sent)
 {
-    EXPECT_EQ(hex(CommandFrame::hexBytes(-0x1234, 2)), "12 34");
-    EXPECT_EQ(hex(CommandFrame::hexBytes(-1, 2)), "00 01");
-    EXPECT_EQ(hex(CommandFrame::hexBytes(-1, 4)), "00 00 00 01");
-    EXPECT_EQ(hex(CommandFrame::hexBytes(std::numeric_limits<int>::min(), 4)), "80 00 00 00");
+    EXPECT_EQ(spacedHex(CommandFrame::hexBytes(-0x1234, 2)), "12 34");
+    EXPECT_EQ(spacedHex(CommandFrame::hexBytes(-1, 2)), "00 01");
+    EXPECT_EQ(spacedHex(CommandFrame::hexBytes(-1, 4)), "00 00 00 01");
+    EXPECT_EQ(spacedHex(CommandFrame::hexBytes(std::numeric_limits<int>::min(), 4)), "80 00 00 00");
 }
 
 TEST(CommandFrames, the_checksum_is_the_plain_sum_of_the_payload_bytes)
@@ -81,9 +74,9 @@ TEST(CommandFrames, the_checksum_is_the_plain_sum_of_the_payload_bytes)
 
 TEST(CommandFrames, a_parameter_frame_keeps_the_end_mark_in_its_head)
 {
-    EXPECT_EQ(hex(CommandFrame::parameters(static_cast<char>(0x10), QByteArray::fromHex("0102"))),
+    EXPECT_EQ(spacedHex(CommandFrame::parameters(static_cast<char>(0x10), QByteArray::fromHex("0102"))),
               "FF AA 01 10 0D EB 01 02 03");
-    EXPECT_EQ(hex(CommandFrame::parameters(static_cast<char>(0xEE), {})), "FF AA 01 EE 0D EB 00");
+    EXPECT_EQ(spacedHex(CommandFrame::parameters(static_cast<char>(0xEE), {})), "FF AA 01 EE 0D EB 00");
 }
 
 TEST(Acknowledgements, an_echo_must_stand_at_the_start_of_the_reply)

@@ -4,6 +4,7 @@
 #include "device/d2xxlibrary.h"
 #include "tests/ftdi/bridge/byteslines.h"
 #include "tests/ftdi/bridge/usbbed.h"
+#include "tests/support/patience.h"
 
 #include <gmock/gmock.h>
 
@@ -13,8 +14,6 @@
 class BedTest : public testing::Test
 {
 protected:
-    static constexpr int patienceMs = 60'000;
-
     void SetUp() override
     {
         ASSERT_TRUE(UsbBed::isAtHand()) << "start it by ctest, which loads umockdev's library first";

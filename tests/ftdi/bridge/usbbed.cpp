@@ -74,7 +74,7 @@ UsbBed::UsbBed() : m_system(std::make_unique<System>()), m_plugged(10)
                                   descriptorsOfHub());
 }
 
-UsbBed::~UsbBed()
+UsbBed::~UsbBed() // NOLINT(bugprone-exception-escape): as in the header
 {
     for (int port = 1; port < 10; ++port)
         unplug(port);

@@ -25,7 +25,7 @@ public:
     UsbBed();
     UsbBed(const UsbBed &) = delete;
     UsbBed &operator=(const UsbBed &) = delete;
-    ~UsbBed();
+    ~UsbBed(); // NOLINT(bugprone-exception-escape): memory that runs out ends the test
 
     /// For while there is one: false when umockdev's library was not loaded first, and nothing of this works.
     [[nodiscard]] static bool isAtHand();

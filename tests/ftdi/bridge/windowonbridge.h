@@ -2,6 +2,7 @@
 
 #include "tests/ftdi/bridge/detectorlines.h"
 #include "tests/ftdi/bridge/usbbed.h"
+#include "tests/support/patience.h"
 #include "tests/ui/mainwindow/windowfixture.h"
 
 #include <QTextEdit>
@@ -11,7 +12,6 @@
 class WindowOnBridge : public WindowFixture
 {
 protected:
-    static constexpr int patienceMs = 60'000;
     static constexpr int port = 1;
 
     void SetUp() override

@@ -4,12 +4,6 @@ using namespace std::chrono_literals;
 using simulator::blockBytes;
 using simulator::Status;
 
-namespace {
-
-const QByteArray version = QByteArray::fromHex("0102034500");
-
-} // namespace
-
 TEST(Faults, a_late_reply_leaves_after_its_delay)
 {
     FaultyCable cable("ReplyDelayMs=3000\n");
@@ -17,7 +11,7 @@ TEST(Faults, a_late_reply_leaves_after_its_delay)
     cable.clock.advance(2991ms); // 10 ms of reading, 2 ms of latency
     EXPECT_EQ(cable.waiting(), 0U);
     cable.clock.advance(1ms);
-    EXPECT_EQ(cable.receive(5), version);
+    EXPECT_EQ(cable.receive(5), versionReply);
 }
 
 TEST(Faults, a_reply_waits_behind_a_late_one)
@@ -36,13 +30,13 @@ TEST(Faults, a_purge_leaves_the_reply_that_the_detector_has_not_sent_yet)
     cable.send(frame(2, 0xFA));
     cable.bridge->purge(cable.handle, 3);
     cable.clock.advance(4s);
-    EXPECT_EQ(cable.receive(5), version);
+    EXPECT_EQ(cable.receive(5), versionReply);
 }
 
 TEST(Faults, a_short_reply_lacks_its_last_bytes)
 {
     FaultyCable cable("ShortReply=2\n");
-    EXPECT_EQ(cable.exchange(frame(2, 0xFA), 5), version.left(3));
+    EXPECT_EQ(cable.exchange(frame(2, 0xFA), 5), versionReply.left(3));
 }
 
 TEST(Faults, a_reply_cut_by_more_than_it_has_is_empty)
@@ -55,7 +49,7 @@ TEST(Faults, a_reply_cut_by_more_than_it_has_is_empty)
 TEST(Faults, a_long_reply_has_zeros_at_its_end)
 {
     FaultyCable cable("LongReply=2\n");
-    EXPECT_EQ(cable.exchange(frame(2, 0xFA), 7), version + QByteArray(2, '\0'));
+    EXPECT_EQ(cable.exchange(frame(2, 0xFA), 7), versionReply + QByteArray(2, '\0'));
 }
 
 TEST(Faults, a_corrupt_reply_has_every_byte_inverted)
@@ -85,13 +79,13 @@ TEST(Faults, reply_faults_can_be_limited_to_a_number_of_replies)
     EXPECT_EQ(cable.exchange(frame(2, 0x10), 6).size(), 6) << "another command does not count";
     EXPECT_EQ(cable.exchange(frame(2, 0xFA), 5), QByteArray());
     EXPECT_EQ(cable.exchange(frame(2, 0xFA), 5), QByteArray());
-    EXPECT_EQ(cable.exchange(frame(2, 0xFA), 5), version);
+    EXPECT_EQ(cable.exchange(frame(2, 0xFA), 5), versionReply);
 }
 
 TEST(Faults, reply_faults_can_be_limited_to_none_and_last_for_ever)
 {
     FaultyCable none("ReplyFaultCount=0\nMissingReply=true\n");
-    EXPECT_EQ(none.exchange(frame(2, 0xFA), 5), version);
+    EXPECT_EQ(none.exchange(frame(2, 0xFA), 5), versionReply);
     FaultyCable all("ReplyFaultCount=-1\nMissingReply=true\n");
     for (int i = 0; i < 100; ++i)
         EXPECT_EQ(all.exchange(frame(2, 0xFA), 5), QByteArray());

@@ -2,6 +2,9 @@
 
 #include "tests/simulator/bridge/virtualcable.h"
 
+/// To a read-back of the version.
+inline const QByteArray versionReply = QByteArray::fromHex("0102034500");
+
 /// Open cable with these lines in the group of faults and no pacing.
 class FaultyCable : public VirtualCable
 {

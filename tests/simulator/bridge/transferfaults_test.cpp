@@ -6,7 +6,6 @@ using simulator::Status;
 
 namespace {
 
-const QByteArray version = QByteArray::fromHex("0102034500");
 constexpr int often = 100; // stands for ever
 
 } // namespace
@@ -30,7 +29,7 @@ TEST(TransferFaults, looks_reads_and_writes_can_fail_for_ever_until_the_file_is_
     }
     cable.change("[Faults]\n");
     EXPECT_EQ(cable.look(), Status::Ok);
-    EXPECT_EQ(cable.exchange(frame(2, 0xFA), 5), version);
+    EXPECT_EQ(cable.exchange(frame(2, 0xFA), 5), versionReply);
 }
 
 TEST(TransferFaults, a_failed_look_leaves_what_waits)
@@ -38,7 +37,7 @@ TEST(TransferFaults, a_failed_look_leaves_what_waits)
     FaultyCable cable("FailStatus=1\n");
     cable.send(frame(2, 0xFA));
     EXPECT_EQ(cable.look(), Status::IoError);
-    EXPECT_EQ(cable.receive(5), version);
+    EXPECT_EQ(cable.receive(5), versionReply);
 }
 
 TEST(TransferFaults, a_failed_read_takes_nothing)
@@ -46,7 +45,7 @@ TEST(TransferFaults, a_failed_read_takes_nothing)
     FaultyCable cable("FailReads=1\n");
     EXPECT_EQ(cable.exchange(frame(2, 0xFA), 5), QByteArray());
     EXPECT_EQ(cable.status, Status::IoError);
-    EXPECT_EQ(cable.receive(5), version);
+    EXPECT_EQ(cable.receive(5), versionReply);
 }
 
 TEST(TransferFaults, a_failed_read_can_lose_what_it_would_have_brought_and_no_more)
@@ -57,7 +56,7 @@ TEST(TransferFaults, a_failed_read_can_lose_what_it_would_have_brought_and_no_mo
     EXPECT_EQ(cable.receive(2), QByteArray());
     EXPECT_EQ(cable.status, Status::IoError);
     EXPECT_EQ(cable.receive(4), QByteArray()) << "also over the end of a reply";
-    EXPECT_EQ(cable.receive(4), version.right(4));
+    EXPECT_EQ(cable.receive(4), versionReply.right(4));
 }
 
 TEST(TransferFaults, a_failed_read_that_loses_image_data_leaves_the_rest_of_the_block)
@@ -75,23 +74,23 @@ TEST(TransferFaults, a_failed_write_does_not_reach_the_detector)
     FaultyCable cable("FailWrites=1\n");
     EXPECT_EQ(cable.write(frame(2, 0xFA)), std::pair(Status::IoError, 0U));
     EXPECT_EQ(cable.receive(5), QByteArray());
-    EXPECT_EQ(cable.exchange(frame(2, 0xFA), 5), version);
+    EXPECT_EQ(cable.exchange(frame(2, 0xFA), 5), versionReply);
 }
 
 TEST(TransferFaults, so_many_reads_bring_only_so_many_bytes_and_the_next_brings_the_rest)
 {
     FaultyCable cable("ShortReads=2\nShortReadBytes=2\n");
-    EXPECT_EQ(cable.exchange(frame(2, 0xFA), 5), version.left(2));
+    EXPECT_EQ(cable.exchange(frame(2, 0xFA), 5), versionReply.left(2));
     EXPECT_EQ(cable.status, Status::Ok);
-    EXPECT_EQ(cable.receive(1), version.mid(2, 1)) << "what is shorter already is not made longer";
-    EXPECT_EQ(cable.receive(2), version.right(2));
+    EXPECT_EQ(cable.receive(1), versionReply.mid(2, 1)) << "what is shorter already is not made longer";
+    EXPECT_EQ(cable.receive(2), versionReply.right(2));
 }
 
 TEST(TransferFaults, a_short_read_brings_one_byte_when_nothing_else_is_said)
 {
     FaultyCable cable("ShortReads=-1\n");
     cable.send(frame(2, 0xFA));
-    for (const char byte : version)
+    for (const char byte : versionReply)
         EXPECT_EQ(cable.receive(5), QByteArray(1, byte));
 }
 
@@ -101,7 +100,7 @@ TEST(TransferFaults, of_a_short_write_the_first_bytes_reach_the_detector_and_are
     EXPECT_EQ(cable.write(frame(2, 0xFA)), std::pair(Status::Ok, 4U));
     EXPECT_EQ(cable.receive(5), QByteArray());
     EXPECT_EQ(cable.write(frame(2, 0xFA).right(2)), std::pair(Status::Ok, 2U));
-    EXPECT_EQ(cable.receive(5), version) << "the rest completes the frame";
+    EXPECT_EQ(cable.receive(5), versionReply) << "the rest completes the frame";
 }
 
 TEST(TransferFaults, a_short_write_ends_after_three_bytes_when_nothing_else_is_said)
@@ -153,5 +152,5 @@ TEST(TransferFaults, short_reads_and_writes_can_begin_in_the_stream_too)
 TEST(TransferFaults, from_the_first_byte_on_leave_replies_that_run_together_in_one_read)
 {
     FaultyCable cable("FaultsFromByte=0\n");
-    EXPECT_EQ(cable.exchange(frame(2, 0xFA) + frame(2, 0xFA), 10), version + version);
+    EXPECT_EQ(cable.exchange(frame(2, 0xFA) + frame(2, 0xFA), 10), versionReply + versionReply);
 }
