@@ -1,4 +1,4 @@
-# The Qt that tests/tsan/qt has built into the cache folder, before any other. Its moc is the system's.
+# The Qt Core and Test that tests/tsan/qt has built into the cache folder are found at run time before Debian's.
 set(_qv1k_cache "$ENV{QV1K_TSAN_CACHE}")
 if(_qv1k_cache STREQUAL "")
   set(_qv1k_cache "$ENV{XDG_CACHE_HOME}")
@@ -7,8 +7,4 @@ if(_qv1k_cache STREQUAL "")
   endif()
   string(APPEND _qv1k_cache /qv1k-tsan)
 endif()
-list(PREPEND CMAKE_PREFIX_PATH "${_qv1k_cache}/current")
-set(QT_HOST_PATH /usr CACHE PATH "Qt of this machine")
-file(GLOB _qv1k_host_info /usr/lib/*/cmake/Qt6HostInfo)
-get_filename_component(_qv1k_host_packages "${_qv1k_host_info}" DIRECTORY)
-set(QT_HOST_PATH_CMAKE_DIR "${_qv1k_host_packages}" CACHE PATH "CMake packages of this machine's Qt")
+set(CMAKE_BUILD_RPATH "${_qv1k_cache}/current" CACHE STRING "Where the instrumented Qt is")
