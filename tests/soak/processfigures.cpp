@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QPixmapCache>
 
 #include <cstddef>
 #include <cstdio>
@@ -46,6 +47,7 @@ qsizetype entries(const QString &folder)
 
 ProcessFigures ProcessFigures::now()
 {
+    QPixmapCache::clear(); // icons in each size that was ever drawn, until it is full at 10 MiB
     malloc_trim(0);
     ProcessFigures figures;
     QFile status(QStringLiteral("/proc/self/status"));
