@@ -4,11 +4,6 @@
 
 namespace {
 
-SourceFile file(const char *path, const char *text)
-{
-    return sourceFile(QString::fromUtf8(path), QString::fromUtf8(text));
-}
-
 /// Three floors: roof links hall and hands it on, hall links cellar for itself alone.
 Layers house(const char *more = "")
 {
@@ -19,9 +14,9 @@ Layers house(const char *more = "")
         QLatin1String(more));
 }
 
-const SourceFile cellar = file("low/cellar.h", "");
-const SourceFile hall = file("middle/hall.h", "");
-const SourceFile roof = file("top/roof.h", "");
+const SourceFile cellar = sourceFile("low/cellar.h", "");
+const SourceFile hall = sourceFile("middle/hall.h", "");
+const SourceFile roof = sourceFile("top/roof.h", "");
 
 QList<Finding> against(const SourceFile &includer)
 {
@@ -36,32 +31,32 @@ QList<Finding> told(const SourceFile &includer, const char *sentence)
 
 TEST(Layers, what_a_target_links_may_be_included)
 {
-    EXPECT_EQ(against(file("top/roof.cpp", "\n#include \"middle/hall.h\"\n")), QList<Finding>());
-    EXPECT_EQ(against(file("top/roof.cpp", "\n#include \"top/roof.h\"\n")), QList<Finding>());
-    EXPECT_EQ(against(file("middle/hall.cpp", "\n#include \"low/cellar.h\"\n")), QList<Finding>());
+    EXPECT_EQ(against(sourceFile("top/roof.cpp", "\n#include \"middle/hall.h\"\n")), QList<Finding>());
+    EXPECT_EQ(against(sourceFile("top/roof.cpp", "\n#include \"top/roof.h\"\n")), QList<Finding>());
+    EXPECT_EQ(against(sourceFile("middle/hall.cpp", "\n#include \"low/cellar.h\"\n")), QList<Finding>());
 }
 
 TEST(Layers, an_include_against_the_link_list_is_told)
 {
-    const SourceFile upwards = file("low/cellar.cpp", "\n#include \"top/roof.h\"\n");
+    const SourceFile upwards = sourceFile("low/cellar.cpp", "\n#include \"top/roof.h\"\n");
     EXPECT_EQ(against(upwards), told(upwards, "cellar does not link roof, the home of top/roof.h"));
-    const SourceFile unlistedHeader = file("low/lamp.h", "\n#include \"middle/hall.h\"\n");
+    const SourceFile unlistedHeader = sourceFile("low/lamp.h", "\n#include \"middle/hall.h\"\n");
     EXPECT_EQ(against(unlistedHeader),
               told(unlistedHeader, "cellar does not link hall, the home of middle/hall.h"));
-    const SourceFile roomBelow = file("low/shelf/box.h", "\n#include \"middle/hall.h\"\n");
+    const SourceFile roomBelow = sourceFile("low/shelf/box.h", "\n#include \"middle/hall.h\"\n");
     EXPECT_EQ(against(roomBelow), told(roomBelow, "cellar does not link hall, the home of middle/hall.h"));
 }
 
 TEST(Layers, what_is_linked_for_itself_alone_is_not_handed_on)
 {
-    const SourceFile past = file("top/roof.cpp", "\n#include \"low/cellar.h\"\n");
+    const SourceFile past = sourceFile("top/roof.cpp", "\n#include \"low/cellar.h\"\n");
     EXPECT_EQ(against(past), told(past, "roof does not link cellar, the home of low/cellar.h"));
     EXPECT_EQ(includesAgainstLinks({past, cellar}, house("passes hall cellar\n")), QList<Finding>());
 }
 
 TEST(Layers, a_file_of_two_targets_is_held_against_both)
 {
-    const SourceFile shared = file("middle/shared.cpp", "\n#include \"low/cellar.h\"\n");
+    const SourceFile shared = sourceFile("middle/shared.cpp", "\n#include \"low/cellar.h\"\n");
     const char *facts = "source hall middle/shared.cpp\nsource roof middle/shared.cpp\n";
     EXPECT_EQ(includesAgainstLinks({shared, cellar}, house(facts)),
               told(shared, "roof does not link cellar, the home of low/cellar.h"));
@@ -69,7 +64,7 @@ TEST(Layers, a_file_of_two_targets_is_held_against_both)
 
 TEST(Layers, a_header_that_no_list_names_needs_one_target_of_its_folder)
 {
-    const SourceFile header = file("middle/lamp.h", "\n#include \"low/cellar.h\"\n");
+    const SourceFile header = sourceFile("middle/lamp.h", "\n#include \"low/cellar.h\"\n");
     EXPECT_EQ(includesAgainstLinks({header, cellar}, house("folder attic middle\n")), QList<Finding>());
 }
 
@@ -84,9 +79,9 @@ TEST(Layers, a_circle_of_targets_is_told)
 
 TEST(Layers, a_circle_of_folders_is_told_though_no_file_includes_itself)
 {
-    const SourceFile down = file("top/roof.cpp", "#include \"low/cellar.h\"\n");
+    const SourceFile down = sourceFile("top/roof.cpp", "#include \"low/cellar.h\"\n");
     EXPECT_EQ(folderCircles({down, cellar, roof}), QList<Finding>());
-    EXPECT_EQ(folderCircles({down, cellar, roof, file("low/cellar.cpp", "#include \"top/roof.h\"\n")}),
+    EXPECT_EQ(folderCircles({down, cellar, roof, sourceFile("low/cellar.cpp", "#include \"top/roof.h\"\n")}),
               (QList<Finding>{{QStringLiteral("low"), 1,
                                QStringLiteral("no folder uses itself in the end: low -> top -> low")}}));
 }

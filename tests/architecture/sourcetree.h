@@ -19,3 +19,8 @@ using SourceTree = QList<SourceFile>;
 [[nodiscard]] SourceTree readSourceTree(const QString &root);
 
 [[nodiscard]] SourceFile sourceFile(const QString &path, const QString &text);
+/// The same of literals in UTF-8.
+[[nodiscard]] inline SourceFile sourceFile(const char *path, const char *text)
+{
+    return sourceFile(QString::fromUtf8(path), QString::fromUtf8(text));
+}

@@ -4,11 +4,11 @@
 
 namespace {
 
-const QRect frame(100, 200, 800, 600);
+const QRect windowRect(100, 200, 800, 600);
 
 EdgeRegion at(int x, int y, int edgeWidth = 3)
 {
-    return {QPoint(x, y), frame, edgeWidth};
+    return {QPoint(x, y), windowRect, edgeWidth};
 }
 
 } // namespace
