@@ -18,6 +18,7 @@ tidy_packages=(clang-tidy)
 fuzz_packages=(clang libclang-rt-14-dev)
 # For tests/tsan: Qt's generators, and what gets and unpacks its source.
 tsan_packages=(qt6-base-dev-tools libglib2.0-dev dpkg-dev perl)
+coverage_packages=(gcovr)
 # For tests/mutation: reads the sources.
 mutation_packages=(python3 python3-clang-14)
 # For packaging/linux: what packs, what looks at the result, and a fresh system to use it on.

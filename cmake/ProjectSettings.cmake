@@ -23,6 +23,9 @@ if(QV1K_SANITIZE_THREADS)
   target_compile_options(qv1k_settings INTERFACE -fsanitize=thread -fno-omit-frame-pointer)
   target_link_options(qv1k_settings INTERFACE -fsanitize=thread)
 endif()
+if(QV1K_COVERAGE) # which qv1k_target() lets the program's sources be compiled for
+  target_link_options(qv1k_settings INTERFACE --coverage)
+endif()
 
 # What stops a program that writes past its end. The sanitizers see more, and the checks of the C library would keep some
 # of it from them; MinGW's are a library of their own, which the program would have to bring along.
@@ -62,6 +65,9 @@ endif()
 function(qv1k_target target)
   get_target_property(type ${target} TYPE)
   target_link_libraries(${target} PRIVATE qv1k_warnings)
+  if(QV1K_COVERAGE AND NOT CMAKE_CURRENT_SOURCE_DIR MATCHES "^${PROJECT_SOURCE_DIR}/(tests|bench)")
+    target_compile_options(${target} PRIVATE --coverage -fprofile-update=atomic)
+  endif()
   if(type STREQUAL "STATIC_LIBRARY")
     target_link_libraries(${target} PUBLIC qv1k_settings)
     set_target_properties(${target} PROPERTIES POSITION_INDEPENDENT_CODE ON)
