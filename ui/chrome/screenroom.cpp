@@ -25,6 +25,7 @@ void keepWithin(QDialog &dialog, QSize room)
         return;
     auto *content = new QWidget;
     content->setLayout(dialog.layout());
+    content->setMinimumSize(wanted); // fields as wide as they were designed, whatever else they could do with
     auto *area = new QScrollArea;
     area->setFrameShape(QFrame::NoFrame);
     area->setFocusPolicy(Qt::NoFocus); // it is no field
