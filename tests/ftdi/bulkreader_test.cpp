@@ -362,6 +362,10 @@ TEST_F(BulkReading, a_stop_that_can_handle_no_events_waits_for_none)
     usb.timesHandled = 0;
     EXPECT_FALSE(reader.stop());
     EXPECT_EQ(usb.timesHandled, static_cast<int>(transferCount)) << "each was asked for once";
+    usb.handlingResult = LIBUSB_SUCCESS;
+    for (std::size_t i = 0; i < transferCount; ++i) // each comes back late, and is freed
+        libusb_handle_events_timeout_completed(nullptr, nullptr, nullptr);
+    EXPECT_THAT(usb.underWay, IsEmpty());
 }
 
 TEST(BulkReadingWithoutMemory, begins_no_transfer_and_does_not_end)
