@@ -62,6 +62,23 @@ protected:
         return all;
     }
 
+    /// What was cancelled comes back.
+    void giveBackCancelled()
+    {
+        while (!usb.cancelled.empty())
+            libusb_handle_events_timeout_completed(nullptr, nullptr, nullptr);
+    }
+
+    void expectToStreamOnWhenAllIsGivenBack()
+    {
+        usb.keepsCancelled = false;
+        EXPECT_THAT(next(), IsEmpty());
+        giveBackCancelled();
+        EXPECT_EQ(usb.allocated, static_cast<int>(transferCount));
+        usb.deliver(packed(numbered(6)));
+        EXPECT_EQ(next(), numbered(6));
+    }
+
     FakeLibusb &usb = FakeLibusb::instance() = {};
     BulkReader reader{{nullptr, nullptr, 0x81, packetSize}};
 };
@@ -233,13 +250,7 @@ TEST_F(BulkReading, goes_on_after_a_failure_also_when_the_other_transfers_are_no
         ASSERT_THAT(next(), IsEmpty());
     EXPECT_EQ(usb.allocated, 2 * static_cast<int>(transferCount) - 1) << "the system may still write to them";
 
-    usb.keepsCancelled = false;
-    EXPECT_THAT(next(), IsEmpty());
-    while (!usb.cancelled.empty())
-        libusb_handle_events_timeout_completed(nullptr, nullptr, nullptr);
-    EXPECT_EQ(usb.allocated, static_cast<int>(transferCount));
-    usb.deliver(packed(numbered(6)));
-    EXPECT_EQ(next(), numbered(6));
+    expectToStreamOnWhenAllIsGivenBack();
 }
 
 TEST_F(BulkReading, ends_when_nothing_can_be_cleared)
@@ -346,13 +357,7 @@ TEST_F(BulkReading, a_stop_does_not_wait_for_ever_and_what_is_given_back_later_i
     EXPECT_EQ(usb.underWay.size(), transferCount);
     EXPECT_EQ(usb.allocated, 2 * static_cast<int>(transferCount)) << "the system may still write to the old";
 
-    usb.keepsCancelled = false;
-    EXPECT_THAT(next(), IsEmpty());
-    while (!usb.cancelled.empty())
-        libusb_handle_events_timeout_completed(nullptr, nullptr, nullptr);
-    EXPECT_EQ(usb.allocated, static_cast<int>(transferCount));
-    usb.deliver(packed(numbered(6)));
-    EXPECT_EQ(next(), numbered(6));
+    expectToStreamOnWhenAllIsGivenBack();
 }
 
 TEST_F(BulkReading, a_stop_that_can_handle_no_events_waits_for_none)
@@ -363,8 +368,7 @@ TEST_F(BulkReading, a_stop_that_can_handle_no_events_waits_for_none)
     EXPECT_FALSE(reader.stop());
     EXPECT_EQ(usb.timesHandled, static_cast<int>(transferCount)) << "each was asked for once";
     usb.handlingResult = LIBUSB_SUCCESS;
-    for (std::size_t i = 0; i < transferCount; ++i) // each comes back late, and is freed
-        libusb_handle_events_timeout_completed(nullptr, nullptr, nullptr);
+    giveBackCancelled(); // late: each is freed then
     EXPECT_THAT(usb.underWay, IsEmpty());
 }
 
