@@ -5,6 +5,7 @@ build_packages=(
     qt6-base-dev
     libopencv-core-dev libopencv-imgcodecs-dev libopencv-videoio-dev
     libudev-dev libftdi1-dev libusb-1.0-0-dev
+    libcli11-dev # the command line of qv1k-acquire
     cmark-gfm # the manual's pages
     fonts-noto-cjk fonts-liberation # Chinese log lines and captions; Latin text
 )
@@ -28,7 +29,7 @@ windows_packages=(
     g++-mingw-w64-x86-64-posix libz-mingw-w64-dev nasm make
     g++ cmake ninja-build pkg-config perl python3 ca-certificates dpkg-dev
     qt6-base-dev qt6-base-dev-tools qt6-base-private-dev
-    cmark-gfm
+    cmark-gfm libcli11-dev
     nsis zip unzip wine64
 )
 windows_test_packages=(ffmpeg) # reads the recorded video

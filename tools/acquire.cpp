@@ -20,7 +20,8 @@ int main(int argc, char **argv)
     QCoreApplication::setApplicationName(QStringLiteral("qv1k-acquire"));
     QCoreApplication::setApplicationVersion(QStringLiteral(QV1K_VERSION));
 
-    const AcquireOptions options = AcquireOptions::fromArguments(QCoreApplication::arguments());
+    const CommandLine line(QCoreApplication::arguments());
+    const AcquireOptions options = AcquireOptions::of(line);
     // The log repeats every line on the debug output; here standard error is for the one line that counts.
     if (!options.verbose)
         QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));

@@ -1,14 +1,8 @@
 #pragma once
 
-#include <QString>
-#include <QStringList>
+#include "tools/commandline/commandline.h"
 
-/// The exit statuses of qv1k-acquire. A process that a signal asked to end ends by that signal.
-namespace ExitStatus {
-inline constexpr int complete = 0;   ///< all frames came and every file is complete
-inline constexpr int failed = 1;     ///< they did not; standard error tells why in one line
-inline constexpr int wrongUsage = 2; ///< the arguments do not say what is wanted; no detector was opened
-} // namespace ExitStatus
+#include <QString>
 
 /// What the command line of qv1k-acquire asks for.
 struct AcquireOptions
@@ -25,7 +19,6 @@ struct AcquireOptions
     bool video = false;
     bool verbose = false;
 
-    /// Reads the arguments. Prints help, version or what is wrong with them and ends the process where there
-    /// is nothing to run.
-    [[nodiscard]] static AcquireOptions fromArguments(const QStringList &arguments);
+    /// What was asked for; ends the process where that makes no sense.
+    [[nodiscard]] static AcquireOptions of(const CommandLine &line);
 };
