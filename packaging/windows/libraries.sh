@@ -2,7 +2,7 @@
 # source packages; what they leave out is what the program does not use.
 # shellcheck shell=bash
 
-library_steps=(runtime png ffmpeg opencv googletest benchmark qt)
+library_steps=(runtime png tiff ffmpeg opencv googletest benchmark qt)
 
 # cross_cmake SOURCE NAME OPTIONS...: configures, builds and installs into the prefix.
 cross_cmake() {
@@ -39,6 +39,19 @@ build_png() {
     local src
     unpack libpng1.6
     cross_cmake "$src" png -DPNG_TESTS=OFF -DPNG_SHARED=OFF "${zlib[@]}"
+}
+
+# Static: it goes into the programs, which write pages of floats that are not compressed, and nothing else.
+build_tiff() {
+    local src option off=()
+    unpack tiff
+    for option in zlib libdeflate pixarlog jpeg jpeg12 lerc lzma zstd webp jbig old-jpeg; do
+        off+=("-D$option=OFF")
+    done
+    for option in tools tests contrib docs; do
+        off+=("-Dtiff-$option=OFF")
+    done
+    cross_cmake "$src" tiff -DBUILD_SHARED_LIBS=OFF -Dcxx=OFF -Dtiff-opengl=OFF "${off[@]}"
 }
 
 # MPEG-4 Part 2 into and out of MP4, nothing else.

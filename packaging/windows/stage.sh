@@ -55,8 +55,8 @@ origin_of() {
     *) echo "Nobody has said where $1 comes from." >&2; return 1 ;;
     esac
 }
-# What is contained in files of others: in OpenCV's the writer of PNG with its compression.
-contained=(libpng1.6 zlib)
+# What is contained in other files: in OpenCV's the writer of PNG with its compression, in the programs that of TIFF.
+declare -A contained=([libpng1.6]=libopencv_imgcodecs [tiff]="the programs" [zlib]="libopencv_imgcodecs and the programs")
 
 stage_texts() {
     mkdir -p "$stage/licences"
@@ -74,8 +74,8 @@ list_third_party() {
         origin=$(origin_of "$binary")
         files[$origin]+="    $binary"$'\n'
     done < <(binaries_in "$stage")
-    for origin in "${contained[@]}"; do
-        files[$origin]="    in libopencv_imgcodecs"$'\n'
+    for origin in "${!contained[@]}"; do
+        files[$origin]="    in ${contained[$origin]}"$'\n'
     done
     printf 'QV1K %s contains libraries of others, built without changes of ours from the source packages\n' "$version"
     printf 'of Debian 12 in these versions. Their licences are in the folder "licences".\n'
