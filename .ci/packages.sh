@@ -4,6 +4,7 @@ build_packages=(
     g++ cmake ninja-build pkg-config
     qt6-base-dev
     libopencv-core-dev libopencv-imgcodecs-dev libopencv-videoio-dev
+    libtiff-dev zlib1g-dev
     libudev-dev libftdi1-dev libusb-1.0-0-dev
     libcli11-dev # the command line of qv1k-acquire
     cmark-gfm # the manual's pages
@@ -12,7 +13,8 @@ build_packages=(
 test_packages=(
     libgtest-dev libgmock-dev libbenchmark-dev clang-format doxygen
     libumockdev-dev umockdev # bridges that are not there
-    python3-numpy # the manual's examples
+    python3-numpy # the manual's examples, and reads recorded arrays
+    libtiff-tools # reads recorded TIFF files
     xvfb xauth openbox xdotool x11-utils imagemagick
 )
 tidy_packages=(clang-tidy)

@@ -59,6 +59,10 @@ void DiskFlush::flush(const RecordingFiles &files, const RecordingForms &forms, 
     }
     if (forms.video)
         flushOne(files.video());
+    for (const QString &stack : files.stacks(forms)) {
+        flushOne(stack);
+        flushOne(RecordingFiles::description(stack));
+    }
     if (forms.data)
         flushOne(files.parameters());
     flushOne(files.folder());

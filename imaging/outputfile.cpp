@@ -2,12 +2,23 @@
 
 #include "imaging/failurelog.h"
 
-OutputFile::OutputFile(const QString &path) : m_place(path), m_file(m_place.partPath())
+namespace {
+
+QIODevice::OpenMode modeOf(OutputFile::Access access)
+{
+    if (access == OutputFile::Access::Write)
+        return QIODevice::WriteOnly | QIODevice::Unbuffered;
+    return QIODevice::ReadWrite | QIODevice::Truncate | QIODevice::Unbuffered;
+}
+
+} // namespace
+
+OutputFile::OutputFile(const QString &path, Access access) : m_place(path), m_file(m_place.partPath())
 {
     const QString what = QStringLiteral("文件打开失败");
     if (!m_place.problem().isEmpty())
         fail(what, m_place.problem());
-    else if (!m_file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+    else if (!m_file.open(modeOf(access)))
         fail(what, m_file.errorString());
 }
 
@@ -17,10 +28,36 @@ void OutputFile::write(QByteArrayView bytes)
         // A write that is cut short says why only when it is asked for the rest.
         const qint64 written = m_file.write(bytes.data(), bytes.size());
         if (written <= 0)
-            fail(QStringLiteral("文件写入不完整"), m_file.errorString());
+            giveUp(m_file.errorString());
         else
             bytes = bytes.sliced(written);
     }
+}
+
+void OutputFile::writeAt(qint64 offset, QByteArrayView bytes)
+{
+    if (m_failure.isEmpty() && m_file.pos() != offset && !m_file.seek(offset))
+        giveUp(m_file.errorString());
+    write(bytes);
+}
+
+qint64 OutputFile::readAt(qint64 offset, std::span<char> bytes)
+{
+    return m_file.seek(offset) ? m_file.read(bytes.data(), static_cast<qint64>(bytes.size())) : 0;
+}
+
+void OutputFile::giveUp(const QString &reason)
+{
+    if (m_failure.isEmpty())
+        fail(QStringLiteral("文件写入不完整"), reason);
+}
+
+bool OutputFile::cutTo(qint64 size)
+{
+    if (!m_file.isOpen() || !m_file.resize(size) || !m_file.seek(size))
+        return false;
+    m_failure.clear();
+    return true;
 }
 
 QString OutputFile::finish()

@@ -35,9 +35,12 @@ ProcessImage::ProcessImage(QObject *parent)
 
 void ProcessImage::onReadReady(QByteArray m_data)
 {
+    frameTime = QDateTime::currentMSecsSinceEpoch();
     const QImage image = processImage(m_data);
     Q_EMIT sendImagetoMain(image);
+    rawFrame = std::move(m_data);
     saveFrame(image);
+    rawFrame.clear(); // whoever lent the buffer uses it again
 }
 
 QImage ProcessImage::processImage(QByteArray &m_data)
@@ -106,7 +109,14 @@ bool ProcessImage::hasRecording(const QString &name) const
 
 void ProcessImage::startSaving(bool saveData, bool savePicture, bool saveVideo)
 {
-    recorder.start({.data = saveData, .picture = savePicture, .video = saveVideo});
+    startSaving({.data = saveData, .picture = savePicture, .video = saveVideo}, {});
+}
+
+void ProcessImage::startSaving(const RecordingForms &forms, RecordingFacts facts)
+{
+    facts.isCalibrated = caliEnabled;
+    recorder.setFacts(facts);
+    recorder.start(forms);
 }
 
 void ProcessImage::saveFrame(const QImage &image)
@@ -114,7 +124,7 @@ void ProcessImage::saveFrame(const QImage &image)
     if (!recorder.isRunning())
         return;
     // Between frames the frame that was processed last stands in lastFrameData.
-    recorder.store({image, lastFrameData.empty() ? frameData : lastFrameData, grayData});
+    recorder.store({image, lastFrameData.empty() ? frameData : lastFrameData, grayData, rawFrame, frameTime});
     Q_EMIT saveMessage(recorder.storedFrames());
     recorder.endWhenComplete();
 }

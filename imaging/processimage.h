@@ -74,6 +74,9 @@ public:
     /// Begins a recording of the next frames, as many as setSaveFrameTotal() says, in the folder
     /// `<log path>/<time stamp>/`.
     void startSaving(bool saveData, bool savePicture, bool saveVideo);
+    /// The same in any of the forms. `facts` are told beside the files; whether grey levels are calibrated is
+    /// known here.
+    void startSaving(const RecordingForms &forms, RecordingFacts facts);
     /// Stores the picture, and the data it was made from, if a recording is running. Blocks until the
     /// frame's files are written.
     void saveFrame(const QImage &image);
@@ -121,6 +124,8 @@ private:
     int gainNumerator = PixelKernel::Mapping().gainNumerator;
     int gainDenominator = PixelKernel::Mapping().gainDenominator;
     int caliFrameIndex = 0;
+    QByteArray rawFrame; ///< while it is processed and stored
+    qint64 frameTime = 0;
     int currentRange = 150;
     QString calibPath;
     double contrastRatio = 1048576.0;

@@ -10,13 +10,9 @@
 
 #include <opencv2/core.hpp>
 
-#include <functional>
 #include <vector>
 
 namespace {
-
-/// Writes one file; returns an empty text or the line that says why it failed.
-using FileJob = std::function<QString()>;
 
 /// Runs the jobs side by side on OpenCV's workers and waits for all of them.
 std::vector<QString> runJobs(const std::vector<FileJob> &jobs)
@@ -67,6 +63,8 @@ void Recorder::start(RecordingForms forms)
         QDir().mkdir(folder);
     if (forms.video)
         openVideo();
+    for (const QString &failure : m_stacks.open(m_files, forms, m_facts, m_saveFrameTotal))
+        countFailure(failure);
 }
 
 void Recorder::openVideo()
@@ -98,6 +96,7 @@ void Recorder::store(const RecordedFrame &frame)
         add(m_files.grayData(number),
             [&](const QString &path) { return m_grayCsv.write(path, frame.grayLevels); });
     }
+    m_stacks.addJobs(frame, jobs);
     for (const QString &failure : runJobs(jobs))
         countFailure(failure);
     m_result.stored = number;
@@ -134,8 +133,15 @@ void Recorder::end()
         return;
     m_savingActive = false;
     closeVideo();
+    for (const QString &failure : m_stacks.close())
+        countFailure(failure);
     m_result.wanted = m_saveFrameTotal;
     RecordingLog::ended(m_files, m_result);
+    flushToDisk();
+}
+
+void Recorder::flushToDisk()
+{
     m_flushing.start([files = m_files, forms = m_forms, frames = m_result.stored] {
         const QString failure = guardedFile(files.folder(), [&] {
             DiskFlush::flush(files, forms, frames);

@@ -1,25 +1,18 @@
 #pragma once
 
 #include "imaging/csvwriter.h"
+#include "imaging/recordedframe.h"
+#include "imaging/recordingfacts.h"
 #include "imaging/recordingfiles.h"
 #include "imaging/recordinglog.h"
+#include "imaging/recordingstacks.h"
 
-#include <QImage>
 #include <QString>
 #include <QThreadPool>
 
 #include <memory>
-#include <span>
 
 class VideoFile;
-
-/// What a recording stores of one frame: seen, not kept.
-struct RecordedFrame
-{
-    const QImage &picture;            ///< 1024 x 1024, 8-bit grey
-    std::span<const double> currents; ///< nA, row by row
-    std::span<const int> grayLevels;  ///< row by row
-};
 
 /// Stores frames as files: folder, names, forms and numbers of a recording, and what failed of it.
 ///
@@ -43,6 +36,8 @@ public:
     void setName(const QString &name) { m_next.name = name; }
     /// Where frames come from, for the log.
     void setProvenance(const QString &text) { m_provenance = text; }
+    /// What is told of detector and settings beside the files of the next recording.
+    void setFacts(const RecordingFacts &facts) { m_facts = facts; }
     /// How many frames a recording takes. With a number that is passed already, or never met, it runs until
     /// it is stopped.
     void setFrameTotal(int frames) { m_saveFrameTotal = frames; }
@@ -83,6 +78,7 @@ private:
     void openVideo();
     void closeVideo();
     void end();
+    void flushToDisk();
     void countFailure(const QString &failure);
 
     RecordingFiles m_next;  ///< where the next recording goes
@@ -90,10 +86,12 @@ private:
     RecordingForms m_forms;
     RecordingResult m_result;
     QString m_provenance;
+    RecordingFacts m_facts;
     int m_saveFrameTotal = 5;
     int m_savedFrames = 0;
     bool m_savingActive = false;
     std::unique_ptr<VideoFile> m_videoWriter; ///< of a running recording
+    RecordingStacks m_stacks;                 ///< of a running recording
     CsvWriter m_dataCsv;
     CsvWriter m_grayCsv;
     QThreadPool m_flushing; ///< one thread; its end is waited for

@@ -54,3 +54,15 @@ QString RecordingFiles::nameFor(const QString &typed, const QDateTime &now)
     const QString name = cleaned(typed);
     return name.isEmpty() ? now.toString(QStringLiteral("yyyyMMdd_hhmmss")) : name;
 }
+
+QStringList RecordingFiles::stacks(const RecordingForms &forms) const
+{
+    QStringList paths;
+    if (forms.tiff)
+        paths << tiff();
+    if (forms.npy)
+        paths << npy();
+    if (forms.raw)
+        paths << raw();
+    return paths;
+}

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 class QDateTime;
 
@@ -10,8 +11,13 @@ struct RecordingForms
     bool data = false;    ///< currents and grey levels, a CSV file of each for every frame
     bool picture = false; ///< a PNG file for every frame
     bool video = false;   ///< one MP4 file of all frames
+    bool tiff = false;    ///< currents of all frames: a TIFF file of 32-bit float pages, and its description
+    bool npy = false;     ///< currents of all frames: a NumPy array of 32-bit floats, and its description
+    bool raw = false;     ///< all frames as they came over the cable, and their index
 
-    [[nodiscard]] bool any() const { return data || picture || video; }
+    [[nodiscard]] bool any() const { return data || picture || video || anyStack(); }
+    /// Whether one is stored that is a file of all frames with a description beside it.
+    [[nodiscard]] bool anyStack() const { return tiff || npy || raw; }
 };
 
 /// Where the files of a recording lie. Frames are counted from 1; numbers are not padded.
@@ -42,6 +48,13 @@ struct RecordingFiles
         return ofFrame(QStringLiteral("_pic"), frame, QStringLiteral(".png"));
     }
     [[nodiscard]] QString video() const { return folder() + QStringLiteral("output_video.mp4"); }
+    [[nodiscard]] QString tiff() const { return folder() + name + QStringLiteral(".tif"); }
+    [[nodiscard]] QString npy() const { return folder() + name + QStringLiteral(".npy"); }
+    [[nodiscard]] QString raw() const { return folder() + name + QStringLiteral(".raw"); }
+    /// What tells how to read one of these three: "NAME.tif.json" beside "NAME.tif".
+    [[nodiscard]] static QString description(const QString &stack) { return stack + QStringLiteral(".json"); }
+    /// Those of the three that are among the forms.
+    [[nodiscard]] QStringList stacks(const RecordingForms &forms) const;
     [[nodiscard]] QString parameters() const { return folder() + QStringLiteral("SetParameterData.txt"); }
 
 private:

@@ -24,6 +24,12 @@ void RecordingLog::begun(const RecordingFiles &files, const RecordingForms &form
         kinds << QStringLiteral("图片");
     if (forms.video)
         kinds << QStringLiteral("视频");
+    if (forms.tiff)
+        kinds << QStringLiteral("TIFF");
+    if (forms.npy)
+        kinds << QStringLiteral("NumPy");
+    if (forms.raw)
+        kinds << QStringLiteral("原始帧");
     QStringList parts{QStringLiteral("开始保存：") + files.folder(), kinds.join(QStringLiteral("、")),
                       QStringLiteral("目标 %1 帧").arg(wanted)};
     if (!provenance.isEmpty())

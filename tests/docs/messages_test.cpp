@@ -17,6 +17,7 @@ const QStringList folders{"app", "log", "process", "device", "imaging", "ui", "f
 
 /// Literals that look like a message and are none.
 const QStringList noMessages{"yyyy-MM-dd HH:mm:ss",
+                             "yyyy:MM:dd hh:mm:ss",               // in a recorded file
                              "it is written by a signal handler", // to who compiles
                              "the tables hold four decimals",     // to who compiles
                              "/QV1K virtual detector",            // a folder
