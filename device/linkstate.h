@@ -40,6 +40,7 @@
 ///    not.
 /// 5. m_framesDone is raised on the GUI thread, by an event behind the frame's own: after all there that the
 ///    frame was handed to is through with it. The loop only compares it.
+/// 6. m_framesHandedOn is raised before the frame's event goes out, so that it is never behind m_framesDone.
 ///
 /// All are sequentially consistent; none is written per block.
 class LinkState
@@ -128,7 +129,8 @@ public:
     std::atomic<bool> m_paused{false};           ///< one pass per 100 ms; GUI thread writes
     std::atomic<bool> m_halted{false};           ///< no reading; both write
     std::atomic<bool> m_restarted{false};        ///< a start came; GUI sets, the loop takes
-    std::atomic<bool> m_closed{false};   ///< begin with an empty accumulator; GUI sets, the loop takes
-    std::atomic<bool> m_lost{false};     ///< the open device is gone; both set, opening and closing clear
-    std::atomic<qint64> m_framesDone{0}; ///< frames handed on that are through; GUI thread writes
+    std::atomic<bool> m_closed{false};       ///< begin with an empty accumulator; GUI sets, the loop takes
+    std::atomic<bool> m_lost{false};         ///< the open device is gone; both set, opening and closing clear
+    std::atomic<qint64> m_framesHandedOn{0}; ///< receive thread writes
+    std::atomic<qint64> m_framesDone{0};     ///< frames handed on that are through; GUI thread writes
 };

@@ -247,6 +247,7 @@ void PortManager::receiveLoop()
 /// connected, and since when.
 void PortManager::handOn(const QByteArray &frame)
 {
+    ++m_state.m_framesHandedOn;
     Q_EMIT read_ready(frame);
     QMetaObject::invokeMethod(
         m_frameCounter.get(), [this] { ++m_state.m_framesDone; }, Qt::QueuedConnection);

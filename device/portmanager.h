@@ -100,6 +100,10 @@ public:
     [[nodiscard]] bool mayBeStreaming() const { return m_mayBeStreaming; }
     void setMayBeStreaming(bool mayBe) { m_mayBeStreaming = mayBe; }
 
+    /// Frames that were handed on and are not through on the GUI thread; the one that is being worked at
+    /// counts.
+    [[nodiscard]] qint64 framesWaiting() const { return m_state.m_framesHandedOn - m_state.m_framesDone; }
+
     /// The open device is gone; only closing it helps. Any thread.
     [[nodiscard]] bool isLost() const { return m_state.m_lost; }
 
