@@ -35,6 +35,7 @@ struct MeasuringRange
     double highest = 150;
 };
 
+/// How currents spread.
 struct Summary
 {
     std::size_t count = 0;
@@ -74,6 +75,7 @@ struct Noise
 /// Pixels that stand out from what is around them.
 struct Outliers
 {
+    /// A pixel.
     struct Place
     {
         int row = 0;

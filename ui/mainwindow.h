@@ -7,6 +7,7 @@
 #include <QElapsedTimer>
 #include <QMainWindow>
 #include <QMap>
+#include <QPointer>
 #include <QSettings>
 #include <QTimer>
 
@@ -20,6 +21,7 @@ class DeviceWatcher;
 class PortManager;
 class QPushButton;
 class ReadinessWait;
+class Inspector;
 class developwindow;
 
 namespace CurrentRange {
@@ -197,6 +199,14 @@ private:
     void showPicture();
     void updateCurrentReadout();
 
+    // Inspector
+    /// The picture's menu, and the key.
+    void buildInspectorEntry();
+    /// One at most: to the front when it is open.
+    void openInspector();
+    /// Waits for what it is working out, some 50 ms at most.
+    void closeInspector();
+
     // Calibration
     /// One button's press starts or abandons its capture; `other` says that the opposite one runs.
     void switchCapture(QPushButton *button, bool &flag, bool other, std::vector<double> &reference,
@@ -242,5 +252,7 @@ private:
     int m_flows = 0; ///< that are under way, one within the other
     std::unique_ptr<ReadinessWait> m_readinessWait;
     bool m_closeAfterWait = false;
+    quint32 m_lossCount = 0;         ///< how often the bridge lost data in this acquisition or the last
+    QPointer<Inspector> m_inspector; ///< while it is open
     developwindow *m_developDialog = nullptr; ///< while it is open
 };

@@ -20,6 +20,7 @@ public:
         Columns, ///< from nothing up, on a logarithmic scale
     };
 
+    /// What is shown.
     struct Content
     {
         Form form = Form::Curve;

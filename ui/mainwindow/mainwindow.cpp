@@ -74,6 +74,7 @@ mainwindow::mainwindow(QWidget *parent) : QMainWindow(parent), ui(std::make_uniq
     connectManual();
     applySettings();
     buildShortcuts();
+    buildInspectorEntry();
     new WheelGuard(*this);
     m_link->listDevices();
     fillPortList(m_link->detectors(), m_link->otherBridges());
@@ -82,6 +83,7 @@ mainwindow::mainwindow(QWidget *parent) : QMainWindow(parent), ui(std::make_uniq
 mainwindow::~mainwindow()
 {
     leave();
+    closeInspector(); // it looks at the pipeline's frames
     if (m_settingsCheckDue)
         checkSettings();
     // The pipeline and the link write to the log: the log goes last.

@@ -41,6 +41,7 @@ void mainwindow::closeEvent(QCloseEvent *event)
         return;
     }
     leave();
+    closeInspector();
     QMainWindow::closeEvent(event);
 }
 

@@ -29,6 +29,8 @@ void mainwindow::showInterruption(bool isInterrupted)
 void mainwindow::showLosses(quint32 times)
 {
     const bool isShown = times > 0 && m_isSampling == 1;
+    if (isShown)
+        m_lossCount = times;
     m_losses =
         isShown ? tr("The detector's bridge lost data %1 times: pictures since then may be wrong. Stop and "
                      "start again.")

@@ -79,6 +79,7 @@ void mainwindow::enterSampling()
     ui->progressBar->setValue(0);
     ui->label_savestate->clear();
     m_frameCount = 0;
+    m_lossCount = 0;
     m_elapsedMs = 0;
     m_fpsTimer.start();
     showStateInDialog();
