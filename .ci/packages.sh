@@ -7,6 +7,7 @@ build_packages=(
     libtiff-dev zlib1g-dev
     libudev-dev libftdi1-dev libusb-1.0-0-dev
     libcli11-dev # the command line of qv1k-acquire
+    libzmq3-dev cppzmq-dev # frames to other machines
     cmark-gfm # the manual's pages
     fonts-noto-cjk fonts-liberation # Chinese log lines and captions; Latin text
 )
@@ -15,6 +16,7 @@ test_packages=(
     libumockdev-dev umockdev # bridges that are not there
     python3-numpy # the manual's examples, and reads recorded arrays
     libtiff-tools # reads recorded TIFF files
+    python3-zmq # receives frames
     xvfb xauth openbox xdotool x11-utils imagemagick
 )
 tidy_packages=(clang-tidy)
