@@ -1,5 +1,8 @@
 // What docs/manual.md tells of numbers and names against the program.
 
+#include "device/parameters/adclists.h"
+#include "device/parameters/parameterdownload.h"
+#include "device/parameters/parameterkeys.h"
 #include "device/protocol/currentrange.h"
 #include "device/protocol/timing.h"
 #include "imaging/recordingfiles.h"
@@ -8,8 +11,6 @@
 #include "tests/ui/develop/dialogfields.h"
 #include "ui/developwindow.h"
 #include "ui/mainwindow.h"
-#include "ui/parameterkeys.h"
-#include "ui/parameters/adclists.h"
 
 #include <gtest/gtest.h>
 
@@ -88,9 +89,11 @@ TEST(Manual, the_voltages_at_the_start_are_those_of_the_window)
     for (QStringList row : rowsOf(QStringLiteral("Settings and voltages"))) {
         if (!boxes.contains(row.first()))
             continue;
-        EXPECT_EQ(row.last().replace(u'−', u'-').toDouble(),
-                  getChild<QDoubleSpinBox>(window, boxes[row.first()])->value())
-            << qPrintable(row.first());
+        const auto *box = getChild<QDoubleSpinBox>(window, boxes[row.first()]);
+        EXPECT_EQ(row.last().replace(u'−', u'-').toDouble(), box->value()) << qPrintable(row.first());
+        EXPECT_EQ(box->minimum(), ParameterDownload::lowestRail);
+        EXPECT_EQ(box->maximum(), ParameterDownload::highestRail);
+        EXPECT_EQ(box->decimals(), ParameterDownload::railDecimals);
         told << row.first();
     }
     EXPECT_EQ(told.size(), boxes.size());

@@ -1,5 +1,6 @@
 // docs/protocol.md against the functions that the program uses: every example, and every frame an example.
 
+#include "device/parameters/adclists.h"
 #include "device/protocol/commandframes.h"
 #include "device/protocol/currentrange.h"
 #include "device/protocol/parameterpackets.h"
@@ -7,7 +8,6 @@
 #include "device/protocol/timing.h"
 #include "imaging/pixelmath.h"
 #include "tests/docs/document.h"
-#include "ui/parameters/adclists.h"
 
 #include <gtest/gtest.h>
 

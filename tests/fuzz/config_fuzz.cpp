@@ -3,14 +3,14 @@
 // too, which takes longer than all the rest.
 
 #include "device/detectornames.h"
+#include "device/parameters/adclists.h"
+#include "device/parameters/parameterkeys.h"
+#include "device/parameters/storedvalue.h"
 #include "device/protocol/parameterpackets.h"
 #include "tests/fuzz/settingsfile.h"
 #include "tests/fuzz/target.h"
 #include "ui/developwindow.h"
 #include "ui/mainwindow/mainwindow_rules.h"
-#include "ui/parameterkeys.h"
-#include "ui/parameters/adclists.h"
-#include "ui/parameters/storedvalue.h"
 
 #include <QSettings>
 

@@ -1,12 +1,12 @@
 #include "ui/developwindow.h"
 
+#include "device/parameters/adclists.h"
+#include "device/parameters/parameterkeys.h"
+#include "device/parameters/storedvalue.h"
 #include "device/protocol/timing.h"
 #include "ui/chrome/availability.h"
 #include "ui/chrome/wheelguard.h"
 #include "ui/develop/fieldmarks.h"
-#include "ui/parameterkeys.h"
-#include "ui/parameters/adclists.h"
-#include "ui/parameters/storedvalue.h"
 
 #include "ui_developwindow.h"
 

@@ -3,12 +3,12 @@
 #include "ui/developwindow.h"
 
 #include "device/conversations.h"
+#include "device/parameters/adclists.h"
+#include "device/parameters/parameterkeys.h"
 #include "device/portmanager.h"
 #include "device/protocol/parameterpackets.h"
 #include "device/protocol/readback.h"
 #include "device/protocol/timing.h"
-#include "ui/parameterkeys.h"
-#include "ui/parameters/adclists.h"
 #include "ui/parameters/inputblock.h"
 #include "ui/parameters/waitcursor.h"
 

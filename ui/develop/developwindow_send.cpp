@@ -3,11 +3,11 @@
 #include "ui/developwindow.h"
 
 #include "device/conversations.h"
+#include "device/parameters/adclists.h"
+#include "device/parameters/parameterkeys.h"
 #include "device/portmanager.h"
 #include "device/protocol/commandframes.h"
 #include "device/protocol/parameterpackets.h"
-#include "ui/parameterkeys.h"
-#include "ui/parameters/adclists.h"
 #include "ui/parameters/inputblock.h"
 #include "ui/parameters/waitcursor.h"
 

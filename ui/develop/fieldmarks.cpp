@@ -1,7 +1,7 @@
 #include "ui/develop/fieldmarks.h"
 
+#include "device/parameters/parameterkeys.h"
 #include "device/protocol/parameterpackets.h"
-#include "ui/parameterkeys.h"
 
 #include <QCoreApplication>
 #include <QLineEdit>

@@ -3,11 +3,11 @@
 #include "ui/mainwindow.h"
 
 #include "device/conversations.h"
+#include "device/parameters/adclists.h"
+#include "device/parameters/parameterdownload.h"
+#include "device/parameters/parameterkeys.h"
 #include "device/protocol/currentrange.h"
-#include "device/protocol/parameterpackets.h"
 #include "device/protocol/timing.h"
-#include "ui/parameterkeys.h"
-#include "ui/parameters/adclists.h"
 #include "ui/parameters/waitcursor.h"
 #include "ui_mainwindow.h"
 
@@ -57,40 +57,21 @@ QByteArray mainwindow::storeTiming(int integrationTime)
     int number = ParameterKeys::firstTiming;
     for (const Timing::Field field : Timing::fields)
         setValue(ParameterKeys::field(number++), QString::number(timing.*field));
-    return ParameterPacket::setTiming(timing.toWire());
+    return ParameterDownload::timing(integrationTime);
 }
 
 QByteArray mainwindow::adcPacket()
 {
-    return ParameterPacket::setAdc(
-        AdcLists::selection({.operation = value(ParameterKeys::operation, 0).toInt(),
-                             .dataFormat = value(ParameterKeys::dataFormat, 0).toInt(),
-                             .testMode = value(ParameterKeys::testMode, 0).toInt(),
-                             .pcRange = value(ParameterKeys::pcRange, 0).toInt()}));
+    return ParameterDownload::adc(
+        [this](const QString &key, const QVariant &otherwise) { return value(key, otherwise); });
 }
 
 QByteArray mainwindow::voltagePacket()
 {
-    QList<int> codes;
-    for (int number = ParameterKeys::firstVoltage; number < ParameterKeys::firstTiming; ++number) {
-        double volts = 0.0;
-        switch (number) {
-        case ParameterKeys::gateOnVoltage:
-            volts = ui->doubleSpinBox_von->value();
-            break;
-        case ParameterKeys::gateOffVoltage:
-            volts = ui->doubleSpinBox_voff->value();
-            break;
-        case ParameterKeys::cathodeVoltage:
-            volts = ui->doubleSpinBox_vss->value();
-            break;
-        case ParameterKeys::commonVoltage:
-            volts = ui->doubleSpinBox_vcom->value();
-            break;
-        default:
-            volts = value(ParameterKeys::field(number), 0.0).toDouble();
-        }
-        codes.append(ParameterPacket::voltageCode(volts));
-    }
-    return ParameterPacket::setVoltages(codes);
+    return ParameterDownload::voltages(
+        {.von = ui->doubleSpinBox_von->value(),
+         .voff = ui->doubleSpinBox_voff->value(),
+         .vss = ui->doubleSpinBox_vss->value(),
+         .vcom = ui->doubleSpinBox_vcom->value()},
+        [this](const QString &key, const QVariant &otherwise) { return value(key, otherwise); });
 }

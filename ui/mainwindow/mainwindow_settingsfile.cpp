@@ -3,8 +3,8 @@
 
 #include "ui/mainwindow.h"
 
+#include "device/parameters/storedvalue.h"
 #include "log/logmanager.h"
-#include "ui/parameters/storedvalue.h"
 
 #include <QDir>
 

@@ -1,4 +1,4 @@
-#include "ui/parameters/adclists.h"
+#include "device/parameters/adclists.h"
 
 #include <gtest/gtest.h>
 
