@@ -60,9 +60,11 @@ void logReason(const QString &reason)
         log(QStringLiteral("原因：") + reason);
 }
 
-QString serialNumberOf(const DeviceRecord &record)
+/// The text in a field of a record.
+template <std::size_t size>
+QString textIn(const char (&field)[size])
 {
-    const std::string_view text = textOf(record.serialNumber);
+    const std::string_view text = textOf(field);
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
@@ -129,8 +131,7 @@ bool PortManager::end()
 
 QList<QString> PortManager::listDevices()
 {
-    m_detectors.clear();
-    m_otherBridges.clear();
+    m_bridges.clear();
     m_isListed = false;
     quint32 count = 0;
     if (m_state.m_driver->createDeviceInfoList(&count) != Status::Ok) {
@@ -152,16 +153,29 @@ QList<QString> PortManager::listDevices()
     // A device may have gone between the two calls; more than there is room for cannot have been filled in.
     records.resize(qMin(std::size_t{count}, qMin(records.size(), longestList)));
 
-    m_portList.clear();
+    QList<QString> ports;
     for (const DeviceRecord &record : records) {
-        const QString serialNumber = serialNumberOf(record);
-        const bool isDetector = !m_state.m_driver->listsAllBridges() || m_detectorNames.include(record);
-        log(QStringLiteral("串口") + QString::number(m_portList.size()) + QStringLiteral(" = ") +
-            serialNumber + (isDetector ? QString() : QStringLiteral("（非探测器）")));
-        (isDetector ? m_detectors : m_otherBridges).append(serialNumber);
-        m_portList.append(serialNumber);
+        const AttachedBridge bridge{.serialNumber = textIn(record.serialNumber),
+                                    .description = textIn(record.description),
+                                    .isDetector = !m_state.m_driver->listsAllBridges() ||
+                                                  m_detectorNames.include(record),
+                                    .isOpen = (record.flags & flagOpened) != 0};
+        log(QStringLiteral("串口") + QString::number(m_bridges.size()) + QStringLiteral(" = ") +
+            bridge.serialNumber + (bridge.isDetector ? QString() : QStringLiteral("（非探测器）")));
+        m_bridges.append(bridge);
+        ports.append(bridge.serialNumber);
     }
-    return m_portList;
+    return ports;
+}
+
+QStringList PortManager::serialNumbers(bool ofDetectors) const
+{
+    QStringList numbers;
+    for (const AttachedBridge &bridge : m_bridges) {
+        if (bridge.isDetector == ofDetectors)
+            numbers << bridge.serialNumber;
+    }
+    return numbers;
 }
 
 bool PortManager::openDevice(QString serialNumber)

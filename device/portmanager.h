@@ -13,6 +13,15 @@
 
 class QThread;
 
+/// An attached device of the driver library's make, as its list told it.
+struct AttachedBridge
+{
+    QString serialNumber;
+    QString description; ///< the product's text
+    bool isDetector = true;
+    bool isOpen = false; ///< in this process; of others a list does not tell
+};
+
 /// The program's single link to the detector: finds and opens it by its serial number, exchanges commands,
 /// and receives image frames on a thread of its own.
 ///
@@ -47,10 +56,12 @@ public:
     /// The last listDevices() did not fail: what it did not list is not there.
     [[nodiscard]] bool isListed() const { return m_isListed; }
 
-    /// Those of the last list that are detectors: see DetectorNames.
-    [[nodiscard]] QStringList detectors() const { return m_detectors; }
+    /// Those of the last list, in its order; none after one that failed.
+    [[nodiscard]] const QList<AttachedBridge> &bridges() const { return m_bridges; }
+    /// Those that are detectors: see DetectorNames.
+    [[nodiscard]] QStringList detectors() const { return serialNumbers(true); }
     /// Those that are not: devices of other people, to be opened only when the operator names them.
-    [[nodiscard]] QStringList otherBridges() const { return m_otherBridges; }
+    [[nodiscard]] QStringList otherBridges() const { return serialNumbers(false); }
 
     /// Opens the device and sets up its bridge (synchronous FIFO, 64 KiB transfers, 10 ms time-outs).
     /// False when it cannot be opened; the set-up calls themselves are not checked.
@@ -140,6 +151,7 @@ private:
 
     PortManager(std::shared_ptr<D2xx> driver, DetectorNames detectorNames);
 
+    [[nodiscard]] QStringList serialNumbers(bool ofDetectors) const;
     void configureDevice();
     void startThread();
     void receiveLoop();
@@ -152,10 +164,8 @@ private:
     bool end();
 
     LinkState m_state;
-    QList<QString> m_portList; ///< of the last successful enumeration
     const DetectorNames m_detectorNames;
-    QStringList m_detectors; ///< of the last enumeration
-    QStringList m_otherBridges;
+    QList<AttachedBridge> m_bridges; ///< of the last enumeration
     bool m_isListed = false;
     bool m_isSettled = true;
     bool m_mayBeStreaming = false;
