@@ -59,6 +59,8 @@ public:
     /// Folder of the recording that runs or, between two, of the last; empty before the first.
     [[nodiscard]] QString recordingFolder() const { return recorder.folder(); }
 
+    /// From how many frames a reference is taken: their mean. Between captures.
+    void setCaliFrameCount(int frames) { caliFrameCount = frames; }
     [[nodiscard]] int getCaliFrameCount() const { return caliFrameCount; }
     [[nodiscard]] int getSaveFrameTotal() const { return recorder.frameTotal(); }
     [[nodiscard]] int getCurrentRange() const { return currentRange; }

@@ -2,8 +2,7 @@
 #include "process/librarysearch.h"
 #include "process/terminationsignals.h"
 #include "process/utf8console.h"
-#include "tools/acquireoptions.h"
-#include "tools/acquisitionrun.h"
+#include "tools/commands.h"
 #include "tools/standardoutput.h"
 
 #include <QCoreApplication>
@@ -11,7 +10,19 @@
 
 #include <cstdio>
 
-/// qv1k-acquire: takes frames from a detector without a window and records them.
+namespace {
+
+using Function = RunResult (*)(const CommandLine &line, StandardOutput &output);
+
+Function functionOf(const CommandTable::Command &command)
+{
+    static const QHash<QString, Function> functions{{QStringLiteral("acquire"), &Commands::acquire}};
+    return functions[QString::fromLatin1(command.name)];
+}
+
+} // namespace
+
+/// qv1k-acquire: what a detector does without a window, first of all frames that are recorded.
 int main(int argc, char **argv)
 {
     restrictLibrarySearch();
@@ -21,13 +32,12 @@ int main(int argc, char **argv)
     QCoreApplication::setApplicationVersion(QStringLiteral(QV1K_VERSION));
 
     const CommandLine line(QCoreApplication::arguments());
-    const AcquireOptions options = AcquireOptions::of(line);
     // The log repeats every line on the debug output; here standard error is for the one line that counts.
-    if (!options.verbose)
+    if (!line.isSet(QStringLiteral("verbose")))
         QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
 
     StandardOutput output;
-    const AcquisitionRun::Result result = AcquisitionRun::run(options, output);
+    const RunResult result = functionOf(line.command())(line, output);
     if (!result.problem.isEmpty())
         std::fprintf(stderr, "qv1k-acquire: %s\n", qUtf8Printable(result.problem));
     TerminationSignals::endBySignal();

@@ -1,41 +1,33 @@
 #include "tools/acquisitionrun.h"
 
-#include "device/conversations.h"
-#include "device/d2xxlibrary.h"
 #include "device/portmanager.h"
-#include "imaging/processimage.h"
-#include "log/logmanager.h"
-#include "process/terminationsignals.h"
+#include "tools/commands.h"
+#include "tools/csvframe.h"
+#include "tools/detectorsession.h"
 #include "tools/recordingcheck.h"
 #include "tools/standardoutput.h"
+#include "tools/summary.h"
+#include "tools/writablefolder.h"
 
-#include <QDeadlineTimer>
 #include <QDir>
-#include <QTemporaryFile>
-#include <QThread>
+#include <QJsonObject>
 
 #include <algorithm>
 #include <numeric>
 
 namespace {
 
-constexpr int readinessPauseMs = 1000;
-constexpr unsigned long watchIntervalMs = 20; ///< between two looks whether to wait on
-constexpr int stopTimeoutMs = 1000;           ///< until the next block boundary, when the run ends early
-
-constexpr const char *unplugged = "the detector was unplugged";
-constexpr const char *endedBySignal = "ended by a signal";
-constexpr const char *outputClosed = "nobody reads the standard output any more";
-
-/// Makes the folder if it is missing and tries it out; says what is wrong with it.
-QString checkWritable(const QString &folder)
+/// Reads a reference, if one is given, in place of what the pipeline has without one.
+QString readReference(const QString &path, std::vector<double> &reference)
 {
-    if (!QDir().mkpath(folder))
-        return QStringLiteral("the folder %1 cannot be created").arg(folder);
-    QTemporaryFile probe(folder + QStringLiteral("/.qv1k-XXXXXX"));
-    if (!probe.open())
-        return QStringLiteral("the folder %1 is not writable: %2").arg(folder, probe.errorString());
-    return {};
+    if (path.isEmpty())
+        return {};
+    std::vector<double> values;
+    values.reserve(reference.size());
+    QString problem = CsvFrame::read(path, [&values](double value) { values.push_back(value); });
+    if (problem.isEmpty())
+        reference = std::move(values);
+    return problem;
 }
 
 /// The number format does not depend on the locale.
@@ -48,160 +40,110 @@ QString lineOfFrame(int number, double seconds, const std::vector<double> &curre
                              seconds, *lowest, mean, *highest);
 }
 
-} // namespace
-
-AcquisitionRun::Result AcquisitionRun::run(const AcquireOptions &options, StandardOutput &output)
+RunResult acquireInto(QJsonObject &summary, const AcquireOptions &options, StandardOutput &output)
 {
     const D2xxLibrary library = D2xxLibrary::load(options.library);
-    if (!library.driver->isUsable())
-        return {QStringLiteral("no driver library: %1").arg(library.problem), ExitStatus::failed};
-    if (const QString problem = checkWritable(options.output); !problem.isEmpty())
-        return {problem, ExitStatus::failed};
-    if (library.isVirtual)
-        output.print(QStringLiteral("Virtual detector: what follows is simulated, not measured."));
-
-    Result result;
-    {
-        const TerminationSignals signalsToEnd;
-        LogManager::createInstance();
-        PortManager::setDriver(library.driver);
-        PortManager::createInstance();
-        LogManager::instance()->writeLog(library.provenance());
-        {
-            ProcessImage pipeline;
-            pipeline.setProvenance(library.provenance());
-            AcquisitionRun acquisition(options, *PortManager::instance(), pipeline, output, signalsToEnd);
-            result = acquisition.acquire();
-        }
-        PortManager::destroyInstance();
-        LogManager::destroyInstance();
-    }
-    if (!result.problem.isEmpty())
+    if (RunResult result = DetectorSession::check(library); !result.problem.isEmpty())
         return result;
+    if (const QString problem = WritableFolder::check(options.output); !problem.isEmpty())
+        return {problem, ExitStatus::failed};
+    DetectorSession::tellWhetherSimulated(library, output);
+
+    int frames = 0;
+    {
+        DetectorSession session(library);
+        AcquisitionRun run(options, library, session, output);
+        RunResult result = run.calibrate();
+        if (result.problem.isEmpty())
+            result = run.run();
+        run.addTo(summary);
+        Summary::addSource(summary, library, session.serial());
+        if (!result.problem.isEmpty())
+            return result;
+        frames = run.frames();
+    }
     const QString fault = RecordingCheck::check(
-        {{options.output, options.name}, options.frames, {options.data, options.picture, options.video}});
+        {{options.output, options.name}, frames, {options.data, options.picture, options.video}});
     return {fault, fault.isEmpty() ? ExitStatus::complete : ExitStatus::failed};
 }
 
-AcquisitionRun::AcquisitionRun(const AcquireOptions &options, PortManager &link, ProcessImage &pipeline,
-                               StandardOutput &output, const TerminationSignals &signalsToEnd)
-    : m_options(options), m_link(link), m_pipeline(pipeline), m_output(output)
+} // namespace
+
+RunResult Commands::acquire(const CommandLine &line, StandardOutput &output)
 {
-    m_frameTimeout.setSingleShot(true);
-    m_frameTimeout.setInterval(options.timeoutSeconds * 1000);
-    connect(&m_frameTimeout, &QTimer::timeout, this, [this] {
-        stopEarly(QStringLiteral("time-out: no frame for %1 s").arg(m_options.timeoutSeconds));
+    const AcquireOptions options = AcquireOptions::of(line);
+    return Summary::tell(options.json, output, [&options](QJsonObject &summary, StandardOutput &told) {
+        return acquireInto(summary, options, told);
     });
-    m_stopTimeout.setSingleShot(true);
-    m_stopTimeout.setInterval(stopTimeoutMs);
-    connect(&m_stopTimeout, &QTimer::timeout, this, &AcquisitionRun::haltNow);
-    connect(&signalsToEnd, &TerminationSignals::requested, this,
-            [this] { stopEarly(QString::fromLatin1(endedBySignal)); });
+}
+
+AcquisitionRun::AcquisitionRun(const AcquireOptions &options, const D2xxLibrary &library,
+                               DetectorSession &session, StandardOutput &output)
+    : m_options(options), m_output(output), m_progress(!options.verbose),
+      m_frameRun(session, output,
+                 {.serial = options.serial,
+                  .frames = options.frames,
+                  .seconds = options.seconds,
+                  .testPattern = options.testPattern,
+                  .timeoutSeconds = options.timeoutSeconds},
+                 {.begin = [this] { begin(); },
+                  .frame = [this](bool isLast) { onFrame(isLast); },
+                  .cut =
+                      [this] {
+                          m_pipeline.stopSaving();
+                      }}),
+      m_link(session.link())
+{
+    m_pipeline.setProvenance(library.provenance());
     // Once per frame, after its files are written.
-    connect(&pipeline, &ProcessImage::saveMessage, this, &AcquisitionRun::onFrame);
-    connect(&link, &PortManager::stop, this, &AcquisitionRun::onHalted);
-    connect(&link, &PortManager::lost, this, &AcquisitionRun::onLost, Qt::QueuedConnection);
+    QObject::connect(&m_pipeline, &ProcessImage::saveMessage, &m_frameRun, &FrameRun::onFrame);
 }
 
-AcquisitionRun::Result AcquisitionRun::acquire()
+RunResult AcquisitionRun::calibrate()
 {
-    if (!m_output.hasReader())
-        return {QString::fromLatin1(outputClosed), ExitStatus::failed};
-    for (const auto step : {&AcquisitionRun::openDetector, &AcquisitionRun::waitUntilReady,
-                            &AcquisitionRun::startDetector, &AcquisitionRun::receiveFrames}) {
-        if (Result result = (this->*step)(); !result.problem.isEmpty()) {
-            Conversation::haltIfStreaming(m_link); // there is no next try that would find it out
-            return result;
-        }
-    }
-    return reportFrames();
-}
-
-/// A detector that is gone is told as such, whatever it was asked for.
-AcquisitionRun::Result AcquisitionRun::failure(const QString &problem) const
-{
-    if (m_link.checkLost())
-        return {QString::fromLatin1(unplugged), ExitStatus::failed};
-    return {problem, ExitStatus::failed};
-}
-
-AcquisitionRun::Result AcquisitionRun::openDetector()
-{
-    const QStringList attached = m_link.listDevices();
-    const QStringList detectors = m_link.detectors();
-    const QString numbers = attached.join(QStringLiteral(", "));
-    if (attached.isEmpty())
-        return {QStringLiteral("no detector found"), ExitStatus::failed};
-    if (m_options.serial.isEmpty() && detectors.isEmpty())
-        return {QStringLiteral("no detector found, but other bridges; --serial names one all the same: ") +
-                    numbers,
-                ExitStatus::failed};
-    if (m_options.serial.isEmpty() && detectors.size() > 1)
-        return {QStringLiteral("several detectors are attached, choose one with --serial: ") +
-                    detectors.join(QStringLiteral(", ")),
-                ExitStatus::wrongUsage};
-    const QString serial = m_options.serial.isEmpty() ? detectors.constFirst() : m_options.serial;
-    if (!attached.contains(serial))
-        return {QStringLiteral("no detector %1 found; attached: %2").arg(serial, numbers),
-                ExitStatus::failed};
-    if (m_link.openDevice(serial))
-        return {};
-    const QString told = m_link.problem();
-    const QString reason = told.isEmpty() ? QStringLiteral("another program may hold it") : told;
-    return {QStringLiteral("the detector %1 cannot be opened; %2").arg(serial, reason), ExitStatus::failed};
-}
-
-AcquisitionRun::Result AcquisitionRun::waitUntilReady()
-{
-    if (m_options.testPattern > 0 && !Conversation::selectTestPattern(m_link, m_options.testPattern))
-        return failure(QStringLiteral("time-out: the detector did not confirm the test pattern"));
-    const QDeadlineTimer deadline(m_options.timeoutSeconds * 1000);
-    const auto rest = [this, &deadline] {
-        const QDeadlineTimer restEnd(readinessPauseMs);
-        while (!restEnd.hasExpired() && !TerminationSignals::received() && !m_link.isLost())
-            QThread::msleep(watchIntervalMs);
-        return !deadline.hasExpired() && !TerminationSignals::received() && !m_link.isLost();
-    };
-    const bool isReady = Conversation::waitUntilReady(m_link, rest);
-    if (TerminationSignals::received())
-        return {QString::fromLatin1(endedBySignal), ExitStatus::failed};
-    if (!isReady)
-        return failure(QStringLiteral("time-out: the detector is busy, not ready after %1 s")
-                           .arg(m_options.timeoutSeconds));
+    QString problem = readReference(m_options.dark, m_pipeline.fullOffData);
+    if (problem.isEmpty())
+        problem = readReference(m_options.bright, m_pipeline.fullOnData);
+    if (!problem.isEmpty())
+        return {problem, ExitStatus::failed};
+    m_pipeline.caliEnabled = !m_options.dark.isEmpty() || !m_options.bright.isEmpty();
     return {};
 }
 
-AcquisitionRun::Result AcquisitionRun::startDetector()
+RunResult AcquisitionRun::run()
 {
-    if (Conversation::start(m_link))
-        return {};
-    return failure(QStringLiteral("time-out: the detector did not confirm the start"));
+    RunResult result = m_frameRun.run();
+    m_progress.clear();
+    return result.problem.isEmpty() ? report() : result;
 }
 
-AcquisitionRun::Result AcquisitionRun::receiveFrames()
+void AcquisitionRun::begin()
 {
     m_pipeline.setContrastRatio(1.0);
     m_pipeline.setLogPath(m_options.output);
     m_pipeline.setTimeStamp(m_options.name);
     m_pipeline.setSaveFrameTotal(m_options.frames);
     m_pipeline.startSaving(m_options.data, m_options.picture, m_options.video);
-
-    m_clock.start();
-    Conversation::beginReceiving(m_link);
-    m_frameTimeout.start();
-    m_loop.exec(); // a signal that came before is told here
-
-    if (m_whyEarly.isEmpty())
-        return {};
-    return {m_whyEarly + QStringLiteral(", %1 of %2 received").arg(m_frames).arg(m_options.frames),
-            ExitStatus::failed};
 }
 
-AcquisitionRun::Result AcquisitionRun::reportFrames()
+void AcquisitionRun::onFrame(bool isLast)
 {
-    const double seconds = static_cast<double>(m_lastFrameMs) / 1000.0;
-    m_output.print(QString::asprintf("%d frames in %.3f s: %.2f frames per second", m_frames, seconds,
-                                     m_frames / seconds));
+    if (isLast)
+        m_pipeline.setSaveFrameTotal(m_frameRun.frames()); // which only now is known of so many seconds
+    m_progress.clear();
+    m_output.print(lineOfFrame(m_frameRun.frames(), m_frameRun.seconds(), m_pipeline.lastFrame()));
+    m_progress.show({.frames = m_frameRun.frames(),
+                     .wantedFrames = m_options.frames,
+                     .seconds = m_frameRun.seconds(),
+                     .wantedSeconds = m_options.seconds,
+                     .waiting = m_link.framesWaiting()});
+}
+
+RunResult AcquisitionRun::report()
+{
+    const int frames = m_frameRun.frames();
+    m_output.print(QString::asprintf("%d frames in %.3f s: %.2f frames per second", frames,
+                                     m_frameRun.seconds(), frames / m_frameRun.seconds()));
     m_output.print(QStringLiteral("Recorded in ") + QDir(m_options.output).absoluteFilePath(m_options.name));
     if (const int failed = m_pipeline.failedFiles(); failed > 0)
         return {QStringLiteral("%1 %2 could not be written; the log tells which")
@@ -214,65 +156,11 @@ AcquisitionRun::Result AcquisitionRun::reportFrames()
     return {};
 }
 
-void AcquisitionRun::onFrame()
+void AcquisitionRun::addTo(QJsonObject &summary) const
 {
-    if (m_isStopping)
-        return;
-    ++m_frames;
-    m_lastFrameMs = m_clock.elapsed();
-    m_output.print(
-        lineOfFrame(m_frames, static_cast<double>(m_lastFrameMs) / 1000.0, m_pipeline.lastFrame()));
-    m_frameTimeout.start();
-    if (m_frames == m_options.frames) {
-        m_isStopping = true;
-        m_frameTimeout.stop();
-        m_link.requestStop();
-    } else if (!m_output.hasReader()) {
-        stopEarly(QString::fromLatin1(outputClosed));
-    }
-}
-
-void AcquisitionRun::onLost()
-{
-    if (!m_isStopping)
-        m_whyEarly = QString::fromLatin1(unplugged);
-    m_pipeline.stopSaving();
-    end();
-}
-
-/// The recording ends here; the detector at the next block boundary, as by the button of the window, but is
-/// not waited for as long.
-void AcquisitionRun::stopEarly(const QString &why)
-{
-    if (m_isStopping)
-        return;
-    m_isStopping = true;
-    m_whyEarly = why;
-    m_frameTimeout.stop();
-    m_pipeline.stopSaving();
-    m_link.requestStop();
-    m_stopTimeout.start();
-}
-
-void AcquisitionRun::haltNow()
-{
-    m_link.halt();
-    onHalted();
-}
-
-void AcquisitionRun::onHalted()
-{
-    if (m_isEnded)
-        return;
-    Conversation::confirmHalt(m_link);
-    end();
-}
-
-void AcquisitionRun::end()
-{
-    m_isEnded = true;
-    m_frameTimeout.stop();
-    m_stopTimeout.stop();
-    m_link.closeDevice();
-    m_loop.quit();
+    Summary::addFrames(summary, m_frameRun.frames(), m_frameRun.seconds());
+    if (m_options.frames > 0)
+        summary[QLatin1String("wanted")] = m_options.frames;
+    summary[QLatin1String("folder")] = QDir(m_options.output).absoluteFilePath(m_options.name);
+    summary[QLatin1String("failedFiles")] = m_pipeline.failedFiles();
 }

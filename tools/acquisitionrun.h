@@ -1,69 +1,41 @@
 #pragma once
 
+#include "imaging/processimage.h"
 #include "tools/acquireoptions.h"
+#include "tools/framerun.h"
+#include "tools/progressline.h"
 
-#include <QElapsedTimer>
-#include <QEventLoop>
-#include <QObject>
-#include <QString>
-#include <QTimer>
-
+struct D2xxLibrary;
 class PortManager;
-class ProcessImage;
-class StandardOutput;
-class TerminationSignals;
+class QJsonObject;
 
-/// One run of qv1k-acquire: open, ready, start, receive, stop, through the same libraries as the window.
-///
-/// However it ends once the detector was started, the detector is told to halt, once, unless it is unplugged.
-class AcquisitionRun : public QObject
+/// The frames of one recording, from a detector through the same pipeline as the window's into files.
+class AcquisitionRun
 {
-    Q_OBJECT
-
 public:
-    /// How a run ended.
-    struct Result
-    {
-        QString problem; ///< in one line; empty when all frames came and all files are complete
-        int status = ExitStatus::complete;
-    };
+    AcquisitionRun(const AcquireOptions &options, const D2xxLibrary &library, DetectorSession &session,
+                   StandardOutput &output);
 
-    /// Runs whole and prints a line per frame. A signal that asks the process to end, and an output that
-    /// nobody reads any more, end it early: within 6 s while the detector is asked for something, within 5 s
-    /// while frames are received. See TerminationSignals::endBySignal() and StandardOutput::endBySignal() for
-    /// what is left to do then.
-    [[nodiscard]] static Result run(const AcquireOptions &options, StandardOutput &output);
+    /// Takes the references that are asked for; to be called first.
+    [[nodiscard]] RunResult calibrate();
+
+    /// Runs whole and prints a line per frame.
+    [[nodiscard]] RunResult run();
+
+    /// Adds what scripts want to know of it.
+    void addTo(QJsonObject &summary) const;
+
+    [[nodiscard]] int frames() const { return m_frameRun.frames(); }
 
 private:
-    AcquisitionRun(const AcquireOptions &options, PortManager &link, ProcessImage &pipeline,
-                   StandardOutput &output, const TerminationSignals &signalsToEnd);
-
-    Result acquire();
-    Result openDetector();
-    Result waitUntilReady();
-    Result startDetector();
-    Result receiveFrames();
-    Result reportFrames();
-    [[nodiscard]] Result failure(const QString &problem) const;
-
-    void onFrame();
-    void onLost();
-    void stopEarly(const QString &why);
-    void haltNow();
-    void onHalted();
-    void end();
+    void begin();
+    void onFrame(bool isLast);
+    RunResult report();
 
     const AcquireOptions &m_options;
-    PortManager &m_link;
-    ProcessImage &m_pipeline;
     StandardOutput &m_output;
-    QEventLoop m_loop;
-    QTimer m_frameTimeout;
-    QTimer m_stopTimeout;
-    QElapsedTimer m_clock; ///< since the first block request
-    qint64 m_lastFrameMs = 0;
-    int m_frames = 0;
-    bool m_isStopping = false;
-    bool m_isEnded = false;
-    QString m_whyEarly; ///< why not all frames were waited for
+    ProgressLine m_progress;
+    ProcessImage m_pipeline;
+    FrameRun m_frameRun;
+    const PortManager &m_link;
 };

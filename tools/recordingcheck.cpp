@@ -2,40 +2,18 @@
 
 #include "device/protocol/frameformat.h"
 #include "imaging/videofile.h"
+#include "tools/csvframe.h"
 
 #include <QDir>
-#include <QFile>
 #include <QImage>
-#include <QList>
 
 namespace {
 
 using FrameFormat::side;
 
-/// Counts lines and values without storing them; every value must read as a number.
 QString checkCsv(const QString &path)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return path + QStringLiteral(" is missing: ") + file.errorString();
-    int lines = 0;
-    while (!file.atEnd()) {
-        const QByteArray line = file.readLine();
-        const QList<QByteArray> values = line.chopped(line.endsWith('\n') ? 1 : 0).split(',');
-        ++lines;
-        if (!line.endsWith('\n') || values.size() != side)
-            return path +
-                   QStringLiteral(" is incomplete: line %1 holds %2 values").arg(lines).arg(values.size());
-        for (const QByteArray &value : values) {
-            bool ok = false;
-            value.toDouble(&ok);
-            if (!ok)
-                return path + QStringLiteral(" holds no number in line %1").arg(lines);
-        }
-    }
-    if (lines != side)
-        return path + QStringLiteral(" is incomplete: it holds %1 lines").arg(lines);
-    return {};
+    return CsvFrame::read(path, [](double) {});
 }
 
 QString checkPicture(const QString &path)

@@ -41,7 +41,7 @@ StandardOutput::~StandardOutput()
 
 void StandardOutput::print(const QString &line)
 {
-    if (!m_problem.isEmpty())
+    if (m_isMuted || !m_problem.isEmpty())
         return;
     if (std::puts(qUtf8Printable(line)) >= 0 && std::fflush(stdout) == 0)
         return;

@@ -14,6 +14,9 @@ public:
     /// Writes a line, which is out at once. Nothing more once a line could not be written.
     void print(const QString &line);
 
+    /// While it is muted, lines are left out.
+    void setMuted(bool isMuted) { m_isMuted = isMuted; }
+
     /// Why a line could not be written; empty as long as all could.
     [[nodiscard]] QString problem() const { return m_problem; }
 
@@ -27,5 +30,6 @@ public:
 private:
     QString m_problem;
     bool m_hasReader = true;
+    bool m_isMuted = false;
     void (*m_before)(int) = nullptr; ///< what SIGPIPE did
 };

@@ -7,7 +7,6 @@
 #include <QCoreApplication>
 
 #include <algorithm>
-#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 
@@ -142,17 +141,20 @@ void CommandLine::refuseUnknown(const QStringList &left) const
 
 void CommandLine::refuseOtherChoices() const
 {
+    const QString command = QString::fromLatin1(m_command->name);
     for (const Option &option : CommandTexts::optionsOf(*m_command)) {
         const QString key = CommandTexts::keyOf(option);
-        const QString name =
-            CommandTexts::namesOf(option).isEmpty() ? QLatin1String(m_command->name) : optionMark + key;
+        const bool isNamed = !CommandTexts::namesOf(option).isEmpty();
+        const bool isChoice = QLatin1String(option.value).contains(u'|');
+        const QStringList choices = CommandTexts::choicesOf(option);
         if (option.isRequired && !isSet(key))
             refuse(QStringLiteral("%1 needs %2")
-                       .arg(QLatin1String(m_command->name),
-                            name.startsWith(u'-') ? name : QString::fromLatin1(option.value)));
-        const QStringList choices = CommandTexts::choicesOf(option);
-        if (isSet(key) && QLatin1String(option.value).contains(u'|') && !choices.contains(value(key)))
-            refuse(QStringLiteral("%1 takes %2, not \"%3\"").arg(name, inWords(choices), value(key)));
+                       .arg(command, isNamed    ? optionMark + key
+                                     : isChoice ? inWords(choices)
+                                                : QStringLiteral("a ") + QLatin1String(option.value)));
+        if (isSet(key) && isChoice && !choices.contains(value(key)))
+            refuse(QStringLiteral("%1 takes %2, not \"%3\"")
+                       .arg(isNamed ? optionMark + key : command, inWords(choices), value(key)));
     }
 }
 
@@ -180,17 +182,21 @@ int CommandLine::number(const QString &option, int lowest, int highest) const
     return given;
 }
 
-std::optional<double> CommandLine::volts(const QString &option, double lowest, double highest) const
+std::optional<double> CommandLine::volts(const QString &option, double lowest, double highest,
+                                         int decimals) const
 {
     if (!isSet(option))
         return {};
     bool ok = false;
     const double given = value(option).toDouble(&ok);
-    if (!ok || !std::isfinite(given) || given < lowest || given > highest)
-        refuse(QStringLiteral("--%1 takes volts from %2 to %3, not \"%4\"")
+    const bool isFine = ok && given >= lowest && given <= highest && // not a number is neither
+                        QString::number(given, 'f', decimals).toDouble() == given;
+    if (!isFine)
+        refuse(QStringLiteral("--%1 takes volts from %2 to %3 with %4 decimals at most, not \"%5\"")
                    .arg(option)
                    .arg(lowest)
                    .arg(highest)
+                   .arg(decimals)
                    .arg(value(option)));
     return given;
 }

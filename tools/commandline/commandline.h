@@ -37,8 +37,10 @@ public:
     /// The value as a whole number from `lowest` to `highest`; refuses anything else.
     [[nodiscard]] int number(const QString &option, int lowest, int highest) const;
 
-    /// The value as volts from `lowest` to `highest`, none when it was not given; refuses anything else.
-    [[nodiscard]] std::optional<double> volts(const QString &option, double lowest, double highest) const;
+    /// The value as volts from `lowest` to `highest` with so many decimals at most, none when it was not
+    /// given; refuses anything else.
+    [[nodiscard]] std::optional<double> volts(const QString &option, double lowest, double highest,
+                                              int decimals) const;
 
     /// Says what is wrong and ends the process.
     [[noreturn]] static void refuse(const QString &message);

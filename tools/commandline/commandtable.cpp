@@ -20,6 +20,8 @@ constexpr Option data{"--data", nullptr, "Store each frame's currents and grey l
 constexpr Option picture{"--picture", nullptr,
                          "Store each frame as PNG. Done when none of the three is asked for.", nullptr};
 constexpr Option video{"--video", nullptr, "Store all frames in one MP4 video.", nullptr};
+constexpr Option json{"--json", nullptr, "Print one JSON object in one line, and nothing else, for scripts.",
+                      nullptr};
 constexpr Option timeout{"--timeout", "seconds",
                          "Seconds to wait for readiness, and for each frame. Default: 30.", "30"};
 
@@ -27,6 +29,11 @@ constexpr std::array acquireOptions{
     library,
     serial,
     Option{"--frames", "count", "Frames to take. Default: 1.", "1"},
+    Option{
+        "--seconds", "time",
+        "Take the frames of so many seconds, in place of a number of frames. The one under way then is the "
+        "last.",
+        nullptr},
     output,
     name,
     data,
@@ -34,6 +41,11 @@ constexpr std::array acquireOptions{
     video,
     Option{"--test-pattern,--pattern", "1-5", "Take one of the detector's five test patterns.", nullptr},
     timeout,
+    Option{"--dark", file,
+           "Dark reference: pictures and grey levels are calibrated. Without --bright that is 255 nA.",
+           nullptr},
+    Option{"--bright", file, "Bright reference, the same. Without --dark that is 0 nA.", nullptr},
+    json,
     verbose};
 
 constexpr std::array commonRows{
@@ -48,11 +60,28 @@ constexpr Section statuses{
                    "On SIGINT, SIGTERM, SIGHUP, and when nobody reads the output any more, the recording\n"
                    "ends, the detector is told to halt, and the process ends by that signal."};
 
-constexpr std::array table{Command{"acquire",
-                                   "take frames and record them",
+constexpr Section statusesOfOthers{
+    "Exit status",
+    "  0  done\n"
+    "  1  not done; standard error tells why in one line\n"
+    "  2  wrong arguments, or several detectors and no --serial\n"
+    "On SIGINT, SIGTERM and SIGHUP the detector is left halted, and the process ends by that signal."};
+
+constexpr std::array acquireSections{Section{
+    "Keys of --json", "  complete         true when all went as it should: exit status 0\n"
+                      "  problem          why not, as on standard error; else left out\n"
+                      "  library          file of the driver library\n"
+                      "  simulated        true on the virtual detector\n"
+                      "  serial           serial number of the detector\n"
+                      "  frames, wanted   frames that came, and how many should have (not with --seconds)\n"
+                      "  seconds          from the first request to the last frame\n"
+                      "  framesPerSecond  the one by the other\n"
+                      "  folder           where the recording lies\n"
+                      "  failedFiles      files that could not be written"}};
+
+constexpr std::array table{Command{"acquire", "take frames and record them",
                                    "Takes frames from a detector and records them, without a window.",
-                                   acquireOptions,
-                                   {},
+                                   acquireOptions, acquireSections,
                                    "qv1k-acquire --library virtual --frames 5 --output frames"}};
 
 } // namespace
@@ -67,9 +96,9 @@ std::span<const Option> commonOptions()
     return commonRows;
 }
 
-const Section &exitStatus()
+const Section &exitStatus(const Command &command)
 {
-    return statuses;
+    return command.name == table.front().name ? statuses : statusesOfOthers;
 }
 
 } // namespace CommandTable

@@ -24,6 +24,7 @@ struct Section
     const char *text;
 };
 
+/// What can stand first behind the program's name.
 struct Command
 {
     const char *name;
@@ -44,7 +45,7 @@ inline constexpr const char *file = "file";
 /// Options that every command has.
 [[nodiscard]] std::span<const Option> commonOptions();
 
-/// The exit statuses, which every command has.
-[[nodiscard]] const Section &exitStatus();
+/// What the exit statuses mean.
+[[nodiscard]] const Section &exitStatus(const Command &command);
 
 } // namespace CommandTable

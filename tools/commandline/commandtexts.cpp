@@ -84,7 +84,7 @@ QString help(const Command &command, bool isImplied)
         usage(command, isImplied) + wrapped(QString::fromUtf8(command.text), 0, lineLength) + lineEnd;
     for (const CommandTable::Section &paragraph : command.sections)
         text += section(paragraph);
-    text += section(CommandTable::exitStatus());
+    text += section(CommandTable::exitStatus(command));
     if (isImplied) {
         Rows rows;
         for (const Command &each : CommandTable::commands())

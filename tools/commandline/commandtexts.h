@@ -16,9 +16,8 @@ namespace CommandTexts {
 /// The manual page of them all, as troff.
 [[nodiscard]] QString manualPage(const QString &version);
 
-/// The program's completion in a shell.
+/// The program's completion, for bash to read.
 [[nodiscard]] QString bashCompletion();
-[[nodiscard]] QString zshCompletion();
 
 // What those are made of.
 
