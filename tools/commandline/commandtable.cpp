@@ -48,10 +48,26 @@ constexpr std::array acquireOptions{
     json,
     verbose};
 
+constexpr std::array listOptions{library, json, verbose};
+
+constexpr std::array infoOptions{library, serial, json, verbose};
+
 constexpr std::array commonRows{
     Option{"-h,-?,--help", nullptr, "Displays help on commandline options.", nullptr},
     Option{"--help-all", nullptr, "The same.", nullptr, false, true},
     Option{"-v,--version", nullptr, "Displays version information.", nullptr}};
+
+constexpr std::array setOptions{
+    library,
+    serial,
+    Option{"--range", "150|50|10|1", "Current range in nA: sends its timing and the ADC word.", nullptr},
+    Option{"--von", "volts", "Turns the transistors on, -15 to 15 V. The four voltages go together.",
+           nullptr},
+    Option{"--voff", "volts", "Turns the transistors off, -15 to 15 V.", nullptr},
+    Option{"--vss", "volts", "Bias on the cathode of the photodiodes, -15 to 15 V.", nullptr},
+    Option{"--vcom", "volts", "Reserved, -15 to 15 V.", nullptr},
+    json,
+    verbose};
 
 constexpr Section statuses{
     "Exit status", "  0  all frames came and every file is complete\n"
@@ -79,10 +95,46 @@ constexpr std::array acquireSections{Section{
                       "  folder           where the recording lies\n"
                       "  failedFiles      files that could not be written"}};
 
-constexpr std::array table{Command{"acquire", "take frames and record them",
-                                   "Takes frames from a detector and records them, without a window.",
-                                   acquireOptions, acquireSections,
-                                   "qv1k-acquire --library virtual --frames 5 --output frames"}};
+constexpr std::array listSections{
+    Section{"Keys of --json",
+            "  complete, problem, library, simulated  as of acquire\n"
+            "  detectors                              one object each: serial, description, simulated,\n"
+            "                                         detector (false: another bridge), inUse"}};
+
+constexpr std::array infoSections{
+    Section{"Keys of --json", "  complete, problem, library, simulated, serial  as of acquire\n"
+                              "  version              of the firmware, as text\n"
+                              "  battery              charge in percent\n"
+                              "  mode                 \"QV 1K\" or \"QV 256\"\n"
+                              "  adc                  operation, dataFormat, testMode as text; picocoulombs\n"
+                              "  von, voff, vss, vcom volts, of the sixteen in voltages\n"
+                              "  voltages, timing, eeprom  16, 18 and 32 numbers in the order of the cable"}};
+
+constexpr std::array setSections{
+    Section{"Keys of --json",
+            "  complete, problem, library, simulated, serial  as of acquire\n"
+            "  set              what was acknowledged, in this order: \"timing\", \"adc\", \"voltages\""}};
+
+constexpr std::array table{
+    Command{"acquire", "take frames and record them",
+            "Takes frames from a detector and records them, without a window.", acquireOptions,
+            acquireSections, "qv1k-acquire --library virtual --frames 5 --output frames"},
+    Command{
+        "list", "tell which detectors are there",
+        "Tells which detectors are attached: serial number, description, whether it is simulated or another "
+        "bridge, and whether it is in use, which is tried by opening it for a moment.",
+        listOptions, listSections, "qv1k-acquire list --json"},
+    Command{"info", "read a detector's version, battery charge, parameters and EEPROM",
+            "Reads back what the detector tells of itself: version, battery charge, mode, ADC, voltages (V), "
+            "timing (ns) and the working copy of the EEPROM.",
+            infoOptions, infoSections, "qv1k-acquire info --serial QV1K"},
+    Command{
+        "set", "set current range and voltages",
+        "Sets what the window's settings page sets, in its order: the timing of the range, the ADC word, all "
+        "sixteen voltages; each when the one before was acknowledged, and only what is asked for. The other "
+        "twelve voltages and the other choices of the ADC are what config.ini in the working folder holds, 0 "
+        "V where it holds nothing. config.ini is not written.",
+        setOptions, setSections, "qv1k-acquire set --range 10 --von 15 --voff -15 --vss 0.5 --vcom -10"}};
 
 } // namespace
 
