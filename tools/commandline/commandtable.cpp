@@ -48,6 +48,17 @@ constexpr std::array acquireOptions{
     json,
     verbose};
 
+constexpr std::array calibrateOptions{
+    Option{"which", "dark|bright", "The reference to take: of the dark or of the evenly lit sensor.", nullptr,
+           true},
+    Option{"--to", file, "File of the reference, as --dark and --bright of acquire take it.", nullptr, true},
+    Option{"--frames", "count", "Frames whose mean it is. Default: 1.", "1"},
+    library,
+    serial,
+    timeout,
+    json,
+    verbose};
+
 constexpr std::array listOptions{library, json, verbose};
 
 constexpr std::array infoOptions{library, serial, json, verbose};
@@ -95,6 +106,11 @@ constexpr std::array acquireSections{Section{
                       "  folder           where the recording lies\n"
                       "  failedFiles      files that could not be written"}};
 
+constexpr std::array calibrateSections{
+    Section{"Keys of --json", "  complete, problem, library, simulated, serial  as of acquire\n"
+                              "  frames, wanted, seconds, framesPerSecond       the same\n"
+                              "  file                                           where the reference lies"}};
+
 constexpr std::array listSections{
     Section{"Keys of --json",
             "  complete, problem, library, simulated  as of acquire\n"
@@ -119,6 +135,11 @@ constexpr std::array table{
     Command{"acquire", "take frames and record them",
             "Takes frames from a detector and records them, without a window.", acquireOptions,
             acquireSections, "qv1k-acquire --library virtual --frames 5 --output frames"},
+    Command{
+        "calibrate", "take the dark or the bright reference",
+        "Takes the dark or the bright reference of a calibration: the mean current of each pixel, as CSV of "
+        "1024 lines of 1024 numbers in nA. Set the light before. A copy lies in Logs/calib, as the window's.",
+        calibrateOptions, calibrateSections, "qv1k-acquire calibrate dark --frames 16 --to dark.csv"},
     Command{
         "list", "tell which detectors are there",
         "Tells which detectors are attached: serial number, description, whether it is simulated or another "
