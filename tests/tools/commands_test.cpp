@@ -1,6 +1,10 @@
-#include "tests/tools/acquirerun.h"
+#include "device/parameters/parameterdownload.h"
+#include "device/protocol/currentrange.h"
+#include "device/protocol/parameterpackets.h"
+#include "device/protocol/timing.h"
+#include "tests/tools/commandrun.h"
 
-#include <QDir>
+#include <QJsonArray>
 
 TEST_F(Acquire, the_first_command_is_what_is_meant_without_one)
 {
@@ -40,4 +44,177 @@ TEST_F(Acquire, the_last_of_several_values_counts)
     run({QStringLiteral("--frames"), QStringLiteral("3"), QStringLiteral("--frames=0")});
     EXPECT_EQ(exitCode, 2);
     EXPECT_TRUE(errors.contains(QStringLiteral("not \"0\""))) << qPrintable(errors);
+}
+
+TEST_F(Acquire, each_command_explains_itself_without_a_detector)
+{
+    for (const char *name : {"acquire", "list", "info", "set"}) {
+        run({QString::fromLatin1(name), QStringLiteral("--help")});
+        EXPECT_EQ(exitCode, 0);
+        EXPECT_TRUE(output.startsWith(QStringLiteral("Usage: qv1k-acquire %1 ").arg(QLatin1String(name))));
+        EXPECT_TRUE(output.contains(QStringLiteral("Exit status:")));
+        EXPECT_TRUE(output.contains(QStringLiteral("Keys of --json:")));
+        EXPECT_TRUE(output.contains(QStringLiteral("Example:\n  qv1k-acquire ")));
+    }
+}
+
+TEST_F(Commands, list_tells_number_description_and_what_is_in_use)
+{
+    detector("SerialNumbers=QV1,QV2\n[Faults]\nFailOpens=1\n");
+    run({QStringLiteral("list"), QStringLiteral("--library"), QStringLiteral("virtual"), json});
+    EXPECT_EQ(exitCode, 0) << qPrintable(errors);
+    const QJsonArray detectors = summary()[u"detectors"].toArray();
+    ASSERT_EQ(detectors.size(), 2);
+    const QJsonObject first{{QStringLiteral("serial"), QStringLiteral("QV1")},
+                            {QStringLiteral("description"), QStringLiteral("QV1K virtual detector")},
+                            {QStringLiteral("detector"), true},
+                            {QStringLiteral("simulated"), true},
+                            {QStringLiteral("inUse"), true}};
+    EXPECT_EQ(detectors[0].toObject(), first);
+    EXPECT_EQ(detectors[1].toObject()[u"serial"].toString(), QStringLiteral("QV2"));
+    EXPECT_FALSE(detectors[1].toObject()[u"inUse"].toBool(true));
+
+    run({QStringLiteral("list"), QStringLiteral("--library"), QStringLiteral("virtual")});
+    EXPECT_EQ(output, QStringLiteral("QV1  QV1K virtual detector (simulated) (in use)\n"
+                                     "QV2  QV1K virtual detector (simulated)\n"));
+}
+
+TEST_F(Commands, list_of_nothing_is_empty_and_ends_well)
+{
+    detector("Attached=false\n");
+    command(QStringLiteral("list"), {json});
+    EXPECT_EQ(exitCode, 0) << qPrintable(errors);
+    EXPECT_TRUE(summary()[u"detectors"].isArray());
+    EXPECT_EQ(summary()[u"detectors"].toArray().size(), 0);
+}
+
+TEST_F(Commands, info_reads_back_what_the_detector_tells_of_itself)
+{
+    detector("BatteryLevel=42\n");
+    command(QStringLiteral("info"), {json});
+    EXPECT_EQ(exitCode, 0) << qPrintable(errors);
+    const QJsonObject facts = summary();
+    EXPECT_TRUE(facts[u"complete"].toBool());
+    EXPECT_EQ(facts[u"serial"].toString(), QStringLiteral("QV1K"));
+    EXPECT_EQ(facts[u"battery"].toInt(), 42);
+    EXPECT_EQ(facts[u"version"].toString().count(u'.'), 4);
+    EXPECT_EQ(facts[u"mode"].toString(), QStringLiteral("QV 1K"));
+    EXPECT_EQ(facts[u"adc"].toObject()[u"picocoulombs"].toInt(), 25);
+    EXPECT_EQ(facts[u"voltages"].toArray().size(), 16);
+    EXPECT_EQ(facts[u"timing"].toArray().size(), 18);
+    EXPECT_EQ(facts[u"eeprom"].toArray().size(), 32);
+    EXPECT_EQ(facts[u"voff"], facts[u"voltages"].toArray()[7]);
+    EXPECT_TRUE(log().contains(QStringLiteral("串口关闭")));
+}
+
+TEST_F(Commands, info_fails_with_the_first_question_that_is_not_answered)
+{
+    detector("[Faults]\nFailOpens=1\n");
+    command(QStringLiteral("info"), {json});
+    expectFailure(QStringLiteral("the detector QV1K cannot be opened; another program may hold it"));
+    EXPECT_FALSE(summary()[u"complete"].toBool(true));
+    EXPECT_EQ(QStringLiteral("qv1k-acquire: %1\n").arg(summary()[u"problem"].toString()), errors);
+
+    detector("[Faults]\nReplyFaultCommand=0210\nMissingReply=true\n"); // 0.5 s of waiting
+    command(QStringLiteral("info"));
+    expectFailure(QStringLiteral("time-out: the detector did not tell its battery charge"));
+}
+
+TEST_F(Commands, set_sends_timing_adc_and_voltages_as_the_settings_page_does)
+{
+    detector("");
+    folder.write(QStringLiteral("config.ini"), "[General]\ncomboBox_ope=2\nlineEdit_1=1.5\n");
+    command(QStringLiteral("set"), QStringList{QStringLiteral("--range"), QStringLiteral("10")} + fourVolts);
+    EXPECT_EQ(exitCode, 0) << qPrintable(errors);
+    EXPECT_TRUE(output.endsWith(QStringLiteral("set success\n"))) << qPrintable(output);
+    const CurrentRange::Gear &gear = CurrentRange::gears[2];
+    const AdcSelection adc{.operation = AdcSelection::Operation::Sum, .pcRange = gear.pcRange};
+    QList<int> codes(ParameterPacket::voltageCount, ParameterPacket::voltageCode(0.0));
+    codes[0] = ParameterPacket::voltageCode(1.5);
+    codes[6] = ParameterPacket::voltageCode(15.0);
+    codes[7] = ParameterPacket::voltageCode(-14.5);
+    codes[14] = ParameterPacket::voltageCode(0.75);
+    codes[15] = ParameterPacket::voltageCode(-10.0);
+    const QList<QByteArray> wanted{
+        ParameterPacket::setTiming(Timing::ofRange(gear.integrationTime).toWire()).toHex(),
+        ParameterPacket::setAdc(adc).toHex(), ParameterPacket::setVoltages(codes).toHex()};
+    EXPECT_EQ(written(), wanted);
+    EXPECT_EQ(folder.read(QStringLiteral("config.ini")),
+              QByteArray("[General]\ncomboBox_ope=2\nlineEdit_1=1.5\n"));
+}
+
+TEST_F(Commands, set_sends_nothing_that_is_not_asked_for)
+{
+    detector("");
+    command(QStringLiteral("set"), fourVolts + QStringList{json});
+    EXPECT_EQ(exitCode, 0) << qPrintable(errors);
+    EXPECT_EQ(written().size(), 1);
+    EXPECT_EQ(summary()[u"set"].toArray(), QJsonArray({QStringLiteral("voltages")}));
+    EXPECT_FALSE(folder.read(QStringLiteral("written.txt")).isEmpty());
+}
+
+TEST_F(Commands, set_ends_with_what_is_not_acknowledged)
+{
+    detector("[Faults]\nReplyFaultCommand=0101\nCorruptReply=true\n");
+    command(QStringLiteral("set"), {QStringLiteral("--range"), QStringLiteral("1"), json});
+    expectFailure(QStringLiteral("set adc fail"));
+    EXPECT_EQ(summary()[u"set"].toArray(), QJsonArray({QStringLiteral("timing")}));
+}
+
+TEST_F(Commands, wrong_values_are_refused_before_anything_is_opened)
+{
+    command(QStringLiteral("set"));
+    expectRefusal(QStringLiteral("set needs --range, or all four voltages"));
+    command(QStringLiteral("set"), {QStringLiteral("--range"), QStringLiteral("100")});
+    expectRefusal(QStringLiteral("--range takes 150, 50, 10 or 1, not \"100\""));
+    command(QStringLiteral("set"), {QStringLiteral("--vss"), QStringLiteral("1")});
+    expectRefusal(QStringLiteral("--von, --voff, --vss and --vcom go together"));
+    for (const char *volts : {"15.01", "0.125", "nan"}) {
+        command(QStringLiteral("set"), {QStringLiteral("--vss"), QString::fromLatin1(volts)});
+        expectRefusal(QStringLiteral("--vss takes volts from -15 to 15 with 2 decimals at most, not \"%1\"")
+                          .arg(QLatin1String(volts)));
+    }
+    command(QStringLiteral("acquire"), {QStringLiteral("--frames"), QStringLiteral("1"),
+                                        QStringLiteral("--seconds"), QStringLiteral("1")});
+    expectRefusal(QStringLiteral("--frames and --seconds exclude each other"));
+    command(QStringLiteral("list"), {QStringLiteral("--frames"), QStringLiteral("1")});
+    expectRefusal(QStringLiteral("Unknown option 'frames'."));
+}
+
+TEST_F(Commands, json_sums_a_run_up_in_one_object)
+{
+    detector("");
+    command(QStringLiteral("acquire"), {QStringLiteral("--frames"), QStringLiteral("2"), json,
+                                        QStringLiteral("--name"), QStringLiteral("T")});
+    EXPECT_EQ(exitCode, 0) << qPrintable(errors);
+    const QJsonObject told = summary();
+    EXPECT_EQ(told[u"frames"].toInt(), 2);
+    EXPECT_EQ(told[u"wanted"].toInt(), 2);
+    EXPECT_GT(told[u"framesPerSecond"].toDouble(), 0.0);
+    EXPECT_EQ(told[u"folder"].toString(), QDir::current().absoluteFilePath(QStringLiteral("T")));
+    EXPECT_EQ(told[u"failedFiles"].toInt(), 0);
+    EXPECT_TRUE(told[u"complete"].toBool());
+    EXPECT_FALSE(told.contains(u"problem"));
+}
+
+TEST_F(Commands, json_tells_of_a_run_that_was_cut_short)
+{
+    detector("[Faults]\nUnplugAtByte=5000000\n");
+    command(QStringLiteral("acquire"), {QStringLiteral("--frames"), QStringLiteral("5"), json});
+    expectFailure(QStringLiteral("the detector was unplugged, 1 of 5 received"));
+    EXPECT_EQ(summary()[u"frames"].toInt(), 1);
+    EXPECT_EQ(summary()[u"problem"].toString(),
+              QStringLiteral("the detector was unplugged, 1 of 5 received"));
+}
+
+TEST_F(Commands, frames_of_so_many_seconds_are_a_whole_recording)
+{
+    detector("");
+    command(QStringLiteral("acquire"), {QStringLiteral("--seconds"), QStringLiteral("1"), json,
+                                        QStringLiteral("--name"), QStringLiteral("T")});
+    EXPECT_EQ(exitCode, 0) << qPrintable(errors);
+    const QJsonObject told = summary();
+    EXPECT_GE(told[u"seconds"].toDouble(), 1.0);
+    EXPECT_EQ(QDir(QStringLiteral("T")).entryList(QDir::Files).size(), told[u"frames"].toInt());
+    EXPECT_TRUE(log().contains(QStringLiteral("保存完成"))) << qPrintable(log());
 }
