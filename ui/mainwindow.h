@@ -19,6 +19,7 @@ class CompactLayouts;
 class DeviceMessages;
 class DeviceWatcher;
 class PortManager;
+class QAction;
 class QPushButton;
 class ReadinessWait;
 class Inspector;
@@ -218,6 +219,14 @@ private:
     void openRecordingFolder();
     [[nodiscard]] QString parameterSummary() const;
     void connectSavePage();
+    /// Three forms of a recording in the picture's context menu; they hold for the next one.
+    void buildFormatMenu();
+    /// Those of the save page and of that menu.
+    [[nodiscard]] RecordingForms chosenForms() const;
+    /// As the pages show it now.
+    [[nodiscard]] RecordingFacts recordingFacts();
+    /// What was sent last, or is kept by the engineering dialog; nothing unless it is all there.
+    [[nodiscard]] std::optional<Timing> keptTiming();
     /// Beside the recording's state, how much of it is stored; what failed is its tool tip too.
     void showRecordingResult();
     /// The same place between two recordings: what a press on save would do that may not be meant.
@@ -246,6 +255,10 @@ private:
     std::unique_ptr<DeviceWatcher> m_deviceWatcher;
     DeviceMessages *m_deviceMessages = nullptr; ///< the window's child; on Windows
     QMap<SystemNote, QString> m_systemNotes;
+    QString m_serialNumber;          ///< of the detector that was connected last
+    QAction *m_recordTiff = nullptr; ///< these three are the picture's
+    QAction *m_recordNpy = nullptr;
+    QAction *m_recordRaw = nullptr;
     QStringList m_manualFolders; ///< where it is looked for
     QString m_interruption;      ///< what is told of the stream
     QString m_losses;

@@ -40,7 +40,8 @@ def record(acquire):
 def run_blocks(manual):
     """Runs all Python of the manual in the folder of the recording, and returns what it printed."""
     blocks = re.findall(r"^```python\n(.*?)^```$", manual, re.MULTILINE | re.DOTALL)
-    expect(len(blocks) == 2, f"{len(blocks)} blocks of Python")
+    expect(len(blocks) == 3, f"{len(blocks)} blocks of Python")
+    blocks = [block for block in blocks if ".npy" not in block]  # tests/imaging runs that on an array
     library = pathlib.Path("standin/matplotlib")
     library.mkdir(parents=True)
     (library / "__init__.py").touch()

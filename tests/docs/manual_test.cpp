@@ -107,9 +107,13 @@ TEST(Manual, the_names_of_recorded_files_are_those_of_the_recorder)
     QStringList told;
     for (const QStringList &row : rowsOf(QStringLiteral("Recording")))
         told << row.first();
+    QStringList descriptions;
+    for (const QString &stack : files.stacks({.tiff = true, .npy = true, .raw = true}))
+        descriptions << fileName(RecordingFiles::description(stack));
     EXPECT_EQ(told,
               QStringList({fileName(files.data(1)), fileName(files.grayData(1)), fileName(files.parameters()),
-                           fileName(files.picture(1)), fileName(files.video())}));
+                           fileName(files.picture(1)), fileName(files.video()), fileName(files.tiff()),
+                           fileName(files.npy()), fileName(files.raw()), descriptions.join(", ")}));
 }
 
 TEST(Manual, the_times_are_those_of_the_engineering_dialog_in_their_order)

@@ -72,9 +72,9 @@ mainwindow::mainwindow(QWidget *parent) : QMainWindow(parent), ui(std::make_uniq
     m_fpsTimer.start();
     buildFrameCountBox();
     connectManual();
+    buildInspectorEntry();
     applySettings();
     buildShortcuts();
-    buildInspectorEntry();
     new WheelGuard(*this);
     m_link->listDevices();
     fillPortList(m_link->detectors(), m_link->otherBridges());

@@ -55,6 +55,7 @@ void mainwindow::connectDevice()
         QMessageBox::critical(this, tr("Error"), tr("Device connect failed"));
         return;
     }
+    m_serialNumber = serialNumber;
     check_lower_computer_status();
     enterConnected();
 }

@@ -52,10 +52,10 @@ void mainwindow::on_pushButton_save_clicked()
     ui->progressBar->setValue(0);
     m_process->setSaveFrameTotal(frames);
 
-    const bool saveData = ui->checkBox_data->isChecked();
-    m_process->startSaving(saveData, ui->checkBox_picture->isChecked(), ui->checkBox_video->isChecked());
+    const RecordingForms forms = chosenForms();
+    m_process->startSaving(forms, recordingFacts());
     ui->label_savestate->clear();
-    if (saveData)
+    if (forms.data)
         m_process->writeParameterFile(parameterSummary());
     if (m_process->isSaving())
         showRecordingResult();
@@ -113,15 +113,14 @@ void mainwindow::showRecordingHint()
 {
     if (m_process->isSaving())
         return;
-    const bool anyForm = ui->checkBox_data->isChecked() || ui->checkBox_picture->isChecked() ||
-                         ui->checkBox_video->isChecked();
     const bool exists = m_process->hasRecording(ui->lineEdit_savename->text());
     ui->label_savestate->setToolTip({});
-    ui->label_savedetail->setText(MainWindowRules::recordingHint(anyForm, exists));
+    ui->label_savedetail->setText(MainWindowRules::recordingHint(chosenForms().any(), exists));
 }
 
 void mainwindow::connectSavePage()
 {
+    buildFormatMenu();
     for (const QCheckBox *box : {ui->checkBox_data, ui->checkBox_picture, ui->checkBox_video})
         connect(box, &QCheckBox::toggled, this, &mainwindow::showRecordingHint);
     for (const QLineEdit *edit : {ui->lineEdit_savename, ui->lineEdit_savepath})
