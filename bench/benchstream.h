@@ -19,8 +19,12 @@
 class BenchStream
 {
 public:
-    /// `settings`: of virtual-detector.ini. Pattern 0 is the sensor's own picture.
-    BenchStream(const QByteArray &settings, int testPattern) : m_before(QDir::currentPath())
+    enum class View { Shown, None };
+
+    /// `settings`: of virtual-detector.ini. Pattern 0 is the sensor's own picture. Without a view it is what
+    /// the program for the command line puts together.
+    BenchStream(const QByteArray &settings, int testPattern, View view = View::Shown)
+        : m_before(QDir::currentPath())
     {
         QDir::setCurrent(m_folder.path());
         QFile file(QStringLiteral("virtual-detector.ini"));
@@ -34,11 +38,13 @@ public:
         m_pipeline = std::make_unique<ProcessImage>();
         m_pipeline->setContrastRatio(1.0);
         m_view.resize(760, 760);
-        m_view.show();
-        QObject::connect(m_pipeline.get(), &ProcessImage::sendImagetoMain, &m_view, [this](QImage picture) {
-            m_view.setImage(picture);
-            ++m_shown;
-        });
+        m_view.setVisible(view == View::Shown);
+        QObject::connect(m_pipeline.get(), &ProcessImage::sendImagetoMain, &m_view,
+                         [this, view](QImage picture) {
+                             if (view == View::Shown)
+                                 m_view.setImage(picture);
+                             ++m_shown;
+                         });
         m_running = start(*PortManager::instance(), testPattern);
     }
 
