@@ -16,11 +16,10 @@ using Function = RunResult (*)(const CommandLine &line, StandardOutput &output);
 
 Function functionOf(const CommandTable::Command &command)
 {
-    static const QHash<QString, Function> functions{{QStringLiteral("acquire"), &Commands::acquire},
-                                                    {QStringLiteral("calibrate"), &Commands::calibrate},
-                                                    {QStringLiteral("list"), &Commands::list},
-                                                    {QStringLiteral("info"), &Commands::info},
-                                                    {QStringLiteral("set"), &Commands::set}};
+    static const QHash<QString, Function> functions{
+        {QStringLiteral("acquire"), &Commands::acquire}, {QStringLiteral("calibrate"), &Commands::calibrate},
+        {QStringLiteral("list"), &Commands::list},       {QStringLiteral("info"), &Commands::info},
+        {QStringLiteral("replay"), &Commands::replay},   {QStringLiteral("set"), &Commands::set}};
     return functions[QString::fromLatin1(command.name)];
 }
 

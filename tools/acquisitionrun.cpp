@@ -2,50 +2,23 @@
 
 #include "device/portmanager.h"
 #include "tools/commands.h"
-#include "tools/csvframe.h"
 #include "tools/detectorsession.h"
 #include "tools/recordingcheck.h"
 #include "tools/standardoutput.h"
 #include "tools/summary.h"
 #include "tools/writablefolder.h"
 
-#include <QDir>
 #include <QJsonObject>
 
-#include <algorithm>
-#include <numeric>
-
 namespace {
-
-/// Reads a reference, if one is given, in place of what the pipeline has without one.
-QString readReference(const QString &path, std::vector<double> &reference)
-{
-    if (path.isEmpty())
-        return {};
-    std::vector<double> values;
-    values.reserve(reference.size());
-    QString problem = CsvFrame::read(path, [&values](double value) { values.push_back(value); });
-    if (problem.isEmpty())
-        reference = std::move(values);
-    return problem;
-}
-
-/// The number format does not depend on the locale.
-QString lineOfFrame(int number, double seconds, const std::vector<double> &currents)
-{
-    const auto [lowest, highest] = std::minmax_element(currents.begin(), currents.end());
-    const double mean =
-        std::accumulate(currents.begin(), currents.end(), 0.0) / static_cast<double>(currents.size());
-    return QString::asprintf("frame %4d  %8.3f s  min %10.4f nA  mean %10.4f nA  max %10.4f nA", number,
-                             seconds, *lowest, mean, *highest);
-}
 
 RunResult acquireInto(QJsonObject &summary, const AcquireOptions &options, StandardOutput &output)
 {
     const D2xxLibrary library = D2xxLibrary::load(options.library);
     if (RunResult result = DetectorSession::check(library); !result.problem.isEmpty())
         return result;
-    if (const QString problem = WritableFolder::check(options.output); !problem.isEmpty())
+    const RecordingOptions &recording = options.recording;
+    if (const QString problem = WritableFolder::check(recording.files.root); !problem.isEmpty())
         return {problem, ExitStatus::failed};
     DetectorSession::tellWhetherSimulated(library, output);
 
@@ -53,17 +26,14 @@ RunResult acquireInto(QJsonObject &summary, const AcquireOptions &options, Stand
     {
         DetectorSession session(library);
         AcquisitionRun run(options, library, session, output);
-        RunResult result = run.calibrate();
-        if (result.problem.isEmpty())
-            result = run.run();
+        RunResult result = run.run();
         run.addTo(summary);
         Summary::addSource(summary, library, session.serial());
         if (!result.problem.isEmpty())
             return result;
         frames = run.frames();
     }
-    const QString fault = RecordingCheck::check(
-        {{options.output, options.name}, frames, {options.data, options.picture, options.video}});
+    const QString fault = RecordingCheck::check({recording.files, frames, recording.forms});
     return {fault, fault.isEmpty() ? ExitStatus::complete : ExitStatus::failed};
 }
 
@@ -79,88 +49,60 @@ RunResult Commands::acquire(const CommandLine &line, StandardOutput &output)
 
 AcquisitionRun::AcquisitionRun(const AcquireOptions &options, const D2xxLibrary &library,
                                DetectorSession &session, StandardOutput &output)
-    : m_options(options), m_output(output), m_progress(!options.verbose),
-      m_frameRun(session, output,
-                 {.serial = options.serial,
-                  .frames = options.frames,
-                  .seconds = options.seconds,
-                  .testPattern = options.testPattern,
-                  .timeoutSeconds = options.timeoutSeconds},
+    : m_options(options), m_library(library), m_session(session), m_output(output),
+      m_progress(!options.verbose), m_recording(options.recording, output),
+      m_frameRun(session, output, options.wanted,
                  {.begin = [this] { begin(); },
                   .frame = [this](bool isLast) { onFrame(isLast); },
                   .cut =
                       [this] {
-                          m_pipeline.stopSaving();
-                      }}),
-      m_link(session.link())
+                          m_recording.pipeline().stopSaving();
+                      }})
 {
-    m_pipeline.setProvenance(library.provenance());
+    m_recording.pipeline().setProvenance(library.provenance());
     // Once per frame, after its files are written.
-    QObject::connect(&m_pipeline, &ProcessImage::saveMessage, &m_frameRun, &FrameRun::onFrame);
-}
-
-RunResult AcquisitionRun::calibrate()
-{
-    QString problem = readReference(m_options.dark, m_pipeline.fullOffData);
-    if (problem.isEmpty())
-        problem = readReference(m_options.bright, m_pipeline.fullOnData);
-    if (!problem.isEmpty())
-        return {problem, ExitStatus::failed};
-    m_pipeline.caliEnabled = !m_options.dark.isEmpty() || !m_options.bright.isEmpty();
-    return {};
+    QObject::connect(&m_recording.pipeline(), &ProcessImage::saveMessage, &m_frameRun, &FrameRun::onFrame);
 }
 
 RunResult AcquisitionRun::run()
 {
-    RunResult result = m_frameRun.run();
+    RunResult result = m_recording.calibrate();
+    if (result.problem.isEmpty())
+        result = m_frameRun.run();
     m_progress.clear();
-    return result.problem.isEmpty() ? report() : result;
+    if (!result.problem.isEmpty())
+        return result;
+    const int frames = m_frameRun.frames();
+    m_output.print(QString::asprintf("%d frames in %.3f s: %.2f frames per second", frames,
+                                     m_frameRun.seconds(), frames / m_frameRun.seconds()));
+    return m_recording.report();
 }
 
 void AcquisitionRun::begin()
 {
-    m_pipeline.setContrastRatio(1.0);
-    m_pipeline.setLogPath(m_options.output);
-    m_pipeline.setTimeStamp(m_options.name);
-    m_pipeline.setSaveFrameTotal(m_options.frames);
-    m_pipeline.startSaving(m_options.data, m_options.picture, m_options.video);
+    m_recording.begin(m_options.wanted.frames, {.serial = m_session.serial(),
+                                                .library = m_library.path,
+                                                .isSimulated = m_library.isVirtual,
+                                                .testPattern = m_options.wanted.testPattern});
 }
 
 void AcquisitionRun::onFrame(bool isLast)
 {
-    if (isLast)
-        m_pipeline.setSaveFrameTotal(m_frameRun.frames()); // which only now is known of so many seconds
+    if (isLast) // which only now is known of so many seconds
+        m_recording.pipeline().setSaveFrameTotal(m_frameRun.frames());
     m_progress.clear();
-    m_output.print(lineOfFrame(m_frameRun.frames(), m_frameRun.seconds(), m_pipeline.lastFrame()));
+    m_recording.tell(m_frameRun.frames(), m_frameRun.seconds());
     m_progress.show({.frames = m_frameRun.frames(),
-                     .wantedFrames = m_options.frames,
+                     .wantedFrames = m_options.wanted.frames,
                      .seconds = m_frameRun.seconds(),
-                     .wantedSeconds = m_options.seconds,
-                     .waiting = m_link.framesWaiting()});
-}
-
-RunResult AcquisitionRun::report()
-{
-    const int frames = m_frameRun.frames();
-    m_output.print(QString::asprintf("%d frames in %.3f s: %.2f frames per second", frames,
-                                     m_frameRun.seconds(), frames / m_frameRun.seconds()));
-    m_output.print(QStringLiteral("Recorded in ") + QDir(m_options.output).absoluteFilePath(m_options.name));
-    if (const int failed = m_pipeline.failedFiles(); failed > 0)
-        return {QStringLiteral("%1 %2 could not be written; the log tells which")
-                    .arg(failed)
-                    .arg(failed == 1 ? QStringLiteral("file") : QStringLiteral("files")),
-                ExitStatus::failed};
-    if (!m_output.problem().isEmpty())
-        return {QStringLiteral("standard output cannot be written: ") + m_output.problem(),
-                ExitStatus::failed};
-    return {};
+                     .wantedSeconds = m_options.wanted.seconds,
+                     .waiting = m_session.link().framesWaiting()});
 }
 
 void AcquisitionRun::addTo(QJsonObject &summary) const
 {
     Summary::addFrames(summary, m_frameRun.frames(), m_frameRun.seconds());
-    if (m_options.frames > 0)
-        summary[QLatin1String("wanted")] = m_options.frames;
-    summary[QLatin1String("folder")] = QDir(m_options.output).absoluteFilePath(m_options.name);
-    summary[QLatin1String("failedFiles")] = m_pipeline.failedFiles();
+    if (m_options.wanted.frames > 0)
+        summary[QLatin1String("wanted")] = m_options.wanted.frames;
+    m_recording.addTo(summary);
 }

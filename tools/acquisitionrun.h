@@ -1,13 +1,10 @@
 #pragma once
 
-#include "imaging/processimage.h"
+#include "device/d2xxlibrary.h"
 #include "tools/acquireoptions.h"
+#include "tools/framerecording.h"
 #include "tools/framerun.h"
 #include "tools/progressline.h"
-
-struct D2xxLibrary;
-class PortManager;
-class QJsonObject;
 
 /// The frames of one recording, from a detector through the same pipeline as the window's into files.
 class AcquisitionRun
@@ -15,9 +12,6 @@ class AcquisitionRun
 public:
     AcquisitionRun(const AcquireOptions &options, const D2xxLibrary &library, DetectorSession &session,
                    StandardOutput &output);
-
-    /// Takes the references that are asked for; to be called first.
-    [[nodiscard]] RunResult calibrate();
 
     /// Runs whole and prints a line per frame.
     [[nodiscard]] RunResult run();
@@ -30,12 +24,12 @@ public:
 private:
     void begin();
     void onFrame(bool isLast);
-    RunResult report();
 
     const AcquireOptions &m_options;
+    const D2xxLibrary &m_library;
+    DetectorSession &m_session;
     StandardOutput &m_output;
     ProgressLine m_progress;
-    ProcessImage m_pipeline;
+    FrameRecording m_recording;
     FrameRun m_frameRun;
-    const PortManager &m_link;
 };

@@ -15,6 +15,7 @@ namespace Commands {
 [[nodiscard]] RunResult acquire(const CommandLine &line, StandardOutput &output);
 [[nodiscard]] RunResult calibrate(const CommandLine &line, StandardOutput &output);
 [[nodiscard]] RunResult list(const CommandLine &line, StandardOutput &output);
+[[nodiscard]] RunResult replay(const CommandLine &line, StandardOutput &output);
 [[nodiscard]] RunResult set(const CommandLine &line, StandardOutput &output);
 [[nodiscard]] RunResult info(const CommandLine &line, StandardOutput &output);
 

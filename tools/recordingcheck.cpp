@@ -1,10 +1,12 @@
 #include "tools/recordingcheck.h"
 
 #include "device/protocol/frameformat.h"
+#include "imaging/rawrecording.h"
 #include "imaging/videofile.h"
 #include "tools/csvframe.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QImage>
 
 namespace {
@@ -34,6 +36,29 @@ QString checkVideo(const QString &path, int frames)
     return {};
 }
 
+/// A file of all frames: what it is read by is there too, and it has room for them. Raw frames are held
+/// against their checksums.
+QString checkStack(const RecordingFiles &files, const QString &path, int frames)
+{
+    for (const QString &file : {path, RecordingFiles::description(path)}) {
+        if (!QFile::exists(file))
+            return file + QStringLiteral(" is missing");
+    }
+    if (QFileInfo(path).size() < frames * FrameFormat::frameBytes)
+        return path + QStringLiteral(" is incomplete: it has no room for %1 frames").arg(frames);
+    if (path != files.raw())
+        return {};
+    RawRecording recording(path);
+    if (recording.problem().isEmpty() && recording.frameCount() != frames)
+        return path + QStringLiteral(" is incomplete: it holds %1 of %2 frames")
+                          .arg(recording.frameCount())
+                          .arg(frames);
+    QString problem = recording.problem();
+    for (int position = 0; problem.isEmpty() && position < frames; ++position)
+        problem = recording.read(position).problem;
+    return problem;
+}
+
 } // namespace
 
 namespace RecordingCheck {
@@ -50,6 +75,10 @@ QString check(const Recording &recording)
         if (recording.forms.picture && problem.isEmpty())
             problem = checkPicture(files.picture(n));
         if (!problem.isEmpty())
+            return problem;
+    }
+    for (const QString &path : files.stacks(recording.forms)) {
+        if (QString problem = checkStack(files, path, recording.frames); !problem.isEmpty())
             return problem;
     }
     return recording.forms.video ? checkVideo(files.video(), recording.frames) : QString();

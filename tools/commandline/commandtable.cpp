@@ -17,9 +17,20 @@ constexpr Option verbose{"--verbose", nullptr, "Repeat the log on standard error
 constexpr Option output{"--output", folder, "Folder for the recording. Default: the working folder.", "."};
 constexpr Option name{"--name", "text", "Name of the recording. Default: the current time.", nullptr};
 constexpr Option data{"--data", nullptr, "Store each frame's currents and grey levels as CSV.", nullptr};
-constexpr Option picture{"--picture", nullptr,
-                         "Store each frame as PNG. Done when none of the three is asked for.", nullptr};
+constexpr Option picture{"--picture", nullptr, "Store each frame as PNG. Done when no form is asked for.",
+                         nullptr};
 constexpr Option video{"--video", nullptr, "Store all frames in one MP4 video.", nullptr};
+constexpr Option tiff{"--tiff", nullptr,
+                      "Store the currents of all frames in one TIFF file of 32-bit floats.", nullptr};
+constexpr Option npy{"--npy", nullptr, "Store them in one NumPy array of 32-bit floats.", nullptr};
+constexpr Option raw{"--raw", nullptr,
+                     "Store all frames as they came over the cable, with checksums, for replay.", nullptr};
+constexpr Option dark{"--dark", file,
+                      "Dark reference: pictures and grey levels are calibrated. Without --bright that is 255 "
+                      "nA.",
+                      nullptr};
+constexpr Option bright{"--bright", file, "Bright reference, the same. Without --dark that is 0 nA.",
+                        nullptr};
 constexpr Option json{"--json", nullptr, "Print one JSON object in one line, and nothing else, for scripts.",
                       nullptr};
 constexpr Option timeout{"--timeout", "seconds",
@@ -39,12 +50,13 @@ constexpr std::array acquireOptions{
     data,
     picture,
     video,
+    tiff,
+    npy,
+    raw,
     Option{"--test-pattern,--pattern", "1-5", "Take one of the detector's five test patterns.", nullptr},
     timeout,
-    Option{"--dark", file,
-           "Dark reference: pictures and grey levels are calibrated. Without --bright that is 255 nA.",
-           nullptr},
-    Option{"--bright", file, "Bright reference, the same. Without --dark that is 0 nA.", nullptr},
+    dark,
+    bright,
     json,
     verbose};
 
@@ -56,6 +68,21 @@ constexpr std::array calibrateOptions{
     library,
     serial,
     timeout,
+    json,
+    verbose};
+
+constexpr std::array replayOptions{
+    Option{"recording", file, "Raw frames that acquire --raw has stored: NAME.raw.", nullptr, true},
+    output,
+    name,
+    data,
+    picture,
+    video,
+    tiff,
+    npy,
+    raw,
+    dark,
+    bright,
     json,
     verbose};
 
@@ -126,6 +153,11 @@ constexpr std::array infoSections{
                               "  von, voff, vss, vcom volts, of the sixteen in voltages\n"
                               "  voltages, timing, eeprom  16, 18 and 32 numbers in the order of the cable"}};
 
+constexpr std::array replaySections{
+    Section{"Keys of --json", "  complete, problem, frames, wanted, folder, failedFiles  as of acquire\n"
+                              "  seconds, framesPerSecond  as they came: from the first frame to the last\n"
+                              "  source                    the file that was replayed"}};
+
 constexpr std::array setSections{
     Section{"Keys of --json",
             "  complete, problem, library, simulated, serial  as of acquire\n"
@@ -149,6 +181,11 @@ constexpr std::array table{
             "Reads back what the detector tells of itself: version, battery charge, mode, ADC, voltages (V), "
             "timing (ns) and the working copy of the EEPROM.",
             infoOptions, infoSections, "qv1k-acquire info --serial QV1K"},
+    Command{"replay", "put recorded raw frames through the pipeline again",
+            "Puts raw frames that were recorded through the same pipeline again, without a detector: what is "
+            "printed and stored is what acquire would have. Each frame is held against its checksum first.",
+            replayOptions, replaySections,
+            "qv1k-acquire replay frames/sample1/sample1.raw --data --output again"},
     Command{
         "set", "set current range and voltages",
         "Sets what the window's settings page sets, in its order: the timing of the range, the ADC word, all "

@@ -1,0 +1,72 @@
+#include "tests/tools/commandrun.h"
+
+#include <QRegularExpression>
+
+namespace {
+
+/// What the lines of frames tell of the currents.
+QStringList currentsTold(const QString &output)
+{
+    static const QRegularExpression currents(QStringLiteral("min .*$"), QRegularExpression::MultilineOption);
+    QStringList lines;
+    for (auto matches = currents.globalMatch(output); matches.hasNext();)
+        lines << matches.next().captured();
+    return lines;
+}
+
+} // namespace
+
+TEST_F(Commands, raw_frames_are_replayed_as_they_were_recorded)
+{
+    detector("");
+    runVirtual({QStringLiteral("--frames"), QStringLiteral("2"), QStringLiteral("--picture"),
+                QStringLiteral("--raw"), QStringLiteral("--tiff"), QStringLiteral("--npy")});
+    EXPECT_EQ(exitCode, 0) << qPrintable(errors);
+    const QStringList told = currentsTold(output);
+    EXPECT_EQ(told.size(), 2);
+    EXPECT_EQ(
+        QDir(QStringLiteral("out/T")).entryList(QDir::Files, QDir::Name),
+        QStringList({QStringLiteral("T.npy"), QStringLiteral("T.npy.json"), QStringLiteral("T.raw"),
+                     QStringLiteral("T.raw.json"), QStringLiteral("T.tif"), QStringLiteral("T.tif.json"),
+                     QStringLiteral("T_pic1.png"), QStringLiteral("T_pic2.png")}));
+    const QJsonObject index =
+        QJsonDocument::fromJson(folder.read(QStringLiteral("out/T/T.raw.json"))).object();
+    EXPECT_EQ(index[u"detector"][u"serial_number"].toString(), QStringLiteral("QV1K"));
+    EXPECT_TRUE(index[u"detector"][u"simulated"].toBool());
+
+    const QStringList replay{QStringLiteral("replay"),    QStringLiteral("out/T/T.raw"),
+                             QStringLiteral("--picture"), QStringLiteral("--output"),
+                             QStringLiteral("again"),     QStringLiteral("--name"),
+                             QStringLiteral("T")};
+    run(replay);
+    EXPECT_EQ(exitCode, 0) << qPrintable(errors);
+    EXPECT_EQ(currentsTold(output), told);
+    for (const char *name : {"T_pic1.png", "T_pic2.png"}) {
+        const QByteArray recorded = folder.read(QStringLiteral("out/T/") + QLatin1String(name));
+        EXPECT_FALSE(recorded.isEmpty());
+        EXPECT_TRUE(folder.read(QStringLiteral("again/T/") + QLatin1String(name)) == recorded) << name;
+    }
+}
+
+TEST_F(Commands, a_damaged_frame_ends_a_replay_and_the_frames_before_are_kept)
+{
+    detector("");
+    runVirtual({QStringLiteral("--frames"), QStringLiteral("2"), QStringLiteral("--raw")});
+    QByteArray frames = folder.read(QStringLiteral("out/T/T.raw"));
+    frames.back() = static_cast<char>(frames.back() ^ 1);
+    folder.write(QStringLiteral("out/T/T.raw"), frames);
+    run({QStringLiteral("replay"), QStringLiteral("out/T/T.raw"), QStringLiteral("--name"),
+         QStringLiteral("again"), json});
+    expectFailure(QStringLiteral("T.raw: frame 2 is damaged: its checksum differs, 1 of 2 replayed"));
+    EXPECT_EQ(summary()[u"frames"].toInt(), 1);
+    EXPECT_EQ(QDir(QStringLiteral("again")).entryList(QDir::Files),
+              QStringList(QStringLiteral("again_pic1.png")));
+}
+
+TEST_F(Commands, what_is_no_recording_is_not_replayed)
+{
+    run({QStringLiteral("replay"), QStringLiteral("none.raw")});
+    expectFailure(QStringLiteral("none.raw.json cannot be read: "));
+    run({QStringLiteral("replay")});
+    expectRefusal(QStringLiteral("replay needs a file"));
+}
