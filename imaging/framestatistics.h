@@ -55,6 +55,17 @@ struct Summary
 [[nodiscard]] std::vector<std::size_t> histogram(std::span<const double> currents, double lowest,
                                                  double highest, int bins);
 
+/// From one current to another.
+struct Interval
+{
+    double lowest = 0;
+    double highest = 0;
+};
+
+/// Where nearly all of the currents are: at most `outside` of them, a share, are below and as many above. As
+/// near as some parts of a thousand of it, and within `all`, which holds every current.
+[[nodiscard]] Interval bulk(std::span<const double> currents, const Interval &all, double outside);
+
 /// Noise by the way of EMVA Standard 1288, release 4.0, with two frames A and B of the same scene; n pixels,
 /// means a and b, and divisors n throughout.
 struct Noise

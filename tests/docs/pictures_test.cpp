@@ -4,6 +4,7 @@
 #include "tests/docs/pictures.h"
 #include "tests/ui/mainwindow/virtualwindow.h"
 #include "ui/developwindow.h"
+#include "ui/inspector/inspector.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -130,12 +131,37 @@ TEST_F(DocumentPictures, of_the_engineering_dialog)
     compare(dialog.grab().toImage(), QStringLiteral("engineering.png"));
 }
 
+TEST_F(DocumentPictures, of_the_inspector)
+{
+    open();
+    std::vector<std::vector<double>> frames;
+    QObject::connect(&pipeline(), &ProcessImage::sendImagetoMain, window.get(),
+                     [&] { frames.push_back(pipeline().lastFrame()); });
+    start();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return frames.size() >= 2; }, 20000));
+    stop();
+
+    // The first two: the same noise every time.
+    std::size_t next = 0;
+    qint64 now = 0;
+    Inspector inspector([&] { return std::span<const double>(frames.at(next)); }, [&] { return now; },
+                        [] { return FrameCounts{.received = 2}; });
+    inspector.pick(592, 425);
+    int shown = 0;
+    QObject::connect(&inspector.runner(), &InspectionRunner::inspected, &inspector, [&] { ++shown; });
+    for (; next < 2; ++next, now += InspectionRunner::intervalMs) {
+        inspector.frameArrived();
+        ASSERT_TRUE(QTest::qWaitFor([&] { return shown == static_cast<int>(next) + 1; }, 20000));
+    }
+    compare(inspector.grab().toImage(), QStringLiteral("inspector.png"));
+}
+
 TEST(KeptPictures, are_those_that_are_made_and_small)
 {
     const QDir kept(keptFolder);
     EXPECT_EQ(kept.entryList({"*.png"}, QDir::Files, QDir::Name),
-              QStringList({"calibration.png", "engineering.png", "running.png", "save.png", "settings.png",
-                           "system.png"}));
+              QStringList({"calibration.png", "engineering.png", "inspector.png", "running.png", "save.png",
+                           "settings.png", "system.png"}));
     for (const QFileInfo &file : kept.entryInfoList({"*.png"}))
         EXPECT_LT(file.size(), 200 * 1024) << qPrintable(file.fileName());
 }

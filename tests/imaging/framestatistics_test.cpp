@@ -214,6 +214,22 @@ TEST(FrameStatistics, histogram_counts_every_current_once_and_the_ends_in_the_ou
     EXPECT_EQ(std::reduce(counts.begin(), counts.end()), frame.size());
 }
 
+TEST(FrameStatistics, bulk_leaves_out_the_share_at_either_end)
+{
+    std::vector<double> currents(10'000);
+    std::iota(currents.begin(), currents.end(), 0.0);
+    const Interval most = bulk(currents, {0, 9999}, 0.01);
+    EXPECT_NEAR(most.lowest, 100, 10);
+    EXPECT_NEAR(most.highest, 9899, 10);
+    currents[77] = 1e9;
+    const Interval same = bulk(currents, {0, 1e9}, 0.01);
+    EXPECT_NEAR(same.lowest, 100, 11) << "as near as some parts of a thousand";
+    EXPECT_NEAR(same.highest, 9900, 11);
+    const Interval one = bulk(std::vector<double>{4, 4}, {4, 4}, 0.01);
+    EXPECT_EQ(one.lowest, 4);
+    EXPECT_EQ(one.highest, 4);
+}
+
 TEST(FrameStatistics, noise_is_told_apart_in_time_and_space)
 {
     std::mt19937 random(4);

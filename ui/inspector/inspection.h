@@ -22,9 +22,9 @@ struct Inspection
     /// How often each current occurs.
     struct Histogram
     {
-        double lowest = 0; ///< nA
-        double highest = 0;
+        FrameStatistics::Interval ends; ///< nA
         std::vector<std::size_t> counts;
+        std::size_t beyond = 0; ///< currents below and above the ends, which are in no part
     };
 
     Inquiry inquiry;
@@ -40,17 +40,28 @@ struct Inspection
 
 namespace Inspections {
 
-inline constexpr int histogramBins = 256;
+inline constexpr int mostBins = 256; ///< of a histogram
 
 /// The frame as the pipeline makes it. Takes some 50 ms for all of it; any thread.
 /// `previous` is the frame before, or empty.
 [[nodiscard]] Inspection inspect(std::span<const double> frame, std::span<const double> previous,
                                  const Inquiry &inquiry);
 
-/// From where to where a histogram goes: over the whole measuring range when the currents fill a good part of
-/// it or leave it, else over the currents. The end is above the begin.
-[[nodiscard]] Inspection::Histogram histogramEnds(const FrameStatistics::Summary &summary,
-                                                  const FrameStatistics::MeasuringRange &range);
+/// From where to where a histogram goes: over all currents and the measuring range when nearly all of them
+/// (`bulk`) fill a good part of it or reach its upper end, else over those nearly all and a little more, so
+/// that a hot pixel does not hide the rest. The end is above the begin.
+[[nodiscard]] FrameStatistics::Interval histogramEnds(const FrameStatistics::Summary &summary,
+                                                      const FrameStatistics::Interval &bulk,
+                                                      const FrameStatistics::MeasuringRange &range);
+
+/// Parts of equal width that hold all from `ends`, mostBins at most. Each is some steps of the converter wide
+/// and begins between two of them, so that none holds more of them than its neighbours.
+struct Bins
+{
+    FrameStatistics::Interval ends; ///< nA
+    int count = 0;
+};
+[[nodiscard]] Bins binsFor(const FrameStatistics::Interval &ends);
 
 /// All of a frame.
 [[nodiscard]] FrameStatistics::Region wholeFrame();

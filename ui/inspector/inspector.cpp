@@ -144,9 +144,11 @@ void Inspector::showOutliers(const FrameStatistics::Outliers &outliers)
 void Inspector::showPlots(const Inspection &inspection)
 {
     const Inspection::Histogram &histogram = inspection.histogram;
+    ui->group_histogram->setTitle(
+        histogram.beyond == 0 ? tr("Currents") : tr("Currents (%1 pixels beyond)").arg(histogram.beyond));
     ui->plot_histogram->setContent(
         {.form = Plot::Form::Columns,
-         .across = {histogram.lowest, histogram.highest},
+         .across = {histogram.ends.lowest, histogram.ends.highest},
          .values = {histogram.counts.begin(), histogram.counts.end()},
          .mark = inspection.current,
          .limits = PlotScale::Span{inspection.range.lowest, inspection.range.highest},

@@ -8,8 +8,8 @@ namespace PlotScale {
 
 namespace {
 
-constexpr double margin = 0.06;   ///< of the values' span, on either side
-constexpr double leastSpan = 0.1; ///< nA; converter steps are no hills
+constexpr double margin = 0.06;    ///< of the values' span, on either side
+constexpr double leastSpan = 0.02; ///< nA; converter steps are no hills
 
 std::vector<double> multiples(const Span &span, double step)
 {
