@@ -1,5 +1,6 @@
 #include "bench/benchstream.h"
 #include "device/protocol/frameformat.h"
+#include "ui/inspector/inspector.h"
 
 #include <benchmark/benchmark.h>
 
@@ -7,19 +8,36 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <memory>
+#include <span>
 
 namespace {
 
 constexpr int counterPattern = 5;
 
-/// As fast as it goes. The rate is that of the wall clock: three threads work on a frame.
-void unpaced(benchmark::State &state)
+/// The inspector as the window opens it.
+std::unique_ptr<Inspector> openInspector(ProcessImage &pipeline)
+{
+    QElapsedTimer clock;
+    clock.start();
+    auto inspector =
+        std::make_unique<Inspector>([&pipeline] { return std::span<const double>(pipeline.lastFrame()); },
+                                    [clock] { return clock.elapsed(); }, [] { return FrameCounts(); });
+    QObject::connect(&pipeline, &ProcessImage::sendImagetoMain, inspector.get(), &Inspector::frameArrived);
+    inspector->show();
+    return inspector;
+}
+
+/// As fast as it goes, without the inspector or with it. The rate is that of the wall clock: three threads
+/// work on a frame, and one more on the inspector's figures.
+void unpaced(benchmark::State &state, bool isInspected)
 {
     BenchStream stream("Pacing=none\n", counterPattern);
     if (!stream.isRunning()) {
         state.SkipWithError("no virtual detector");
         return;
     }
+    const std::unique_ptr<Inspector> inspector = isInspected ? openInspector(stream.pipeline()) : nullptr;
     constexpr int framesPerRound = 20;
     stream.showFrames(framesPerRound);
     QElapsedTimer timer;
@@ -67,7 +85,8 @@ void longestStall(benchmark::State &state)
         state.SkipWithError("files not written");
 }
 
-BENCHMARK(unpaced)->Name("stream/qv1k")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(unpaced, plain, false)->Name("stream/qv1k")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(unpaced, inspected, true)->Name("stream/inspected")->Unit(benchmark::kMillisecond);
 BENCHMARK(longestStall)->Name("stall/recording")->Iterations(1)->Unit(benchmark::kMillisecond);
 
 } // namespace
