@@ -55,11 +55,14 @@ origin_of() {
     *) echo "Nobody has said where $1 comes from." >&2; return 1 ;;
     esac
 }
-# What is contained in other files: in OpenCV's the writer of PNG with its compression, in the programs that of TIFF.
-declare -A contained=([libpng1.6]=libopencv_imgcodecs [tiff]="the programs" [zlib]="libopencv_imgcodecs and the programs")
+# What is contained in other files: in OpenCV's the writer of PNG with its compression, in the programs that of TIFF, in one
+# of them the reader of its command line.
+declare -A contained=([libpng1.6]=libopencv_imgcodecs [tiff]="the programs" [cli11]="qv1k-acquire.exe" [zlib]="libopencv_imgcodecs and the programs")
 
 stage_texts() {
     mkdir -p "$stage/licences"
+    # Headers only, and this machine's: no step of the tool chain makes it.
+    keep_licence cli11 "$(dpkg-query -W -f '${Version}' libcli11-dev)" /usr/share/doc/libcli11-dev/copyright
     list_third_party | to_windows >"$stage/third-party.txt"
     sed "s/@VERSION@/$version/" "$here/readme.txt" | to_windows >"$stage/README.txt"
 }
