@@ -91,6 +91,19 @@ TEST_F(HeldBack, nothing_is_requested_while_more_than_half_still_wait)
     EXPECT_EQ(requestsThen, requestsFor64Frames);
 }
 
+TEST_F(HeldBack, the_frames_that_wait_are_counted_and_the_one_at_work_is_among_them)
+{
+    EXPECT_GE(link().framesWaiting(), 0);
+    ASSERT_TRUE(waitBlocked([&] { return link().framesWaiting() == 64; }));
+    qint64 waitingThen = 0;
+    onReceived = [&] {
+        if (received == 32)
+            waitingThen = link().framesWaiting();
+    };
+    ASSERT_TRUE(QTest::qWaitFor([&] { return received >= 32; }, 10000));
+    EXPECT_EQ(waitingThen, 33);
+}
+
 TEST_F(HeldBack, a_frame_is_not_through_before_who_was_connected_after_the_start_is_through_with_it)
 {
     int receivedLate = 0;

@@ -8,6 +8,7 @@
 #include "ui_mainwindow.h"
 
 #include <QAction>
+#include <QStyle>
 
 void mainwindow::buildInspectorEntry()
 {
@@ -50,7 +51,11 @@ void mainwindow::openInspector()
     connect(ui->frame, &KeepRatioWidget::click_coor, m_inspector, &Inspector::pick);
     m_inspector->pick(m_clickX, m_clickY);
     m_inspector->frameArrived();
-    ScreenRoom::keepWithin(*m_inspector, ScreenRoom::of(*m_inspector));
+    const QSize room = ScreenRoom::of(*m_inspector);
+    // Its diagrams give way before anything is scrolled, and then there is room for the bar.
+    const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    m_inspector->resize(m_inspector->size().boundedTo(room - QSize(bar, 0)));
+    ScreenRoom::keepWithin(*m_inspector, room);
     m_inspector->show();
 }
 
