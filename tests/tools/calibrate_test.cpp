@@ -118,3 +118,13 @@ TEST_F(Commands, a_reference_that_cannot_be_written_is_an_error)
     EXPECT_EQ(exitCode, 2);
     EXPECT_TRUE(errors.contains(QStringLiteral("calibrate needs --to")));
 }
+
+TEST_F(Commands, a_detector_that_is_unplugged_leaves_no_reference)
+{
+    detector("[Faults]\nUnplugAtByte=5000000\n"); // in the second frame
+    command(QStringLiteral("calibrate"),
+            {QStringLiteral("bright"), QStringLiteral("--frames"), QStringLiteral("2"),
+             QStringLiteral("--to"), QStringLiteral("b.csv")});
+    expectFailure(QStringLiteral("the detector was unplugged, 1 of 2 received"));
+    EXPECT_FALSE(QFile::exists(folder.filePath(QStringLiteral("b.csv"))));
+}
