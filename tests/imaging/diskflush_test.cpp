@@ -61,7 +61,8 @@ protected:
     void record(Recorder &recorder, const QString &name)
     {
         recorder.setName(name);
-        recorder.start({.data = true, .picture = true, .video = true});
+        recorder.start(
+            {.data = true, .picture = true, .video = true, .tiff = true, .npy = true, .raw = true});
         recorder.writeParameters("text");
         recorder.store({picture, currents, grayLevels});
         EXPECT_TRUE(recorder.stop());
@@ -71,7 +72,8 @@ protected:
     {
         QStringList paths;
         for (const char *file : {"/%1_data1.csv", "/%1_data_gray1.csv", "/%1_pic1.png", "/output_video.mp4",
-                                 "/SetParameterData.txt", ""})
+                                 "/%1.tif", "/%1.tif.json", "/%1.npy", "/%1.npy.json", "/%1.raw",
+                                 "/%1.raw.json", "/SetParameterData.txt", ""})
             paths << folder.filePath("root/" + name) + QString::fromLatin1(file).replace("%1", name);
         return paths << folder.filePath("root");
     }
@@ -116,7 +118,7 @@ TEST_F(Flush, what_cannot_be_flushed_is_told)
         Recorder recorder("root", "T");
         record(recorder, "T");
     }
-    EXPECT_EQ(output.messages().filter("文件落盘失败").size(), 7);
+    EXPECT_EQ(output.messages().filter("文件落盘失败").size(), 13);
     EXPECT_TRUE(output.contains("root/T/T_data1.csv（" + systemReason(SystemFailure::DeviceFault)));
 }
 

@@ -56,6 +56,15 @@ TEST(RecordingLog, tells_that_it_was_ended_early_also_without_a_frame)
                            "保存中止：" + recording.stored.folder() + "，已存 0 / 0 帧，失败文件 0 个"}));
 }
 
+TEST(RecordingLog, tells_the_forms_that_are_one_file_of_all_frames)
+{
+    LoggedRecording recording(1);
+    recording.pipeline.startSaving({.tiff = true, .npy = true, .raw = true}, {});
+    recording.feed(1);
+    EXPECT_EQ(recording.lines(2).first(),
+              "开始保存：" + recording.stored.folder() + "，TIFF、NumPy、原始帧，目标 1 帧");
+}
+
 TEST(RecordingLog, counts_the_files_that_failed)
 {
     LoggedRecording recording(1);
