@@ -22,3 +22,6 @@ set(QT_HOST_PATH_CMAKE_DIR /usr/lib/x86_64-linux-gnu/cmake CACHE PATH "CMake pac
 
 # Tests run through the emulator.
 set(CMAKE_CROSSCOMPILING_EMULATOR "${CMAKE_CURRENT_LIST_DIR}/wine")
+
+# As a part of the programs: nothing else of the package needs zlib as a library of its own.
+set(ZLIB_USE_STATIC_LIBS ON)
