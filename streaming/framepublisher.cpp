@@ -11,6 +11,8 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
+#include <future>
+#include <thread>
 
 namespace {
 
@@ -182,9 +184,23 @@ bool FramePublisher::end()
     header[QStringLiteral("frames")] = m_frames;
     if (!tellEnd(packed(header)))
         return false;
+    return linger();
+}
+
+/// Closing waits for receivers, and cannot be called off: where it has to, it is left behind.
+bool FramePublisher::linger()
+{
+    std::promise<void> promise;
+    const std::future<void> closed = promise.get_future();
+    std::thread([socket = std::move(m_socket), promise = std::move(promise)]() mutable {
+        socket.reset();
+        promise.set_value();
+    }).detach();
     QElapsedTimer waited;
     waited.start();
-    m_socket.reset(); // lingers
+    while (closed.wait_for(std::chrono::milliseconds(lookEveryMs)) != std::future_status::ready)
+        if (m_mayWait && !m_mayWait())
+            return fail(QStringLiteral("the wait for receivers was ended"));
     if (m_options.mustArrive && waited.hasExpired(m_options.timeoutMs))
         return fail(QStringLiteral("the receivers did not take all frames within %1 s")
                         .arg(m_options.timeoutMs / 1000));

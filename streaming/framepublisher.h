@@ -11,6 +11,8 @@
 /// What a FramePublisher sends, and to whom.
 struct PublishOptions
 {
+    static constexpr int keyLength = 40;
+
     /// Where receivers connect: a port of this machine's loopback ("5555"), or an endpoint of ZeroMQ that
     /// says the address ("tcp://*:5555", "ipc:///run/frames").
     QString endpoint;
@@ -69,6 +71,7 @@ private:
     struct Socket;
 
     bool waitFor(const std::function<bool(int)> &isDone, const QString &missed);
+    bool linger();
     bool tellEnd(const QByteArray &header);
     bool send(const QByteArray &header, const std::function<void(void *)> &fill, qsizetype bytes);
     bool fail(const QString &problem);

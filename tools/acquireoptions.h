@@ -1,5 +1,6 @@
 #pragma once
 
+#include "streaming/framepublisher.h"
 #include "tools/framerun.h"
 #include "tools/recordingoptions.h"
 
@@ -9,7 +10,8 @@ struct AcquireOptions
     QString library; ///< as the key `D2xxLibrary` of config.ini
     FrameRun::Wanted wanted;
     RecordingOptions recording;
-    bool json = false; ///< a summary in place of the lines
+    PublishOptions publish; ///< its endpoint is empty when nothing is to be published
+    bool json = false;      ///< a summary in place of the lines
     bool verbose = false;
 
     /// What was asked for; ends the process where that makes no sense.

@@ -4,6 +4,7 @@
 #include "tools/acquireoptions.h"
 #include "tools/framerecording.h"
 #include "tools/framerun.h"
+#include "tools/framestream.h"
 #include "tools/progressline.h"
 
 /// The frames of one recording, from a detector through the same pipeline as the window's into files.
@@ -30,6 +31,7 @@ private:
     DetectorSession &m_session;
     StandardOutput &m_output;
     ProgressLine m_progress;
+    FrameStream m_stream; ///< before the pipeline, see there
     FrameRecording m_recording;
     FrameRun m_frameRun;
 };

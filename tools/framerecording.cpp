@@ -68,7 +68,8 @@ void FrameRecording::tell(int number, double seconds)
 
 RunResult FrameRecording::report()
 {
-    m_output.print(QStringLiteral("Recorded in ") + folderOf(m_options.files));
+    if (m_options.forms.any())
+        m_output.print(QStringLiteral("Recorded in ") + folderOf(m_options.files));
     if (const int failed = m_pipeline.failedFiles(); failed > 0)
         return {QStringLiteral("%1 %2 could not be written; the log tells which")
                     .arg(failed)
@@ -82,6 +83,8 @@ RunResult FrameRecording::report()
 
 void FrameRecording::addTo(QJsonObject &summary) const
 {
+    if (!m_options.forms.any())
+        return;
     summary[QLatin1String("folder")] = folderOf(m_options.files);
     summary[QLatin1String("failedFiles")] = m_pipeline.failedFiles();
 }

@@ -22,7 +22,7 @@ public:
     /// Takes the references that are asked for; to be called first.
     [[nodiscard]] RunResult calibrate();
 
-    /// Begins to record. `frames`: how many are to come, 0 when that is not known.
+    /// Begins to record, where a form is asked for. `frames`: how many are to come, 0 when that is not known.
     void begin(int frames, const RecordingFacts &facts);
 
     /// Prints the line of the frame that was processed last, `seconds` after the run's begin.

@@ -46,6 +46,9 @@ public:
     /// To be called when a frame is through.
     void onFrame();
 
+    /// Ends it: no further frame counts. To be called by whoever cannot go on.
+    void stopEarly(const QString &why);
+
     [[nodiscard]] int frames() const { return m_frames; }
     /// From the first block request to the last frame.
     [[nodiscard]] double seconds() const { return static_cast<double>(m_lastFrameMs) / 1000.0; }
@@ -58,7 +61,6 @@ private:
     [[nodiscard]] bool isLastFrame() const;
 
     void onLost();
-    void stopEarly(const QString &why);
     void haltNow();
     void onHalted();
     void end();

@@ -14,7 +14,7 @@ RecordingOptions RecordingOptions::of(const CommandLine &line)
                      .tiff = line.isSet(QStringLiteral("tiff")),
                      .npy = line.isSet(QStringLiteral("npy")),
                      .raw = line.isSet(QStringLiteral("raw"))};
-    if (!options.forms.any())
+    if (!options.forms.any() && line.value(QStringLiteral("publish")).isEmpty())
         options.forms.picture = true;
     options.dark = line.value(QStringLiteral("dark"));
     options.bright = line.value(QStringLiteral("bright"));

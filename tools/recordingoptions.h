@@ -7,7 +7,7 @@
 struct RecordingOptions
 {
     RecordingFiles files; ///< the name is the current time when none was given
-    RecordingForms forms; ///< pictures when nothing is chosen
+    RecordingForms forms; ///< pictures when nothing is chosen, and nothing published
     QString dark;         ///< file of the dark reference; empty for none
     QString bright;       ///< file of the bright reference; empty for none
 

@@ -72,6 +72,7 @@ protected:
         return QString::fromUtf8(folder.read(QStringLiteral("Logs/") + logs.value(0)));
     }
 
+    static constexpr const char *haltFrame = "ffaa03a10deb";
     WorkingFolder folder;
     QString program = QStringLiteral(QV1K_ACQUIRE);
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();

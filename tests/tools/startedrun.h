@@ -14,7 +14,6 @@ class StartedRun : public Acquire
 {
 protected:
     static constexpr const char *startFrame = "ffaa03a00deb";
-    static constexpr const char *haltFrame = "ffaa03a10deb";
     static constexpr const char *readinessQuery = "ffaa03aa0deb";
 
     /// Asks for more frames than will come.

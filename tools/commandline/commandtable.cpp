@@ -57,6 +57,20 @@ constexpr std::array acquireOptions{
     timeout,
     dark,
     bright,
+    Option{"--publish", "endpoint",
+           "Send each frame to other programs over ZeroMQ: a port of this machine alone (\"5555\"), or an "
+           "endpoint "
+           "(\"tcp://*:5555\"). Nothing is recorded then unless it is asked for.",
+           nullptr},
+    Option{"--must-arrive", nullptr,
+           "Receivers share the frames, and no frame is lost: the detector is made to wait for them. Else "
+           "each gets "
+           "every frame, as far as it is fast enough.",
+           nullptr},
+    Option{"--receivers", "count", "Wait until so many are there before the detector is started.", nullptr},
+    Option{"--publish-raw", nullptr, "Send frames as they came over the cable, in place of currents in nA.",
+           nullptr},
+    Option{"--publish-key", file, "Encrypt what is sent with the secret key in that file.", nullptr},
     json,
     verbose};
 
@@ -131,7 +145,8 @@ constexpr std::array acquireSections{Section{
                       "  seconds          from the first request to the last frame\n"
                       "  framesPerSecond  the one by the other\n"
                       "  folder           where the recording lies\n"
-                      "  failedFiles      files that could not be written"}};
+                      "  failedFiles      files that could not be written\n"
+                      "  published        frames that were sent, with --publish"}};
 
 constexpr std::array calibrateSections{
     Section{"Keys of --json", "  complete, problem, library, simulated, serial  as of acquire\n"
