@@ -56,6 +56,7 @@ int main(int argc, char **argv)
     int status = 0;
     {
         GuardedApplication<QApplication> application(argc, argv);
+        QCoreApplication::setApplicationVersion(QStringLiteral(QV1K_VERSION)); // told beside recorded files
 #ifndef Q_OS_WIN
         LightPalette::apply(application);
 #endif
