@@ -16,7 +16,7 @@ test_packages=(
     libumockdev-dev umockdev # bridges that are not there
     python3-numpy # the manual's examples, and reads recorded arrays
     libtiff-tools # reads recorded TIFF files
-    python3-zmq # receives frames
+    python3-zmq python3-tifffile # the examples
     xvfb xauth openbox xdotool x11-utils imagemagick
 )
 tidy_packages=(clang-tidy)
