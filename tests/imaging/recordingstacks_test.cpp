@@ -195,6 +195,27 @@ TEST(RecordingStacks, a_disk_that_fills_up_leaves_the_frames_that_were_whole_and
     }
 }
 
+TEST(RecordingStacks, a_page_whose_values_find_room_and_its_directory_does_not_leaves_no_trace)
+{
+    const WorkingFolder folder;
+    const Floats values(FrameFormat::pixels, 1.5F);
+    const auto write = [&](int frames) {
+        TiffFile file("a.tif", {}, 3);
+        bool isWhole = true;
+        for (int n = 0; n < frames; ++n)
+            isWhole = file.append({.currents = values, .raw = {}, .time = 0}).isEmpty() && isWhole;
+        EXPECT_EQ(file.finish(), QString());
+        return isWhole;
+    };
+    EXPECT_TRUE(write(2));
+    const QByteArray twoPages = folder.read("a.tif");
+    for (const qint64 room : {0, 10, 100, 200}) {
+        const FileSizeLimit limit(twoPages.size() + FrameFormat::frameBytes + room);
+        EXPECT_FALSE(write(3)) << room;
+        EXPECT_TRUE(folder.read("a.tif") == twoPages) << room;
+    }
+}
+
 TEST(RecordingStacks, without_room_for_a_frame_nothing_stays_and_the_recording_goes_on)
 {
     StackRecording recording(2);
