@@ -7,7 +7,8 @@ class Publishing : public Commands
 protected:
     void acquire(const QStringList &arguments)
     {
-        command(QStringLiteral("acquire"), QStringList{QStringLiteral("--timeout"), QStringLiteral("1")} + arguments);
+        command(QStringLiteral("acquire"),
+                QStringList{QStringLiteral("--timeout"), QStringLiteral("1")} + arguments);
     }
 };
 
