@@ -99,6 +99,7 @@ struct Expectation
                        ///< before them what is shown of the wait for readiness; of qv1k-acquire the line on
                        ///< standard error, up to the system's own words
     std::string page;  ///< what the save page says of the recording; empty where it is not looked at
+    std::uint32_t perhaps = Nothing; ///< these lines too, or not: which of two threads is first decides
 };
 
 /// One fault in a group of rows.
@@ -111,7 +112,7 @@ struct Entry
 [[nodiscard]] inline Entry cell(Fault fault, State state, std::uint32_t log, int seconds,
                                 const char *boxes = "", const char *page = "")
 {
-    return {fault, {state, log, seconds, boxes, page}};
+    return {fault, {state, log, seconds, boxes, page, Nothing}};
 }
 
 /// Faults that make no sense in a group of rows, or that another group shows.

@@ -122,6 +122,10 @@ Group leaveGroup()
     std::vector<Entry> entries;
     for (const Fault fault : {None, WriteFailsOnce, WriteFails, WriteCut, Unplug, Replug, UnplugBesideOther})
         entries.push_back(cell(fault, Closed, DeviceClosed, 2, exitQuestion));
+    for (Entry &entry :
+         entries) // the cable is pulled by the halt, and the receive thread may be about to read
+        if (entry.fault == Unplug || entry.fault == Replug || entry.fault == UnplugBesideOther)
+            entry.expected.perhaps = StreamReadFailed;
     return {"Leaving: the window's close button while it samples, and yes; the fault meets the halt",
             {{.name = "leave", .act = Act::Leave, .command = 0x03A1}},
             entries,

@@ -18,7 +18,8 @@ that would go over the cable. Each cell holds the program to five things:
 
 1. **Message**: the texts of the boxes that the operator has to answer, these and no other.
 2. **Window**: what it looks like afterwards, every button included.
-3. **Log**: these lines of those listed below, and none of the others.
+3. **Log**: these lines of those listed below, and none of the others. "Perhaps": it depends on which of two threads is
+   first.
 4. **Within**: the seconds that the program's own waits may take. A test allows a minute more, for a slow machine.
 5. The next normal flow works: connect where that is needed, play, a picture, stop, without a message. A window that is gone
    is opened anew; after `qv1k-acquire` a run without a fault has to succeed.
@@ -90,9 +91,10 @@ std::string lineOf(const Entry &entry)
     const std::string name = columnOf(entry.fault).name;
     const Expectation &expected = entry.expected;
     const std::string page = expected.page.empty() ? "" : "; \"" + expected.page + "\"";
+    const std::string perhaps = expected.perhaps == Nothing ? "" : "; perhaps " + textOfLog(expected.perhaps);
     const std::string boxes = expected.boxes.empty() ? "–" : expected.boxes;
     return "| " + name + " | " + boxes + " | " + textOf(expected.state) + page + " | " +
-           textOfLog(expected.log) + " | " + std::to_string(expected.seconds) + " s |\n";
+           textOfLog(expected.log) + perhaps + " | " + std::to_string(expected.seconds) + " s |\n";
 }
 
 std::string namesOf(const std::vector<Fault> &faults)

@@ -222,16 +222,20 @@ TEST(FramePublisher, a_wait_for_receivers_can_be_ended)
 
 TEST(FramePublisher, a_signal_does_not_end_a_wait)
 {
-    std::signal(SIGINT, [](int) {});
+    static std::atomic_int arrived = 0;
+    std::signal(SIGINT, [](int) { ++arrived; });
     std::atomic_int looks = 0;
     FramePublisher publisher(options(true, 1), [&] { return ++looks < 3; });
+    // One at a time: the next is sent when the last was heard.
     std::jthread sender([&looks, waiting = pthread_self()] {
-        while (looks < 3)
-            pthread_kill(waiting, SIGINT);
+        for (int sent = 0; looks < 3; std::this_thread::yield())
+            if (arrived == sent && pthread_kill(waiting, SIGINT) == 0)
+                ++sent;
     });
     EXPECT_FALSE(publisher.waitForReceivers());
     EXPECT_EQ(looks, 3);
     sender.join();
+    EXPECT_GT(arrived, 0);
     std::signal(SIGINT, SIG_DFL);
 }
 
