@@ -72,7 +72,7 @@ void publishOurs(benchmark::State &state, bool raw)
     for (auto _ : state)
         isSent = isSent && publisher.publish(bytes, currents);
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(frameBytes));
-    if (!publisher.end() || !isSent)
+    if (!publisher.end(options.timeoutMs) || !isSent)
         state.SkipWithError("not everything was sent");
 }
 

@@ -59,8 +59,8 @@ void RawRecording::readIndex(const QString &path)
         bool isHex = false;
         const quint32 sum = value[QStringLiteral("crc32")].toString().toUInt(&isHex, 16);
         if (!number || !offset || !size || !isHex) {
-            m_problem =
-                QStringLiteral("%1: the entry of frame %2 is damaged").arg(path).arg(m_entries.size() + 1);
+            m_problem = QStringLiteral("%1: the entry of frame %2 is damaged")
+                            .arg(path, QString::number(m_entries.size() + 1));
             return;
         }
         const QDateTime time =
@@ -74,7 +74,8 @@ RawRecording::Frame RawRecording::read(int position)
     const Entry &entry = m_entries.at(static_cast<std::size_t>(position));
     Frame frame{.number = entry.number, .time = entry.time, .bytes = {}, .problem = {}};
     const auto fault = [&](const QString &what) {
-        frame.problem = QStringLiteral("%1: frame %2 %3").arg(m_file.fileName()).arg(entry.number).arg(what);
+        frame.problem =
+            QStringLiteral("%1: frame %2 %3").arg(m_file.fileName(), QString::number(entry.number), what);
     };
     // What lies beyond the file is not even asked for: no room is made for what a damaged index says.
     if (entry.offset + entry.size > m_file.size()) {

@@ -28,6 +28,9 @@ public:
     /// Why it cannot be read, in one line with the path; empty when it can.
     [[nodiscard]] const QString &problem() const { return m_problem; }
 
+    /// Of the file that holds the frames.
+    [[nodiscard]] QString path() const { return m_file.fileName(); }
+
     [[nodiscard]] int frameCount() const { return static_cast<int>(m_entries.size()); }
     /// The whole index: what is told of detector, settings and program, too.
     [[nodiscard]] const QJsonObject &description() const { return m_description; }

@@ -11,8 +11,6 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
-#include <future>
-#include <thread>
 
 namespace {
 
@@ -44,7 +42,7 @@ struct FramePublisher::Socket
         : socket(context, options.mustArrive ? zmq::socket_type::push : zmq::socket_type::xpub)
     {
         socket.set(zmq::sockopt::sndhwm, queuedFrames);
-        socket.set(zmq::sockopt::linger, options.mustArrive ? options.timeoutMs : 0);
+        socket.set(zmq::sockopt::linger, 0); // end() waits
         if (!options.secretKey.isEmpty()) {
             socket.set(zmq::sockopt::curve_server, true);
             socket.set(zmq::sockopt::curve_secretkey, options.secretKey.toStdString());
@@ -70,6 +68,15 @@ struct FramePublisher::Socket
         zmq_socket_monitor(socket.handle(), place,
                            ZMQ_EVENT_HANDSHAKE_SUCCEEDED | ZMQ_EVENT_DISCONNECTED | failed);
         connections.connect(place);
+    }
+
+    /// Sends both parts, or none: where the second meets a receiver that has just gone, the first is taken
+    /// back.
+    bool trySend(const QByteArray &header, zmq::message_t &payload)
+    {
+        zmq::message_t begin(header.constData(), static_cast<std::size_t>(header.size()));
+        return socket.send(begin, zmq::send_flags::dontwait | zmq::send_flags::sndmore).has_value() &&
+               socket.send(payload, zmq::send_flags::dontwait).has_value();
     }
 
     /// Waits for `event` of a socket; a signal that comes is no reason to end.
@@ -126,11 +133,7 @@ FramePublisher::FramePublisher(const PublishOptions &options, MayWait mayWait)
     }
 }
 
-FramePublisher::~FramePublisher()
-{
-    if (m_socket != nullptr)
-        m_socket->socket.set(zmq::sockopt::linger, 0);
-}
+FramePublisher::~FramePublisher() = default;
 
 QString FramePublisher::endpoint() const
 {
@@ -145,7 +148,8 @@ bool FramePublisher::waitForReceivers()
         return m_socket->receivers >= m_options.receivers;
     };
     return m_socket != nullptr &&
-           waitFor(areThere, QStringLiteral("fewer than %1 receivers came").arg(m_options.receivers));
+           waitFor(areThere, QStringLiteral("fewer than %1 receivers came").arg(m_options.receivers),
+                   m_options.timeoutMs);
 }
 
 bool FramePublisher::publish(const QByteArray &raw, std::span<const double> currents)
@@ -161,20 +165,28 @@ bool FramePublisher::publish(const QByteArray &raw, std::span<const double> curr
     header[QStringLiteral("unit")] = QString::fromLatin1(m_options.raw ? "sample" : "nA");
     const qsizetype pixels = m_options.raw ? raw.size() / 4 : static_cast<qsizetype>(currents.size());
     header[QStringLiteral("shape")] = QJsonArray{rows, pixels / rows};
-    const auto fill = [&](void *to) {
-        if (m_options.raw)
-            std::memcpy(to, raw.constData(), static_cast<std::size_t>(pixels) * 4);
-        else
-            std::transform(currents.begin(), currents.end(), static_cast<float *>(to),
-                           [](double current) { return static_cast<float>(current); });
+    zmq::message_t payload(static_cast<std::size_t>(pixels) * 4);
+    if (m_options.raw)
+        std::memcpy(payload.data(), raw.constData(), payload.size());
+    else
+        std::transform(currents.begin(), currents.end(), static_cast<float *>(payload.data()),
+                       [](double current) { return static_cast<float>(current); });
+    m_socket->countReceivers(0); // word of them must not pile up
+    const QByteArray told = packed(header);
+    const auto isSent = [&](int ms) {
+        Socket::pollFor(m_socket->socket, ZMQ_POLLOUT, ms);
+        return m_socket->trySend(told, payload);
     };
-    if (!send(packed(header), fill, pixels * 4))
+    if (!waitFor(isSent, QStringLiteral("no receiver took a frame"), m_options.timeoutMs))
         return false;
     ++m_frames;
     return true;
 }
 
-bool FramePublisher::end()
+/// A receiver takes what was queued for it before it takes the end, and goes then: when all are gone, all is
+/// taken. Copies may go to those who have one already, while another's queue is full: they are sent again
+/// until nobody is there.
+bool FramePublisher::end(int withinMs)
 {
     if (m_socket == nullptr)
         return m_problem.isEmpty();
@@ -182,85 +194,43 @@ bool FramePublisher::end()
     header[QStringLiteral("version")] = protocolVersion;
     header[QStringLiteral("type")] = QStringLiteral("end");
     header[QStringLiteral("frames")] = m_frames;
-    if (!tellEnd(packed(header)))
-        return false;
-    return linger();
-}
-
-/// Closing waits for receivers, and cannot be called off: where it has to, it is left behind.
-bool FramePublisher::linger()
-{
-    std::promise<void> promise;
-    const std::future<void> closed = promise.get_future();
-    std::thread([socket = std::move(m_socket), promise = std::move(promise)]() mutable {
-        socket.reset();
-        promise.set_value();
-    }).detach();
-    QElapsedTimer waited;
-    waited.start();
-    while (closed.wait_for(std::chrono::milliseconds(lookEveryMs)) != std::future_status::ready)
-        if (m_mayWait && !m_mayWait())
-            return fail(QStringLiteral("the wait for receivers was ended"));
-    if (m_options.mustArrive && waited.hasExpired(m_options.timeoutMs))
-        return fail(QStringLiteral("the receivers did not take all frames within %1 s")
-                        .arg(m_options.timeoutMs / 1000));
-    return true;
-}
-
-/// Of those who share the frames each gets one, as far as they are there. Those who may lose frames may lose
-/// this one too: they are told again and again for a little while, until none of them is there any more.
-bool FramePublisher::tellEnd(const QByteArray &header)
-{
-    const auto tell = [&] {
-        return send(
-            header, [](void *) {}, 0);
+    const QByteArray told = packed(header);
+    const auto areGone = [&](int ms) {
+        const int copies = m_options.mustArrive ? m_socket->receivers : std::min(m_socket->receivers, 1);
+        for (int copy = 0; copy < copies; ++copy) {
+            zmq::message_t nothing;
+            (void)m_socket->trySend(told, nothing);
+        }
+        m_socket->countReceivers(ms);
+        return m_socket->receivers <= 0;
     };
-    m_socket->countReceivers(0);
-    if (m_options.mustArrive) {
-        for (int copy = 0; copy < std::max(m_socket->receivers, 1); ++copy)
-            if (!tell())
-                return false;
-        return true;
-    }
-    QElapsedTimer told;
-    told.start();
-    while (tell() && m_socket->receivers > 0 && !told.hasExpired(endIsToldMs))
-        m_socket->countReceivers(lookEveryMs);
-    return true;
+    m_socket->countReceivers(m_frames > 0 ? lookEveryMs : 0); // who came a moment ago
+    const bool isTaken = m_socket->receivers <= 0 ||
+                         waitFor(areGone, QStringLiteral("the receivers did not take all frames"), withinMs);
+    m_socket->socket.set(zmq::sockopt::linger, 0);
+    m_socket.reset();
+    if (!m_options.mustArrive)
+        m_problem.clear();
+    return isTaken || !m_options.mustArrive;
 }
 
 /// Looks again and again, each time for the milliseconds that the look is given.
-bool FramePublisher::waitFor(const std::function<bool(int)> &isDone, const QString &missed)
+bool FramePublisher::waitFor(const std::function<bool(int)> &isDone, const QString &missed, int withinMs)
 {
     QElapsedTimer waited;
     waited.start();
     while (!isDone(lookEveryMs)) {
         if (m_mayWait && !m_mayWait())
             return fail(QStringLiteral("the wait for receivers was ended"));
-        if (waited.hasExpired(m_options.timeoutMs))
-            return fail(QStringLiteral("%1 within %2 s").arg(missed).arg(m_options.timeoutMs / 1000));
+        if (waited.hasExpired(withinMs))
+            return fail(QStringLiteral("%1 within %2 s").arg(missed, QString::number(withinMs / 1000)));
     }
     return true;
 }
 
-/// A message that is taken is taken whole; where its end meets a receiver that has just gone, it goes to the
-/// next.
-bool FramePublisher::send(const QByteArray &header, const std::function<void(void *)> &fill, qsizetype bytes)
-{
-    zmq::message_t payload(static_cast<std::size_t>(bytes));
-    fill(payload.data());
-    const auto trySend = [&](int ms) {
-        Socket::pollFor(m_socket->socket, ZMQ_POLLOUT, ms);
-        zmq::message_t begin(header.constData(), static_cast<std::size_t>(header.size()));
-        return m_socket->socket.send(begin, zmq::send_flags::dontwait | zmq::send_flags::sndmore)
-                   .has_value() &&
-               m_socket->socket.send(payload, zmq::send_flags::dontwait).has_value();
-    };
-    return waitFor(trySend, QStringLiteral("no receiver took a frame"));
-}
-
 bool FramePublisher::fail(const QString &problem)
 {
-    m_problem = problem;
+    if (m_problem.isEmpty())
+        m_problem = problem;
     return false;
 }

@@ -40,11 +40,11 @@ public:
 
     /// Binds the endpoint. Where that fails, problem() tells why and nothing can be published.
     explicit FramePublisher(const PublishOptions &options, MayWait mayWait = {});
-    /// What was not taken yet is lost; see end().
+    /// What was not taken yet is lost; end() waits for it.
     ~FramePublisher();
     Q_DISABLE_COPY_MOVE(FramePublisher)
 
-    /// Why the last call failed, in words for the user; empty when it did not.
+    /// Why the first call failed that did, in words for the user; empty while none has.
     [[nodiscard]] const QString &problem() const { return m_problem; }
     /// Where receivers connect: with the port that the system chose where it was to choose
     /// ("tcp://127.0.0.1:*").
@@ -60,9 +60,10 @@ public:
     /// float. Where nothing may be lost it blocks while no receiver has room.
     [[nodiscard]] bool publish(const QByteArray &raw, std::span<const double> currents);
 
-    /// Tells the receivers that this was all, and waits until they have taken what they are to have. Nothing
-    /// can be published afterwards.
-    [[nodiscard]] bool end();
+    /// Tells the receivers that this was all, and waits until they have gone, which they do when they have
+    /// taken everything; those who may lose frames may lose the end too when that takes longer than
+    /// `withinMs`. Nothing can be published afterwards.
+    [[nodiscard]] bool end(int withinMs);
 
     /// Frames sent so far.
     [[nodiscard]] qint64 frames() const { return m_frames; }
@@ -70,10 +71,7 @@ public:
 private:
     struct Socket;
 
-    bool waitFor(const std::function<bool(int)> &isDone, const QString &missed);
-    bool linger();
-    bool tellEnd(const QByteArray &header);
-    bool send(const QByteArray &header, const std::function<void(void *)> &fill, qsizetype bytes);
+    bool waitFor(const std::function<bool(int)> &isDone, const QString &missed, int withinMs);
     bool fail(const QString &problem);
 
     PublishOptions m_options;

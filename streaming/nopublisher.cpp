@@ -29,7 +29,7 @@ bool FramePublisher::publish(const QByteArray & /*raw*/, std::span<const double>
     return false;
 }
 
-bool FramePublisher::end()
+bool FramePublisher::end(int /*withinMs*/)
 {
     return false;
 }

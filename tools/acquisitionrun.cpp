@@ -76,12 +76,13 @@ AcquisitionRun::AcquisitionRun(const AcquireOptions &options, const D2xxLibrary 
 RunResult AcquisitionRun::run()
 {
     RunResult result = m_recording.calibrate();
+    tellReceivers();
     if (result.problem.isEmpty())
         result = m_stream.begin();
     if (result.problem.isEmpty())
         result = m_frameRun.run();
     m_progress.clear();
-    if (const RunResult streamed = m_stream.end(); result.problem.isEmpty())
+    if (const RunResult streamed = m_stream.end(result.problem.isEmpty()); result.problem.isEmpty())
         result = streamed;
     if (!result.problem.isEmpty())
         return result;
@@ -91,13 +92,20 @@ RunResult AcquisitionRun::run()
     return m_recording.report();
 }
 
-void AcquisitionRun::begin()
+/// What is known by now.
+void AcquisitionRun::tellReceivers()
 {
     QJsonObject facts;
-    Summary::addSource(facts, m_library, m_session.serial());
+    Summary::addSource(facts, m_library,
+                       m_session.serial().isEmpty() ? m_options.wanted.serial : m_session.serial());
     facts[QLatin1String("program")] =
         QCoreApplication::applicationName() + u' ' + QCoreApplication::applicationVersion();
     m_stream.setFacts(facts);
+}
+
+void AcquisitionRun::begin()
+{
+    tellReceivers();
     m_recording.begin(m_options.wanted.frames, {.serial = m_session.serial(),
                                                 .library = m_library.path,
                                                 .isSimulated = m_library.isVirtual,
@@ -111,7 +119,7 @@ void AcquisitionRun::onFrame(bool isLast)
     m_progress.clear();
     m_recording.tell(m_frameRun.frames(), m_frameRun.seconds());
     if (!m_stream.send(m_recording.pipeline().lastFrame()))
-        m_frameRun.stopEarly(m_stream.problem());
+        m_frameRun.stopEarly(m_stream.failure().problem);
     m_progress.show({.frames = m_frameRun.frames(),
                      .wantedFrames = m_options.wanted.frames,
                      .seconds = m_frameRun.seconds(),

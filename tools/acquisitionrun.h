@@ -14,7 +14,8 @@ public:
     AcquisitionRun(const AcquireOptions &options, const D2xxLibrary &library, DetectorSession &session,
                    StandardOutput &output);
 
-    /// Runs whole and prints a line per frame.
+    /// Runs whole and prints a line per frame. Receivers of what is published may take a signal's end 2 s
+    /// longer than Commands tells.
     [[nodiscard]] RunResult run();
 
     /// Adds what scripts want to know of it.
@@ -23,6 +24,7 @@ public:
     [[nodiscard]] int frames() const { return m_frameRun.frames(); }
 
 private:
+    void tellReceivers();
     void begin();
     void onFrame(bool isLast);
 

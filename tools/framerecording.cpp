@@ -75,9 +75,6 @@ RunResult FrameRecording::report()
                     .arg(failed)
                     .arg(failed == 1 ? QStringLiteral("file") : QStringLiteral("files")),
                 ExitStatus::failed};
-    if (!m_output.problem().isEmpty())
-        return {QStringLiteral("standard output cannot be written: ") + m_output.problem(),
-                ExitStatus::failed};
     return {};
 }
 

@@ -5,11 +5,19 @@
 
 #include <QJsonObject>
 
+namespace {
+
+constexpr int briefMs = 2000; ///< for the end to reach whom nobody waits for
+
+} // namespace
+
 FrameStream::FrameStream(const PublishOptions &options, DetectorSession &session)
+    : m_session(session), m_timeoutMs(options.timeoutMs), m_mustArrive(options.mustArrive)
 {
     if (options.endpoint.isEmpty())
         return;
-    m_publisher.emplace(options, [] { return TerminationSignals::received() == 0; });
+    m_publisher.emplace(
+        options, [&session] { return TerminationSignals::received() == 0 && !session.link().isLost(); });
     if (options.raw)
         connect(&session.link(), &PortManager::read_ready, this,
                 [this](const QByteArray &raw) { m_raw = raw; });
@@ -17,7 +25,7 @@ FrameStream::FrameStream(const PublishOptions &options, DetectorSession &session
 
 RunResult FrameStream::begin()
 {
-    return isWanted() ? result(m_publisher->waitForReceivers()) : RunResult();
+    return !isWanted() || m_publisher->waitForReceivers() ? RunResult() : failure();
 }
 
 void FrameStream::setFacts(const QJsonObject &facts)
@@ -33,24 +41,19 @@ bool FrameStream::send(std::span<const double> currents)
     return isSent;
 }
 
-RunResult FrameStream::end()
+/// A wait that a signal or the detector's end broke off is told as such.
+RunResult FrameStream::failure() const
 {
-    return isWanted() ? result(m_publisher->end()) : RunResult();
-}
-
-QString FrameStream::problem() const
-{
-    return isWanted() ? m_publisher->problem() : QString();
-}
-
-/// A wait that a signal ended is told as such.
-RunResult FrameStream::result(bool isDone) const
-{
-    if (isDone)
-        return {};
     if (TerminationSignals::received() != 0)
         return {QString::fromLatin1(EndReason::signal), ExitStatus::failed};
-    return {problem(), ExitStatus::failed};
+    const bool isLost = m_session.link().isLost();
+    return {isLost ? QString::fromLatin1(EndReason::unplugged) : m_publisher->problem(), ExitStatus::failed};
+}
+
+RunResult FrameStream::end(bool isWhole)
+{
+    const int withinMs = isWhole && m_mustArrive ? m_timeoutMs : briefMs;
+    return !isWanted() || m_publisher->end(withinMs) ? RunResult() : failure();
 }
 
 void FrameStream::addTo(QJsonObject &summary) const

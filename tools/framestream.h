@@ -30,17 +30,18 @@ public:
     void setFacts(const QJsonObject &facts);
     /// Sends the frame that is through the pipeline; false when that failed, see problem().
     [[nodiscard]] bool send(std::span<const double> currents);
-    /// Tells the receivers that this was all.
-    [[nodiscard]] RunResult end();
-
-    [[nodiscard]] QString problem() const;
+    /// Why the last frame could not be sent.
+    [[nodiscard]] RunResult failure() const;
+    /// Tells the receivers that this was all; after a run that failed without waiting for them long.
+    [[nodiscard]] RunResult end(bool isWhole);
 
     /// Adds what scripts want to know of it.
     void addTo(QJsonObject &summary) const;
 
 private:
-    [[nodiscard]] RunResult result(bool isDone) const;
-
+    const DetectorSession &m_session;
+    int m_timeoutMs;
+    bool m_mustArrive;
     std::optional<FramePublisher> m_publisher;
     QByteArray m_raw; ///< the frame that the pipeline is at
 };

@@ -9,6 +9,7 @@
 #include "tools/summary.h"
 #include "tools/writablefolder.h"
 
+#include <QFileInfo>
 #include <QJsonObject>
 
 namespace {
@@ -78,7 +79,8 @@ private:
     RunResult cut(const QString &why)
     {
         m_recording.pipeline().stopSaving();
-        return {QStringLiteral("%1, %2 of %3 replayed").arg(why).arg(m_frames).arg(m_source.frameCount()),
+        return {QStringLiteral("%1, %2 of %3 replayed")
+                    .arg(why, QString::number(m_frames), QString::number(m_source.frameCount())),
                 ExitStatus::failed};
     }
 
@@ -95,6 +97,10 @@ RunResult replayInto(QJsonObject &summary, const QString &file, const RecordingO
     RawRecording source(file);
     if (!source.problem().isEmpty())
         return {source.problem(), ExitStatus::failed};
+    if (options.forms.raw && QFileInfo(source.path()) == QFileInfo(options.files.raw()))
+        return {
+            QStringLiteral("the frames would be written over themselves: choose another --output or --name"),
+            ExitStatus::failed};
     if (const QString problem = WritableFolder::check(options.files.root); !problem.isEmpty())
         return {problem, ExitStatus::failed};
     {

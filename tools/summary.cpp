@@ -6,6 +6,18 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+namespace {
+
+/// What could not be told is no success.
+RunResult written(const RunResult &result, const StandardOutput &output)
+{
+    if (!result.problem.isEmpty() || output.problem().isEmpty() || !output.hasReader())
+        return result;
+    return {QStringLiteral("standard output cannot be written: ") + output.problem(), ExitStatus::failed};
+}
+
+} // namespace
+
 RunResult Summary::tell(bool isWanted, StandardOutput &output, const Work &work)
 {
     QJsonObject summary;
@@ -13,12 +25,12 @@ RunResult Summary::tell(bool isWanted, StandardOutput &output, const Work &work)
     RunResult result = work(summary, output);
     output.setMuted(false);
     if (!isWanted)
-        return result;
+        return written(result, output);
     summary[QLatin1String("complete")] = result.problem.isEmpty();
     if (!result.problem.isEmpty())
         summary[QLatin1String("problem")] = result.problem;
     output.print(QString::fromUtf8(QJsonDocument(summary).toJson(QJsonDocument::Compact)));
-    return result;
+    return written(result, output);
 }
 
 void Summary::addSource(QJsonObject &summary, const D2xxLibrary &library, const QString &serial)

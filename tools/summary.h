@@ -8,7 +8,7 @@ struct D2xxLibrary;
 class QJsonObject;
 class StandardOutput;
 
-/// What --json prints: one object in one line, however the command ended, and nothing else. README.md tells
+/// What --json prints: one object in one line, however the command ended, and nothing else. --help tells
 /// its keys.
 namespace Summary {
 

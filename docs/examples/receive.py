@@ -12,8 +12,8 @@ import numpy as np
 import zmq
 
 
-def connect(endpoints, share, key):
-    """A socket that receives from all of the endpoints."""
+def connect(endpoint, share=False, key=None):
+    """A socket that receives from there."""
     receiver = zmq.Context.instance().socket(zmq.PULL if share else zmq.SUB)
     receiver.set(zmq.RCVHWM, 4)  # frames that may wait here, 4 MiB each
     if not share:
@@ -21,24 +21,25 @@ def connect(endpoints, share, key):
     if key:
         receiver.curve_serverkey = key.encode()
         receiver.curve_publickey, receiver.curve_secretkey = zmq.curve_keypair()
-    for endpoint in endpoints:
-        receiver.connect(endpoint)
+    receiver.connect(endpoint)
     return receiver
 
 
-def frames(receiver, streams):
-    """Headers and pictures until so many streams have ended; the picture of an end is None."""
-    ended = set()
-    while len(ended) < streams:
-        header, payload = receiver.recv_multipart()
-        header = json.loads(header)
-        if header["type"] == "end":
-            if header["serial"] in ended:
-                continue  # told again
-            ended.add(header["serial"])
-            yield header, None
-        else:
-            yield header, np.frombuffer(payload, dtype=header["dtype"]).reshape(header["shape"])
+def frames(receivers):
+    """Headers and pictures until every stream has ended; the picture of an end is None."""
+    poller = zmq.Poller()
+    for receiver in receivers:
+        poller.register(receiver, zmq.POLLIN)
+    while poller.sockets:
+        for receiver, _ in poller.poll():
+            header, payload = receiver.recv_multipart()
+            header = json.loads(header)
+            if header["type"] == "end":
+                poller.unregister(receiver)
+                receiver.close()  # tells the sender that everything was taken
+                yield header, None
+            else:
+                yield header, np.frombuffer(payload, dtype=header["dtype"]).reshape(header["shape"])
 
 
 def main():
@@ -48,16 +49,17 @@ def main():
     arguments.add_argument("--key", metavar="PUBLIC")
     options = arguments.parse_args()
     received = {}
-    receiver = connect(options.endpoints, options.share, options.key)
-    for header, picture in frames(receiver, len(options.endpoints)):
-        serial = header["serial"]
-        if picture is None:
-            got = received.get(serial, 0)
+    for header, picture in frames([connect(endpoint, options.share, options.key) for endpoint in options.endpoints]):
+        serial = header.get("serial", "?")  # unknown when the detector could not be opened
+        got = received.setdefault(serial, 0)
+        if picture is not None:
+            received[serial] += 1
+            print(f"{serial} frame {header['frame']}: min {picture.min():.4f} mean {picture.mean(dtype=float):.4f} "
+                  f"max {picture.max():.4f} {header['unit']}", flush=True)
+        elif options.share:
+            print(f"{serial}: {got} of {header['frames']} frames received", flush=True)
+        else:
             print(f"{serial}: {got} of {header['frames']} frames received, {header['frames'] - got} lost", flush=True)
-            continue
-        received[serial] = received.get(serial, 0) + 1
-        print(f"{serial} frame {header['frame']}: min {picture.min():.4f} mean {picture.mean(dtype=float):.4f} "
-              f"max {picture.max():.4f} {header['unit']}", flush=True)
 
 
 if __name__ == "__main__":

@@ -21,7 +21,7 @@ def look_at(picture):
 def work(source, results):
     sender = zmq.Context.instance().socket(zmq.PUSH)
     sender.connect(results)
-    for header, picture in frames(connect([source], share=True, key=None), 1):
+    for header, picture in frames([connect(source, share=True)]):
         if picture is None:
             sender.send_json({"frames": header["frames"]})
         else:

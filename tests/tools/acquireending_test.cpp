@@ -97,6 +97,23 @@ TEST_F(StartedRun, an_output_that_nobody_reads_any_more_ends_the_run_in_good_ord
     expectTidyLog();
 }
 
+TEST_F(StartedRun, a_summary_that_finds_no_room_is_no_success)
+{
+    detector("");
+    environment.insert(QStringLiteral("QV1K_FULL_FILE"), QStringLiteral("output.txt"));
+    process.setProcessEnvironment(environment);
+    process.setStandardOutputFile(QStringLiteral("output.txt"));
+    for (const char *command : {"list", "acquire"}) {
+        const FullFile full(QStringLiteral("output.txt"));
+        process.start(QStringLiteral(QV1K_ACQUIRE),
+                      {QString::fromLatin1(command), QStringLiteral("--library"),
+                       QStringLiteral(QV1K_NOTING_LIBRARY), QStringLiteral("--json")});
+        waitForEnd();
+        expectFailure(QStringLiteral("standard output cannot be written: ") +
+                      QString::fromLocal8Bit(std::strerror(ENOSPC)));
+    }
+}
+
 TEST_F(StartedRun, an_output_that_is_full_does_not_keep_the_frames_from_being_stored)
 {
     detector("");

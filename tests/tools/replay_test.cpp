@@ -48,6 +48,18 @@ TEST_F(Commands, raw_frames_are_replayed_as_they_were_recorded)
     }
 }
 
+TEST_F(Commands, a_recording_is_not_replayed_over_itself)
+{
+    detector("");
+    runVirtual({QStringLiteral("--raw")});
+    const QByteArray index = folder.read(QStringLiteral("out/T/T.raw.json"));
+    run({QStringLiteral("replay"), QStringLiteral("out/T/T.raw"), QStringLiteral("--raw"),
+         QStringLiteral("--output"), QStringLiteral("out"), QStringLiteral("--name"), QStringLiteral("T")});
+    expectFailure(
+        QStringLiteral("the frames would be written over themselves: choose another --output or --name"));
+    EXPECT_EQ(folder.read(QStringLiteral("out/T/T.raw.json")), index);
+}
+
 TEST_F(Commands, a_damaged_frame_ends_a_replay_and_the_frames_before_are_kept)
 {
     detector("");

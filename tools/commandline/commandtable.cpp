@@ -133,7 +133,7 @@ constexpr Section statusesOfOthers{
     "  0  done\n"
     "  1  not done; standard error tells why in one line\n"
     "  2  wrong arguments, or several detectors and no --serial\n"
-    "On SIGINT, SIGTERM and SIGHUP the detector is left halted, and the process ends by that signal."};
+    "On SIGINT, SIGTERM and SIGHUP nothing more is sent, and the process ends by that signal."};
 
 constexpr std::array acquireSections{Section{
     "Keys of --json", "  complete         true when all went as it should: exit status 0\n"
@@ -197,8 +197,9 @@ constexpr std::array table{
             "timing (ns) and the working copy of the EEPROM.",
             infoOptions, infoSections, "qv1k-acquire info --serial QV1K"},
     Command{"replay", "put recorded raw frames through the pipeline again",
-            "Puts raw frames that were recorded through the same pipeline again, without a detector: what is "
-            "printed and stored is what acquire would have. Each frame is held against its checksum first.",
+            "Puts raw frames that were recorded through the same pipeline again, without a detector: the "
+            "currents, grey levels and pictures are those of the recording; times are of the replay. Each "
+            "frame is held against its checksum first.",
             replayOptions, replaySections,
             "qv1k-acquire replay frames/sample1/sample1.raw --data --output again"},
     Command{
