@@ -5,11 +5,10 @@
 class Publishing : public Commands
 {
 protected:
-    void acquire(const QStringList &arguments)
-    {
-        command(QStringLiteral("acquire"),
-                QStringList{QStringLiteral("--timeout"), QStringLiteral("1")} + arguments);
-    }
+    void acquire(const QStringList &arguments) { command(QStringLiteral("acquire"), arguments); }
+
+    const QStringList briefly{QStringLiteral("--timeout"),
+                              QStringLiteral("1")}; ///< where no frame is to come
 };
 
 TEST_F(Publishing, options_of_what_is_not_asked_for_are_refused)
@@ -38,7 +37,7 @@ TEST_F(Publishing, an_endpoint_that_makes_no_sense_is_told_before_the_detector_i
 
 TEST_F(Publishing, receivers_that_do_not_come_end_it_before_the_detector_is_opened)
 {
-    acquire({"--publish", "0", "--receivers", "1"});
+    acquire(briefly + QStringList{"--publish", "0", "--receivers", "1"});
     expectFailure("fewer than 1 receivers came within 1 s");
     EXPECT_FALSE(QDir(folder.path()).exists("written.txt"));
 }
@@ -46,8 +45,9 @@ TEST_F(Publishing, receivers_that_do_not_come_end_it_before_the_detector_is_open
 TEST_F(Publishing, a_frame_that_nobody_takes_ends_it_and_the_detector_is_halted)
 {
     detector("");
-    acquire({"--publish", "0", "--must-arrive", "--frames", "3"});
-    expectFailure("no receiver took a frame within 1 s, 1 of 3 received");
+    acquire(frameTimeout + QStringList{"--publish", "0", "--must-arrive", "--frames", "3"});
+    expectFailure(
+        QStringLiteral("no receiver took a frame within %1 s, 1 of 3 received").arg(silenceSeconds));
     ASSERT_FALSE(written().isEmpty());
     EXPECT_EQ(written().constLast(), haltFrame);
 }
