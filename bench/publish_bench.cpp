@@ -29,7 +29,7 @@ public:
                   do
                       (void)socket.recv(part);
                   while (part.more());
-              } while (part.size() > 0);
+              } while (!part.empty());
           })
     {
     }
