@@ -17,7 +17,6 @@ namespace {
 constexpr int lookEveryMs = 100; ///< whether a wait shall go on
 constexpr int protocolVersion = 1;
 constexpr int rows = 1024;
-constexpr int endIsToldMs = 2000; ///< to receivers that may lose frames, while they are there
 
 /// A port alone is one of this machine.
 std::string boundTo(const QString &endpoint)
@@ -99,7 +98,7 @@ struct FramePublisher::Socket
         zmq::message_t message;
         while (told.recv(message, zmq::recv_flags::dontwait)) {
             if (hearsSubscriptions)
-                receivers += message.size() > 0 && *message.data<char>() == 1 ? 1 : -1;
+                receivers += !message.empty() && *message.data<char>() == 1 ? 1 : -1;
             else
                 receivers += change(message);
             while (message.more())
