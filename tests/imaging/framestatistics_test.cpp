@@ -18,7 +18,7 @@ namespace {
 
 constexpr int columns = 96;
 constexpr int rows = 80;
-constexpr MeasuringRange range{0, 150};
+constexpr MeasuringRange measured{0, 150};
 using Place = Outliers::Place;
 
 /// A slope of light with noise, cut off at 0 and full scale as a detector's currents are.
@@ -123,7 +123,8 @@ QByteArrayList numpyLines(const std::vector<double> &a, const std::vector<double
     QProcess python;
     python.start(QStringLiteral(QV1K_TEST_DATA "/../framestatistics_numpy.py"),
                  {file.fileName(), QString::number(rows), QString::number(columns),
-                  QString::number(range.lowest), QString::number(range.highest), QString::number(bins)});
+                  QString::number(measured.lowest), QString::number(measured.highest),
+                  QString::number(bins)});
     EXPECT_TRUE(python.waitForFinished(60'000)) << qPrintable(python.errorString());
     EXPECT_EQ(python.exitCode(), 0) << python.readAllStandardError().constData();
     return python.readAllStandardOutput().trimmed().split('\n');
@@ -132,7 +133,7 @@ QByteArrayList numpyLines(const std::vector<double> &a, const std::vector<double
 /// The same numbers from the functions under test.
 std::vector<double> ownNumbers(const std::vector<double> &a, const std::vector<double> &b, int bins)
 {
-    const Summary all = summary(a, range);
+    const Summary all = summary(a, measured);
     std::vector<double> numbers{all.minimum,
                                 all.mean,
                                 all.maximum,
@@ -171,7 +172,7 @@ TEST(FrameStatistics, are_those_of_numpy)
 TEST(FrameStatistics, summary_counts_what_is_clipped_at_either_end)
 {
     const std::vector<double> currents{0, 0, 1, 149.9999, 150, 150.6023};
-    const Summary result = summary(currents, range);
+    const Summary result = summary(currents, measured);
     EXPECT_EQ(result.count, 6U);
     EXPECT_EQ(result.clippedBelow, 2U);
     EXPECT_EQ(result.clippedAbove, 2U);
@@ -184,7 +185,7 @@ TEST(FrameStatistics, summary_counts_what_is_clipped_at_either_end)
 TEST(FrameStatistics, of_a_constant_area_nothing_deviates)
 {
     const std::vector<double> constant(999, 0.1);
-    const Summary result = summary(constant, range);
+    const Summary result = summary(constant, measured);
     EXPECT_EQ(result.mean, 0.1);
     EXPECT_EQ(result.deviation, 0);
     const Noise none = noise(constant, constant).value();
@@ -197,9 +198,9 @@ TEST(FrameStatistics, of_a_constant_area_nothing_deviates)
 TEST(FrameStatistics, of_no_pixel_and_of_one_are_finite)
 {
     const std::vector<double> one{3};
-    EXPECT_EQ(summary({}, range).count, 0U);
-    EXPECT_EQ(summary({}, range).mean, 0);
-    EXPECT_EQ(summary(one, range).deviation, 0);
+    EXPECT_EQ(summary({}, measured).count, 0U);
+    EXPECT_EQ(summary({}, measured).mean, 0);
+    EXPECT_EQ(summary(one, measured).deviation, 0);
     EXPECT_FALSE(noise(one, one));
     EXPECT_FALSE(noise({}, {}));
     EXPECT_EQ(outliers(one, 1).hot + outliers(one, 1).dead, 0U);

@@ -15,7 +15,7 @@ namespace {
 constexpr RecordingForms dataOnly{.data = true};
 constexpr RecordingForms pictureOnly{.picture = true};
 constexpr RecordingForms videoOnly{.video = true};
-constexpr RecordingForms all{.data = true, .picture = true, .video = true};
+constexpr RecordingForms everyForm{.data = true, .picture = true, .video = true};
 
 /// A recorder below an empty working folder, and one frame to store.
 class RecorderTest : public testing::Test
@@ -44,7 +44,7 @@ protected:
 
 TEST_F(RecorderTest, a_frame_is_stored_in_every_form_under_its_number)
 {
-    recorder.start(all);
+    recorder.start(everyForm);
     store(2);
     EXPECT_EQ(recorder.storedFrames(), 2);
     EXPECT_TRUE(recorder.stop());
@@ -132,7 +132,7 @@ TEST_F(RecorderTest, what_became_of_it_is_told_after_its_end_too)
 TEST_F(RecorderTest, an_exception_is_the_failure_of_its_file_and_the_others_are_stored)
 {
     const DebugOutput output;
-    recorder.start(all);
+    recorder.start(everyForm);
     const QImage tooWide(1'200'000, 1, QImage::Format_Grayscale8); // more than a PNG takes
     EXPECT_NO_THROW(recorder.store({tooWide, currents, grayLevels}));
     EXPECT_EQ(recorder.failedFiles(), 1);
