@@ -23,7 +23,7 @@ TEST_F(MainWindowFormats, the_pictures_context_menu_offers_three_more_forms_by_m
 {
     open();
     auto *picture = find<KeepRatioWidget>("frame");
-    QStringList texts;
+    QStringList offered;
     QMetaObject::invokeMethod(
         picture,
         [&] {
@@ -31,11 +31,11 @@ TEST_F(MainWindowFormats, the_pictures_context_menu_offers_three_more_forms_by_m
             ASSERT_NE(menu, nullptr);
             for (const QAction *action : menu->actions()) {
                 if (action->isCheckable())
-                    texts << action->text();
+                    offered << action->text();
             }
-            ASSERT_EQ(texts.size(), 3);
+            ASSERT_EQ(offered.size(), 3);
             const auto isReached = [&] {
-                return menu->activeAction() != nullptr && menu->activeAction()->text() == texts.at(1);
+                return menu->activeAction() != nullptr && menu->activeAction()->text() == offered.at(1);
             };
             for (qsizetype n = 0; n < menu->actions().size() && !isReached(); ++n)
                 QTest::keyClick(menu, Qt::Key_Down);
@@ -45,8 +45,8 @@ TEST_F(MainWindowFormats, the_pictures_context_menu_offers_three_more_forms_by_m
     QContextMenuEvent event(QContextMenuEvent::Keyboard, picture->rect().center(),
                             picture->mapToGlobal(picture->rect().center()));
     QApplication::sendEvent(picture->childAt(picture->rect().center()), &event);
-    EXPECT_EQ(texts, QStringList({"Record a TIFF file (nA, 32 bits)", "Record a NumPy array (nA, 32 bits)",
-                                  "Record raw frames"}));
+    EXPECT_EQ(offered, QStringList({"Record a TIFF file (nA, 32 bits)", "Record a NumPy array (nA, 32 bits)",
+                                    "Record raw frames"}));
     EXPECT_TRUE(window->findChild<QAction *>("action_recordNpy")->isChecked());
     EXPECT_EQ(text("label_savedetail"), "") << "something will be saved";
 }
