@@ -1,5 +1,6 @@
 #include "tools/detectorsession.h"
 
+#include "device/conversations.h"
 #include "device/portmanager.h"
 #include "log/logmanager.h"
 #include "tools/standardoutput.h"
@@ -60,6 +61,17 @@ RunResult DetectorSession::open(const QString &serial)
     const QString told = link().problem();
     const QString reason = told.isEmpty() ? QStringLiteral("another program may hold it") : told;
     return {QStringLiteral("the detector %1 cannot be opened; %2").arg(m_serial, reason), ExitStatus::failed};
+}
+
+RunResult DetectorSession::ask(const std::function<RunResult()> &work,
+                               const std::function<bool()> &wasAnswered)
+{
+    RunResult result = work();
+    if (result.problem.isEmpty() || wasAnswered() || link().isLost() || TerminationSignals::received() != 0)
+        return result;
+    link().setMayBeStreaming(true);
+    Conversation::haltIfStreaming(link());
+    return work();
 }
 
 RunResult DetectorSession::failure(const QString &problem) const

@@ -4,6 +4,8 @@
 #include "process/terminationsignals.h"
 #include "tools/runresult.h"
 
+#include <functional>
+
 class PortManager;
 class StandardOutput;
 
@@ -29,6 +31,11 @@ public:
 
     /// Opens the detector of that serial number, or without one the only detector there is.
     [[nodiscard]] RunResult open(const QString &serial);
+
+    /// Does what asks the detector for something. Where not even its first question was answered, the
+    /// detector may have been left streaming: it is told to halt, and asked once more.
+    [[nodiscard]] RunResult ask(const std::function<RunResult()> &work,
+                                const std::function<bool()> &wasAnswered);
 
     /// That problem; a detector that is gone is told as such, whatever it was asked for.
     [[nodiscard]] RunResult failure(const QString &problem) const;

@@ -160,7 +160,8 @@ RunResult infoInto(QJsonObject &summary, const CommandLine &line, StandardOutput
     DetectorSession session(library);
     RunResult result = session.open(line.value(QStringLiteral("serial")));
     if (result.problem.isEmpty())
-        result = DetectorFacts(session, summary).ask();
+        result = session.ask([&] { return DetectorFacts(session, summary).ask(); },
+                             [&] { return summary.contains(QLatin1String("version")); });
     for (const char *key : {"version", "battery", "mode", "adc", "von", "voff", "vss", "vcom", "voltages",
                             "timing", "eeprom"}) {
         if (summary.contains(QLatin1String(key)))

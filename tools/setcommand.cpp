@@ -120,7 +120,8 @@ RunResult setInto(QJsonObject &summary, const Wanted &wanted, const CommandLine 
     QJsonArray done;
     RunResult result = session.open(line.value(QStringLiteral("serial")));
     if (result.problem.isEmpty())
-        result = Download(session, done).run(wanted);
+        result =
+            session.ask([&] { return Download(session, done).run(wanted); }, [&] { return !done.isEmpty(); });
     Summary::addSource(summary, library, session.serial());
     summary[QLatin1String("set")] = done;
     if (result.problem.isEmpty())

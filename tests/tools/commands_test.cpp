@@ -120,6 +120,22 @@ TEST_F(Commands, info_fails_with_the_first_question_that_is_not_answered)
     expectFailure(QStringLiteral("time-out: the detector did not tell its battery charge"));
 }
 
+TEST_F(Commands, a_detector_that_was_left_streaming_is_halted_and_asked_once_more)
+{
+    const auto halts = [&] {
+        return written().count(haltFrame);
+    };
+    detector("[Faults]\nMissingReply=true\nReplyFaultCount=1\n");
+    command(QStringLiteral("info"));
+    EXPECT_EQ(exitCode, 0) << qPrintable(errors);
+    EXPECT_EQ(halts(), 1);
+
+    detector("[Faults]\nMissingReply=true\nReplyFaultCount=1\n");
+    command(QStringLiteral("set"), {QStringLiteral("--range"), QStringLiteral("50")});
+    EXPECT_EQ(exitCode, 0) << qPrintable(errors);
+    EXPECT_EQ(halts(), 2) << "one more";
+}
+
 TEST_F(Commands, set_sends_timing_adc_and_voltages_as_the_settings_page_does)
 {
     detector("");
