@@ -39,6 +39,15 @@ TEST_F(Acquire, what_is_wrong_with_an_argument_is_told_by_its_name)
     EXPECT_FALSE(QDir(folder.path()).exists(QStringLiteral("Logs"))) << "nothing was opened";
 }
 
+TEST_F(Acquire, what_stands_behind_an_option_is_its_value_whatever_it_looks_like)
+{
+    detector("");
+    runVirtual({QStringLiteral("--name"), QStringLiteral("--data=1")});
+    EXPECT_EQ(exitCode, 0) << qPrintable(errors);
+    EXPECT_EQ(QDir(QStringLiteral("out/--data=1")).entryList(QDir::Files),
+              QStringList(QStringLiteral("--data=1_pic1.png")));
+}
+
 TEST_F(Acquire, the_last_of_several_values_counts)
 {
     run({QStringLiteral("--frames"), QStringLiteral("3"), QStringLiteral("--frames=0")});

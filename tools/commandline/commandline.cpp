@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 namespace {
 
@@ -31,18 +32,26 @@ std::optional<Option> optionNamed(const Command &command, const QString &name)
     return {};
 }
 
-/// "--name=value" as two arguments, so that a value may be empty.
+/// "--name=value" as two arguments, so that a value may be empty. What stands behind an option that takes a
+/// value is that, whatever it looks like.
 std::vector<std::string> separated(const Command &command, const QStringList &arguments)
 {
     std::vector<std::string> separate;
     bool areOptions = true;
+    bool isValue = false;
     for (const QString &argument : arguments) {
+        if (std::exchange(isValue, false)) {
+            separate.push_back(argument.toStdString());
+            continue;
+        }
         areOptions = areOptions && argument != optionMark;
         const qsizetype equals = argument.indexOf(u'=');
         const std::optional<Option> option = areOptions && argument.startsWith(optionMark) && equals > 0
                                                  ? optionNamed(command, argument.left(equals))
                                                  : std::nullopt;
         if (!option) {
+            const auto whole = areOptions ? optionNamed(command, argument) : std::nullopt;
+            isValue = whole && whole->value != nullptr;
             separate.push_back(argument.toStdString());
             continue;
         }
