@@ -35,10 +35,15 @@ ProcessImage::ProcessImage(QObject *parent)
 
 void ProcessImage::onReadReady(QByteArray m_data)
 {
-    frameTime = QDateTime::currentMSecsSinceEpoch();
-    const QImage image = processImage(m_data);
+    takeFrame(std::move(m_data), QDateTime::currentMSecsSinceEpoch());
+}
+
+void ProcessImage::takeFrame(QByteArray bytes, qint64 time)
+{
+    frameTime = time;
+    const QImage image = processImage(bytes);
     Q_EMIT sendImagetoMain(image);
-    rawFrame = std::move(m_data);
+    rawFrame = std::move(bytes);
     saveFrame(image);
     rawFrame.clear(); // whoever lent the buffer uses it again
 }

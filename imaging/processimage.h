@@ -38,6 +38,9 @@ public:
     /// Returns a 1024 x 1024 picture of format Grayscale8.
     QImage processImage(QByteArray &m_data);
 
+    /// One frame, as onReadReady() takes it, that came at that time: milliseconds since 1970, UTC.
+    void takeFrame(QByteArray bytes, qint64 time);
+
     /// Current of the pixel at index x * 1024 + y of the last finished frame in nanoamperes with four
     /// decimals; "0.0" when there is no such element.
     [[nodiscard]] QString pixelValueText(int x, int y) const;

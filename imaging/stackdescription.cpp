@@ -47,6 +47,11 @@ QJsonValue ofTiming(const std::optional<Timing> &timing)
     return values;
 }
 
+std::optional<int> numberIn(const QJsonValue &value)
+{
+    return value.isDouble() ? std::optional(value.toInt()) : std::nullopt;
+}
+
 } // namespace
 
 QJsonObject StackDescription::ofRecording(const RecordingFacts &facts)
@@ -64,6 +69,30 @@ QJsonObject StackDescription::ofRecording(const RecordingFacts &facts)
     return {{QStringLiteral("program"), program},
             {QStringLiteral("detector"), detector},
             {QStringLiteral("settings"), settings}};
+}
+
+RecordingFacts StackDescription::factsOf(const QJsonObject &description)
+{
+    const QJsonObject detector = description[QLatin1String("detector")].toObject();
+    const QJsonObject settings = description[QLatin1String("settings")].toObject();
+    RecordingFacts facts{.serial = detector[QLatin1String("serial_number")].toString(),
+                         .library = detector[QLatin1String("driver_library")].toString()};
+    if (const QJsonValue simulated = detector[QLatin1String("simulated")]; simulated.isBool())
+        facts.isSimulated = simulated.toBool();
+    facts.testPattern = numberIn(detector[QLatin1String("test_pattern")]);
+    facts.currentRange = numberIn(settings[QLatin1String("current_range_nA")]);
+    if (const QJsonValue volts = settings[QLatin1String("voltages_V")]; volts.isObject())
+        facts.voltages = RecordingFacts::Voltages{.vss = volts[QLatin1String("vss")].toDouble(),
+                                                  .vcom = volts[QLatin1String("vcom")].toDouble(),
+                                                  .von = volts[QLatin1String("von")].toDouble(),
+                                                  .voff = volts[QLatin1String("voff")].toDouble()};
+    if (const QJsonValue values = settings[QLatin1String("timing_ns")]; values.isObject()) {
+        Timing timing;
+        for (std::size_t i = 0; i < timingNames.size(); ++i)
+            timing.*Timing::fields[i] = values[QLatin1String(timingNames[i])].toInt();
+        facts.timing = timing;
+    }
+    return facts;
 }
 
 QJsonObject StackDescription::ofCurrents(const QString &format, int frames)

@@ -12,6 +12,10 @@ namespace StackDescription {
 /// Program, detector and settings; null for what is not known.
 [[nodiscard]] QJsonObject ofRecording(const RecordingFacts &facts);
 
+/// What ofRecording() told, as far as it holds for the same frames once more: whether grey levels were
+/// calibrated does not.
+[[nodiscard]] RecordingFacts factsOf(const QJsonObject &description);
+
 /// Shape, type, unit and order of the pixels of a file that holds currents.
 [[nodiscard]] QJsonObject ofCurrents(const QString &format, int frames);
 

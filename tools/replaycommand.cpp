@@ -1,4 +1,5 @@
 #include "imaging/rawrecording.h"
+#include "imaging/stackdescription.h"
 #include "log/logmanager.h"
 #include "process/terminationsignals.h"
 #include "tools/commands.h"
@@ -22,19 +23,6 @@ struct LogOfReplay
     Q_DISABLE_COPY_MOVE(LogOfReplay)
 };
 
-/// What the index tells of the detector and of how it was set, as far as recordings pass it on.
-RecordingFacts factsOf(const QJsonObject &description)
-{
-    const QJsonObject detector = description[QLatin1String("detector")].toObject();
-    RecordingFacts facts{.serial = detector[QLatin1String("serial_number")].toString(),
-                         .library = detector[QLatin1String("driver_library")].toString()};
-    if (const QJsonValue simulated = detector[QLatin1String("simulated")]; simulated.isBool())
-        facts.isSimulated = simulated.toBool();
-    if (const QJsonValue pattern = detector[QLatin1String("test_pattern")]; pattern.isDouble())
-        facts.testPattern = pattern.toInt();
-    return facts;
-}
-
 /// Puts each frame through the pipeline; counts them and tells when, after the first, each had come.
 class Replay
 {
@@ -46,7 +34,7 @@ public:
 
     RunResult run()
     {
-        m_recording.begin(m_source.frameCount(), factsOf(m_source.description()));
+        m_recording.begin(m_source.frameCount(), StackDescription::factsOf(m_source.description()));
         QDateTime first;
         for (int position = 0; position < m_source.frameCount(); ++position) {
             const RawRecording::Frame frame = m_source.read(position);
@@ -54,7 +42,7 @@ public:
                 return cut(why);
             if (position == 0)
                 first = frame.time;
-            m_recording.pipeline().onReadReady(frame.bytes);
+            m_recording.pipeline().takeFrame(frame.bytes, frame.time.toMSecsSinceEpoch());
             ++m_frames;
             constexpr double milliseconds = 1000.0;
             m_seconds = static_cast<double>(first.msecsTo(frame.time)) / milliseconds;

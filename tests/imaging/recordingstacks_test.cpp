@@ -1,3 +1,4 @@
+#include "imaging/stackdescription.h"
 #include "imaging/tifffile.h"
 #include "tests/imaging/recording.h"
 #include "tests/support/debugoutput.h"
@@ -258,4 +259,24 @@ TEST(RecordingStacks, a_description_that_cannot_be_written_counts_alone)
     ASSERT_EQ(output.messages().size(), 1);
     EXPECT_TRUE(output.contains("T.npy.json"));
     EXPECT_TRUE(arrays(recording.content("T.npy")) == recording.currents);
+}
+
+TEST(StackDescription, what_it_tells_of_a_recording_can_be_read_back)
+{
+    RecordingFacts facts{.serial = "QV1K",
+                         .library = "library",
+                         .isSimulated = true,
+                         .currentRange = 50,
+                         .voltages =
+                             RecordingFacts::Voltages{.vss = 0.5, .vcom = -10, .von = 15, .voff = -15},
+                         .timing = Timing::ofRange(16600),
+                         .testPattern = 3,
+                         .isCalibrated = true};
+    const QJsonObject told = StackDescription::ofRecording(facts);
+    RecordingFacts read = StackDescription::factsOf(told);
+    EXPECT_FALSE(read.isCalibrated) << "holds for that recording alone";
+    read.isCalibrated = true;
+    EXPECT_EQ(StackDescription::ofRecording(read), told);
+    EXPECT_EQ(StackDescription::ofRecording(StackDescription::factsOf({})),
+              StackDescription::ofRecording({}));
 }

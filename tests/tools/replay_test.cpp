@@ -35,12 +35,19 @@ TEST_F(Commands, raw_frames_are_replayed_as_they_were_recorded)
     EXPECT_TRUE(index[u"detector"][u"simulated"].toBool());
 
     const QStringList replay{QStringLiteral("replay"),    QStringLiteral("out/T/T.raw"),
-                             QStringLiteral("--picture"), QStringLiteral("--output"),
-                             QStringLiteral("again"),     QStringLiteral("--name"),
-                             QStringLiteral("T")};
+                             QStringLiteral("--picture"), QStringLiteral("--npy"),
+                             QStringLiteral("--output"),  QStringLiteral("again"),
+                             QStringLiteral("--name"),    QStringLiteral("T")};
     run(replay);
     EXPECT_EQ(exitCode, 0) << qPrintable(errors);
     EXPECT_EQ(currentsTold(output), told);
+    // Time by time, setting by setting.
+    const auto description = [this](const char *folderOfIt) {
+        return QJsonDocument::fromJson(
+                   folder.read(QLatin1String(folderOfIt) + QStringLiteral("/T/T.npy.json")))
+            .object();
+    };
+    EXPECT_EQ(description("again"), description("out"));
     for (const char *name : {"T_pic1.png", "T_pic2.png"}) {
         const QByteArray recorded = folder.read(QStringLiteral("out/T/") + QLatin1String(name));
         EXPECT_FALSE(recorded.isEmpty());

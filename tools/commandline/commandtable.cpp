@@ -198,7 +198,7 @@ constexpr std::array table{
             infoOptions, infoSections, "qv1k-acquire info --serial QV1K"},
     Command{"replay", "put recorded raw frames through the pipeline again",
             "Puts raw frames that were recorded through the same pipeline again, without a detector: the "
-            "currents, grey levels and pictures are those of the recording; times are of the replay. Each "
+            "currents, times and settings are those of the recording. Each "
             "frame is held against its checksum first.",
             replayOptions, replaySections,
             "qv1k-acquire replay frames/sample1/sample1.raw --data --output again"},
