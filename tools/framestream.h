@@ -28,7 +28,7 @@ public:
     [[nodiscard]] RunResult begin();
     /// What stands in the header of every frame.
     void setFacts(const QJsonObject &facts);
-    /// Sends the frame that is through the pipeline; false when that failed, see problem().
+    /// Sends the frame that is through the pipeline; false when that failed, see failure().
     [[nodiscard]] bool send(std::span<const double> currents);
     /// Why the last frame could not be sent.
     [[nodiscard]] RunResult failure() const;
