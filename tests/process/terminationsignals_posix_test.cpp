@@ -49,10 +49,13 @@ TEST(TerminationOnce, the_first_of_several_requests_counts)
 
 TEST(TerminationOnce, what_was_ignored_before_stays_ignored)
 {
-    std::signal(SIGHUP, SIG_IGN);
-    const TerminationSignals termination;
-    std::raise(SIGHUP);
-    EXPECT_EQ(TerminationSignals::received(), 0);
+    auto *before = std::signal(SIGHUP, SIG_IGN);
+    {
+        const TerminationSignals termination;
+        std::raise(SIGHUP);
+        EXPECT_EQ(TerminationSignals::received(), 0);
+    }
+    std::signal(SIGHUP, before);
 }
 
 TEST(TerminationOnce, without_a_request_nothing_ends)
