@@ -26,6 +26,9 @@ public:
     /// counts it is scaled to those, and its device pixel ratio tells so.
     void setImage(QImage &image);
 
+    /// What the picture fills, for those who watch its events.
+    [[nodiscard]] QWidget &picture() const;
+
 Q_SIGNALS:
     /// A left press on the label, each coordinate mapped to 0 to 1023; or the place that an arrow key led to,
     /// a step away from the last and 16 with Shift.

@@ -2,6 +2,7 @@
 
 #include "device/protocol/frameformat.h"
 #include "imaging/screenpicture.h"
+#include "ui/chrome/pictureplace.h"
 
 #include <QColorSpace>
 #include <QDebug>
@@ -15,13 +16,11 @@
 #include <QResizeEvent>
 
 #include <algorithm>
-#include <cmath>
 
 namespace {
 
 constexpr int contentMargin = 2;
 constexpr int largeStep = 16; ///< pixels
-constexpr double coordinateRange = FrameFormat::side;
 
 /// From this many pixels on Qt scales pictures of every format as 32-bit pixels.
 constexpr qint64 largePicture = 1 << 20;
@@ -68,6 +67,11 @@ void KeepRatioWidget::setRatio(int width, int height)
 {
     m_ratioWidth = width;
     m_ratioHeight = height;
+}
+
+QWidget &KeepRatioWidget::picture() const
+{
+    return *m_label;
 }
 
 void KeepRatioWidget::setImage(QImage &image)
@@ -126,9 +130,7 @@ void KeepRatioWidget::reportClick(const QMouseEvent &press)
     const QSizeF size = m_label->size();
     if (press.button() != Qt::LeftButton || size.isEmpty())
         return;
-    const QPointF position = press.position();
-    pick({static_cast<int>(std::floor(position.x() / size.width() * coordinateRange)),
-          static_cast<int>(std::floor(position.y() / size.height() * coordinateRange))});
+    pick(framePixelAt(press.position(), size));
 }
 
 void KeepRatioWidget::pick(QPoint place)

@@ -66,7 +66,9 @@ Inspector::Inspector(InspectionRunner::Source source, InspectionRunner::Clock cl
     for (const QSpinBox *box :
          {ui->spinBox_first_rows, ui->spinBox_last_rows, ui->spinBox_first_columns, ui->spinBox_last_columns})
         connect(box, &QSpinBox::valueChanged, this, &Inspector::ask);
-    connect(ui->pushButton_whole, &QPushButton::clicked, this, &Inspector::askWhole);
+    connect(ui->pushButton_whole, &QPushButton::clicked, this, [this] {
+        chooseRegion({0, 0, FrameFormat::side, FrameFormat::side});
+    });
     connect(&m_runner, &InspectionRunner::inspected, this, &Inspector::showFigures);
     connect(&m_runner, &InspectionRunner::failed, this,
             [this] { ui->label_note->setText(tr("The memory does not suffice for these figures")); });
@@ -91,12 +93,17 @@ void Inspector::ask()
     m_runner.ask(m_inquiry);
 }
 
-void Inspector::askWhole()
+void Inspector::chooseRegion(const QRect &region)
 {
-    for (QSpinBox *box : {ui->spinBox_first_rows, ui->spinBox_first_columns})
-        box->setValue(box->minimum());
-    for (QSpinBox *box : {ui->spinBox_last_rows, ui->spinBox_last_columns})
-        box->setValue(box->maximum());
+    const std::pair<QSpinBox *, int> values[] = {{ui->spinBox_first_rows, region.top()},
+                                                 {ui->spinBox_last_rows, region.bottom()},
+                                                 {ui->spinBox_first_columns, region.left()},
+                                                 {ui->spinBox_last_columns, region.right()}};
+    for (const auto &[box, value] : values) {
+        const QSignalBlocker together(box);
+        box->setValue(value);
+    }
+    ask();
 }
 
 void Inspector::showFigures(const Inspection &inspection)

@@ -39,12 +39,13 @@ public:
     void frameArrived() { m_runner.frameArrived(); }
     /// The pixel whose current is read out; outside the frame, the nearest in it.
     void pick(int row, int column);
+    /// What the figures are about, within the frame: x counts columns, y rows.
+    void chooseRegion(const QRect &region);
 
     [[nodiscard]] const InspectionRunner &runner() const { return m_runner; }
 
 private:
     void ask();
-    void askWhole();
     void showFigures(const Inspection &inspection);
     void showCurrents(const Inspection &inspection);
     void showNoise(const Inspection &inspection);

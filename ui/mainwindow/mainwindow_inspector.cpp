@@ -3,8 +3,10 @@
 #include "ui/inspector/inspector.h"
 
 #include "device/portmanager.h"
+#include "ui/chrome/regiondrag.h"
 #include "ui/chrome/screenroom.h"
 #include "ui/mainwindow.h"
+#include "ui/mainwindow/mainwindow_rules.h"
 #include "ui_mainwindow.h"
 
 #include <QAction>
@@ -49,6 +51,10 @@ void mainwindow::openInspector()
     // Its own connections: without it nobody asks.
     connect(m_process.get(), &ProcessImage::sendImagetoMain, m_inspector, &Inspector::frameArrived);
     connect(ui->frame, &KeepRatioWidget::click_coor, m_inspector, &Inspector::pick);
+    const auto *drag = new RegionDrag(ui->frame->picture(), m_inspector);
+    connect(drag, &RegionDrag::chosen, m_inspector, [this](const QRect &shown) {
+        m_inspector->chooseRegion(MainWindowRules::partOfFrame(shown, m_rotation, m_mirrorH, m_mirrorV));
+    });
     m_inspector->pick(m_clickX, m_clickY);
     m_inspector->frameArrived();
     const QSize room = ScreenRoom::of(*m_inspector);

@@ -1,7 +1,11 @@
 #include "ui/mainwindow/mainwindow_rules.h"
 
+#include "device/protocol/frameformat.h"
+
 #include <QCoreApplication>
 #include <QTransform>
+
+#include <cmath>
 
 namespace MainWindowRules {
 
@@ -48,6 +52,22 @@ QImage oriented(QImage image, double rotation, bool mirrorHorizontal, bool mirro
     if (mirrorHorizontal || mirrorVertical)
         image = std::move(image).mirrored(mirrorHorizontal, mirrorVertical);
     return image;
+}
+
+QRect partOfFrame(const QRect &shown, double rotation, bool mirrorHorizontal, bool mirrorVertical)
+{
+    constexpr int last = FrameFormat::side - 1;
+    const auto turns = std::lround(rotation / 90) % 4;
+    const auto back = [&](QPoint place) {
+        if (mirrorHorizontal)
+            place.setX(last - place.x());
+        if (mirrorVertical)
+            place.setY(last - place.y());
+        for (long turn = 0; turn < turns; ++turn)
+            place = {place.y(), last - place.x()};
+        return QRect(place, QSize(1, 1));
+    };
+    return back(shown.topLeft()) | back(shown.bottomRight());
 }
 
 QString clampedFrameCount(const QString &text)

@@ -31,6 +31,11 @@ enum class DeviceChange { None, Arrival, Removal };
 /// `image` when there is nothing to do.
 [[nodiscard]] QImage oriented(QImage image, double rotation, bool mirrorHorizontal, bool mirrorVertical);
 
+/// The part of a frame that lies under `shown`, a part of its picture as oriented() turns it. x counts
+/// columns, y rows.
+[[nodiscard]] QRect partOfFrame(const QRect &shown, double rotation, bool mirrorHorizontal,
+                                bool mirrorVertical);
+
 /// What the box for the number of frames shows after an edit: the text, or the limit (1, 1000) it passed.
 [[nodiscard]] QString clampedFrameCount(const QString &text);
 

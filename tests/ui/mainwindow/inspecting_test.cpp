@@ -35,6 +35,31 @@ protected:
             << name << ": " << qPrintable(value(name));
     }
 
+    /// Drags over a part of the picture; both places as shares of its width and height.
+    void drag(QPointF from, QPointF to)
+    {
+        auto *picture = find<QWidget>("frame")->findChild<QLabel *>();
+        const auto place = [picture](QPointF share) {
+            return QPoint(qRound(share.x() * picture->width()), qRound(share.y() * picture->height()));
+        };
+        QTest::mousePress(picture, Qt::LeftButton, {}, place(from));
+        QTest::mouseMove(picture, place((from + to) / 2));
+        QTest::mouseMove(picture, place(to));
+        QTest::mouseRelease(picture, Qt::LeftButton, {}, place(to));
+    }
+    /// "first row-last row, first column-last column"
+    [[nodiscard]] QString region() const
+    {
+        const auto number = [this](const char *name) {
+            return getChild<QSpinBox>(*inspector(), name)->value();
+        };
+        return QStringLiteral("%1-%2, %3-%4")
+            .arg(number("spinBox_first_rows"))
+            .arg(number("spinBox_last_rows"))
+            .arg(number("spinBox_first_columns"))
+            .arg(number("spinBox_last_columns"));
+    }
+
     /// Closes it by the key, and waits until it is gone.
     void closeInspector()
     {
@@ -76,6 +101,29 @@ TEST_F(MainWindowInspecting, it_shows_the_frames_and_follows_the_click_that_read
     const QString current = text("label_current").section(u' ', 1).replace("nA", " nA");
     waitForValue("pixel", coordinate.trimmed() + ' ' + current);
     EXPECT_EQ(value("waiting"), "0");
+}
+
+TEST_F(MainWindowInspecting, the_part_of_the_picture_that_the_mouse_is_dragged_over_is_its_region)
+{
+    openSampling();
+    showFrames(1);
+    auto *picture = find<QWidget>("frame")->findChild<QLabel *>();
+    const QString whole = QStringLiteral("0-1023, 0-1023");
+    picture->resize(512, 512);
+    drag({0.25, 0.5}, {0.75, 0.625});
+    EXPECT_EQ(inspector(), nullptr) << "without it a drag is a click";
+    openInspector();
+    EXPECT_EQ(region(), whole);
+    drag({0.25, 0.5}, {0.75, 0.625});
+    EXPECT_EQ(region(), "512-640, 256-768");
+    EXPECT_EQ(text("label_coor"), "Coordinate: (256,512)") << "the press picks its pixel as ever";
+    click("pushButton_rotate");
+    drag({0.25, 0.5}, {0.75, 0.625});
+    EXPECT_EQ(region(), "255-767, 512-640") << "a quarter turn clockwise: its left is the frame's bottom";
+    drag({0.5, 0.5}, {-1, 2});
+    EXPECT_EQ(region(), "511-1023, 512-1022") << "cut at the edges of the picture";
+    closeInspector();
+    drag({0.25, 0.5}, {0.75, 0.625});
 }
 
 TEST_F(MainWindowInspecting, closed_it_is_told_of_no_frame_and_works_nothing_out)

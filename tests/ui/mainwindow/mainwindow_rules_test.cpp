@@ -109,6 +109,29 @@ TEST(MainWindowRules, a_quarter_turn_goes_clockwise)
     EXPECT_EQ(qGray(oriented(picture, 0.0, false, true).pixel(0, 3)), 255);
 }
 
+TEST(MainWindowRules, a_part_of_the_picture_is_that_part_of_the_frame_however_it_is_turned)
+{
+    const QRect part(QPoint(100, 30), QPoint(103, 900));
+    QImage picture(1024, 1024, QImage::Format_Grayscale8);
+    picture.fill(0);
+    for (int y = part.top(); y <= part.bottom(); ++y)
+        std::fill_n(picture.scanLine(y) + part.left(), part.width(), uchar{255});
+    for (const double rotation : {0.0, 90.0, 180.0, 270.0, 360.0}) {
+        for (const bool horizontal : {false, true}) {
+            for (const bool vertical : {false, true}) {
+                const QImage shown = oriented(picture, rotation, horizontal, vertical);
+                QRect lit;
+                for (int y = 0; y < shown.height(); ++y)
+                    for (int x = 0; x < shown.width(); ++x)
+                        if (qGray(shown.pixel(x, y)) > 127)
+                            lit |= QRect(x, y, 1, 1);
+                EXPECT_EQ(partOfFrame(lit, rotation, horizontal, vertical), part)
+                    << rotation << horizontal << vertical;
+            }
+        }
+    }
+}
+
 TEST(MainWindowRules, an_upright_picture_is_not_copied)
 {
     const QImage picture = unevenPicture();
