@@ -33,7 +33,7 @@ windows_packages=(
     g++-mingw-w64-x86-64-posix libz-mingw-w64-dev nasm make
     g++ cmake ninja-build pkg-config perl python3 ca-certificates dpkg-dev
     qt6-base-dev qt6-base-dev-tools qt6-base-private-dev
-    cmark-gfm libcli11-dev
+    cmark-gfm libcli11-dev cppzmq-dev
     nsis zip unzip wine64
 )
 windows_test_packages=(ffmpeg) # reads the recorded video

@@ -14,7 +14,7 @@ struct PublishOptions
     static constexpr int keyLength = 40;
 
     /// Where receivers connect: a port of this machine's loopback ("5555"), or an endpoint of ZeroMQ that
-    /// says the address ("tcp://*:5555", "ipc:///run/frames").
+    /// says the address ("tcp://*:5555"; not on Windows: "ipc:///run/frames").
     QString endpoint;
     bool mustArrive =
         false;         ///< nothing is lost: a frame waits for a receiver; else one that is slow loses frames

@@ -1,8 +1,8 @@
 # The recipes of the libraries: each a function build_NAME that installs into the prefix. What they take is Debian's
-# source packages; what they leave out is what the program does not use.
+# source packages, and what its packages hold for every system; what they leave out is what the program does not use.
 # shellcheck shell=bash
 
-library_steps=(runtime png tiff ffmpeg opencv googletest benchmark qt)
+library_steps=(runtime png tiff zeromq cppzmq ffmpeg opencv googletest benchmark qt)
 
 # cross_cmake SOURCE NAME OPTIONS...: configures, builds and installs into the prefix.
 cross_cmake() {
@@ -52,6 +52,26 @@ build_tiff() {
         off+=("-Dtiff-$option=OFF")
     done
     cross_cmake "$src" tiff -DBUILD_SHARED_LIBS=OFF -Dcxx=OFF -Dtiff-opengl=OFF "${off[@]}"
+}
+
+# Static: it goes into the program that publishes. It encrypts by its own TweetNaCl, and waits by select(), which every
+# Windows 10 has and Wine too; sockets in files are newer than the first of them. Which Windows it is for has to be told, or
+# it asks for none.
+build_zeromq() {
+    local src
+    unpack zeromq3
+    cross_cmake "$src" zeromq -DBUILD_SHARED=OFF -DBUILD_TESTS=OFF -DWITH_DOCS=OFF -DWITH_LIBSODIUM=OFF \
+        -DWITH_LIBBSD=OFF -DENABLE_CPACK=OFF -DPOLLER=select -DZMQ_HAVE_IPC=OFF -DZMQ_WIN32_WINNT=0x0A00 \
+        -DZEROMQ_CMAKECONFIG_INSTALL_DIR=lib/cmake/ZeroMQ
+    grep -q 'Using tweetnacl for CURVE security' "$work/log/zeromq.log"
+}
+
+# Headers only, which are the same for every system: Debian has them.
+build_cppzmq() {
+    mkdir -p "$prefix/include" "$prefix/share/cmake"
+    cp -L /usr/include/zmq.hpp "$prefix/include/"
+    cp -RL /usr/share/cmake/cppzmq "$prefix/share/cmake/"
+    keep_licence cppzmq "$(dpkg-query -W -f '${Version}' cppzmq-dev)" /usr/share/doc/cppzmq-dev/copyright
 }
 
 # MPEG-4 Part 2 into and out of MP4, nothing else.

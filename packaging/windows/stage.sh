@@ -56,8 +56,9 @@ origin_of() {
     esac
 }
 # What is contained in other files: in OpenCV's the writer of PNG with its compression, in the programs that of TIFF, in one
-# of them the reader of its command line.
-declare -A contained=([libpng1.6]=libopencv_imgcodecs [tiff]="the programs" [cli11]="qv1k-acquire.exe" [zlib]="libopencv_imgcodecs and the programs")
+# of them the reader of its command line and what publishes frames.
+declare -A contained=([libpng1.6]=libopencv_imgcodecs [tiff]="the programs" [cli11]="qv1k-acquire.exe"
+    [zeromq3]="qv1k-acquire.exe" [cppzmq]="qv1k-acquire.exe" [zlib]="libopencv_imgcodecs and the programs")
 
 stage_texts() {
     mkdir -p "$stage/licences"

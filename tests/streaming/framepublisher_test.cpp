@@ -191,9 +191,8 @@ TEST(FramePublisher, an_endpoint_that_cannot_be_bound_is_told)
     PublishOptions same = options(false, 0);
     same.endpoint = first.endpoint();
     FramePublisher second(same);
-    EXPECT_EQ(
-        second.problem(),
-        QStringLiteral("frames cannot be published at %1: Address already in use").arg(first.endpoint()));
+    EXPECT_EQ(second.problem(), QStringLiteral("frames cannot be published at %1: %2")
+                                    .arg(first.endpoint(), zmq_strerror(EADDRINUSE)));
     EXPECT_FALSE(second.waitForReceivers());
     EXPECT_FALSE(second.publish(rawFrame(), {}));
     EXPECT_FALSE(second.end(patienceMs));

@@ -10,6 +10,7 @@
 
 /// Why the system refuses something, in the cases that tests bring about.
 enum class SystemFailure {
+    NoSuchFile,   ///< and none is made
     NoSuchFolder, ///< of a file that is opened in it
     NotAFolder,   ///< a file is there, and something is looked for in it
     IsAFolder,    ///< and is opened as a file
@@ -24,6 +25,8 @@ constexpr int systemNumber(SystemFailure failure)
 {
     switch (failure) {
 #ifdef Q_OS_WIN
+    case SystemFailure::NoSuchFile:
+        return ERROR_FILE_NOT_FOUND;
     case SystemFailure::NoSuchFolder:
     case SystemFailure::NotAFolder:
         return ERROR_PATH_NOT_FOUND;
@@ -36,6 +39,7 @@ constexpr int systemNumber(SystemFailure failure)
     case SystemFailure::DeviceFault:
         return ERROR_IO_DEVICE;
 #else
+    case SystemFailure::NoSuchFile:
     case SystemFailure::NoSuchFolder:
         return ENOENT;
     case SystemFailure::NotAFolder:

@@ -1,3 +1,4 @@
+#include "tests/support/systemreason.h"
 #include "tests/tools/commandrun.h"
 
 // What receivers get of it: tests/streaming, and the examples of tests/docs.
@@ -22,7 +23,7 @@ TEST_F(Publishing, options_of_what_is_not_asked_for_are_refused)
 TEST_F(Publishing, a_key_that_cannot_be_used_is_refused)
 {
     acquire({"--publish", "0", "--publish-key", "missing"});
-    expectRefusal("the key missing cannot be read: No such file or directory");
+    expectRefusal("the key missing cannot be read: " + systemReason(SystemFailure::NoSuchFile));
     folder.write("key", "too short\n");
     acquire({"--publish", "0", "--publish-key", "key"});
     expectRefusal("key holds no key of 40 characters");
