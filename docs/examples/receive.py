@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
-"""Receives frames that qv1k-acquire publishes: receive.py [--share] [--key PUBLIC] ENDPOINT...
+"""Receives frames that qv1k-acquire publishes: receive.py [--share] [--key='PUBLIC'] ENDPOINT...
 
 Prints a line per frame, and at the end how many were lost on the way. --share takes a share of the frames instead of
-all of them, from detectors that publish with --must-arrive. --key is the public key of encrypted streams.
+all of them, from detectors that publish with --must-arrive. --key is the public key of encrypted streams, behind an equals
+sign and in quotation marks: it may begin with a dash, and hold what means something to the shell.
 """
 
 import argparse
