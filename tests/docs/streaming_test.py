@@ -1,15 +1,18 @@
 #!/usr/bin/python3
 """Receives with the examples what qv1k-acquire publishes on virtual detectors.
-usage: streaming_test.py <qv1k-acquire> <folder of the examples>, in an empty folder"""
+usage: streaming_test.py <qv1k-acquire> <folder of the examples> [<emulator>], in an empty folder
+With an emulator qv1k-acquire is that of Windows, and the examples are run by this system's Python all the same."""
 
+import os
 import pathlib
 import subprocess
 import sys
 
 import zmq
 
-ACQUIRE, EXAMPLES = sys.argv[1:]
+ACQUIRE, EXAMPLES, *EMULATOR = sys.argv[1:]
 PATIENCE = 60
+PLACES = ("everybody", "a", "b", "results", "shares", "encrypted", "missing")
 
 
 def expect(holds, what):
@@ -17,13 +20,22 @@ def expect(holds, what):
         sys.exit(f"wrong: {what}")
 
 
+def place(name):
+    """Where nobody else is: in this folder, or for Windows, which has no sockets there, on a loopback address of this
+    process' own."""
+    if not EMULATOR:
+        return f"ipc://{name}"
+    number = os.getpid()
+    return f"tcp://127.{1 + (number >> 16)}.{number >> 8 & 255}.{number & 255}:{21000 + PLACES.index(name)}"
+
+
 def example(name, *arguments):
     return subprocess.Popen([sys.executable, f"{EXAMPLES}/{name}", *arguments], stdout=subprocess.PIPE, text=True)
 
 
-def publish(frames, port, *options):
-    return subprocess.Popen([ACQUIRE, "acquire", "--library", "virtual", "--frames", str(frames), "--publish", port,
-                             *options], stdout=subprocess.PIPE, text=True)
+def publish(frames, where, *options):
+    return subprocess.Popen([*EMULATOR, ACQUIRE, "acquire", "--library", "virtual", "--frames", str(frames),
+                             "--publish", where, *options], stdout=subprocess.PIPE, text=True)
 
 
 def lines_of(process):
@@ -38,8 +50,8 @@ def settle(text):
 
 def check_everybody_gets_every_frame():
     settle("Scene=chart")
-    receivers = [example("receive.py", "ipc://everybody") for _ in range(2)]
-    told = lines_of(publish(3, "ipc://everybody", "--receivers", "2"))
+    receivers = [example("receive.py", place("everybody")) for _ in range(2)]
+    told = lines_of(publish(3, place("everybody"), "--receivers", "2"))
     mean = told[1].split("mean")[1].split()[0]
     for receiver in receivers:
         lines = lines_of(receiver)
@@ -52,8 +64,8 @@ def check_everybody_gets_every_frame():
 
 def check_two_detectors_and_one_receiver():
     settle("Scene=chart\nSerialNumbers=A,B")
-    receiver = example("receive.py", "ipc://a", "ipc://b")
-    publishers = [publish(2, f"ipc://{serial.lower()}", "--serial", serial, "--receivers", "1") for serial in "AB"]
+    receiver = example("receive.py", place("a"), place("b"))
+    publishers = [publish(2, place(serial.lower()), "--serial", serial, "--receivers", "1") for serial in "AB"]
     for publisher in publishers:
         lines_of(publisher)
     lines = lines_of(receiver)
@@ -64,9 +76,9 @@ def check_two_detectors_and_one_receiver():
 def check_shares():
     """Each frame reaches one of two workers."""
     settle("Scene=chart")
-    collector = example("spread.py", "collect", "ipc://results")
-    workers = [example("spread.py", "work", "ipc://shares", "ipc://results") for _ in range(2)]
-    lines_of(publish(6, "ipc://shares", "--must-arrive", "--receivers", "2"))
+    collector = example("spread.py", "collect", place("results"))
+    workers = [example("spread.py", "work", place("shares"), place("results")) for _ in range(2)]
+    lines_of(publish(6, place("shares"), "--must-arrive", "--receivers", "2"))
     for worker in workers:
         lines_of(worker)
     expect([line.split()[0] for line in lines_of(collector)] == list("123456"), "six results in order")
@@ -77,8 +89,8 @@ def check_raw_and_encrypted():
     pairs = iter(zmq.curve_keypair, None)
     public, secret = next(pair for pair in pairs if pair[0].startswith(b"-"))
     pathlib.Path("key").write_bytes(secret + b"\n")
-    receiver = example("receive.py", "--share", f"--key={public.decode()}", "ipc://encrypted")
-    lines_of(publish(2, "ipc://encrypted", "--must-arrive", "--publish-raw", "--publish-key", "key"))
+    receiver = example("receive.py", "--share", f"--key={public.decode()}", place("encrypted"))
+    lines_of(publish(2, place("encrypted"), "--must-arrive", "--publish-raw", "--publish-key", "key"))
     lines = lines_of(receiver)
     expect(lines[0].startswith("QV1K frame 1: min ") and lines[0].endswith(" sample"), lines)
     expect(lines[-1] == "QV1K: 2 of 2 frames received", lines)
@@ -86,8 +98,8 @@ def check_raw_and_encrypted():
 
 def check_a_detector_that_is_missing():
     settle("Attached=false")
-    receiver = example("receive.py", "ipc://missing")
-    failed = publish(1, "ipc://missing", "--receivers", "1")
+    receiver = example("receive.py", place("missing"))
+    failed = publish(1, place("missing"), "--receivers", "1")
     failed.communicate(timeout=PATIENCE)
     expect(failed.returncode == 1, failed.returncode)
     expect(lines_of(receiver) == ["?: 0 of 0 frames received, 0 lost"], "the end of a run that did not begin is told")
