@@ -196,6 +196,17 @@ TEST(FramePublisher, an_endpoint_that_cannot_be_bound_is_told)
     EXPECT_FALSE(second.waitForReceivers());
     EXPECT_FALSE(second.publish(rawFrame(), {}));
     EXPECT_FALSE(second.end(patienceMs));
+    EXPECT_EQ(second.endpoint(), QString());
+}
+
+TEST(FramePublisher, a_receiver_of_what_may_be_lost_that_stays_is_no_failure)
+{
+    FramePublisher publisher(options(false, 1));
+    Receiver receiver(zmq::socket_type::sub);
+    receiver.connect(publisher.endpoint());
+    ASSERT_TRUE(publisher.waitForReceivers()) << publisher.problem().toStdString();
+    EXPECT_TRUE(publisher.end(0));
+    EXPECT_EQ(publisher.problem(), QString());
 }
 
 TEST(FramePublisher, receivers_that_do_not_come_are_waited_for_no_longer_than_told)
@@ -248,6 +259,23 @@ TEST(FramePublisher, a_receiver_that_takes_nothing_at_the_end_is_told_of)
         ASSERT_TRUE(publisher.publish({}, ramp()));
     EXPECT_FALSE(publisher.end(1000));
     EXPECT_EQ(publisher.problem(), "the receivers did not take all frames within 1 s");
+}
+
+TEST(FramePublisher, the_first_failure_is_the_one_that_is_told)
+{
+    bool mayWait = true;
+    FramePublisher publisher(options(true, 1), [&] { return mayWait; });
+    Receiver receiver(zmq::socket_type::pull);
+    receiver.connect(publisher.endpoint());
+    ASSERT_TRUE(publisher.waitForReceivers()) << publisher.problem().toStdString();
+    mayWait = false;
+    int sent = 0;
+    while (sent < 200 && publisher.publish({}, ramp()))
+        ++sent;
+    EXPECT_LT(sent, 200) << "it takes none";
+    EXPECT_EQ(publisher.problem(), "the wait for receivers was ended");
+    EXPECT_FALSE(publisher.end(0));
+    EXPECT_EQ(publisher.problem(), "the wait for receivers was ended");
 }
 
 TEST(FramePublisher, a_slow_one_of_those_who_share_is_told_the_end_behind_its_frames)
