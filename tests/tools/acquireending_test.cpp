@@ -81,6 +81,21 @@ TEST_F(StartedRun, a_signal_ends_a_run_whose_stream_has_stalled)
     expectTidyLog();
 }
 
+TEST_F(StartedRun, a_signal_ends_a_calibration_and_leaves_no_reference)
+{
+    detector("[Faults]\nStallAfterBytes=5000000\n");
+    startCommand({QStringLiteral("calibrate"), QStringLiteral("bright"), QStringLiteral("--frames"),
+                  QStringLiteral("2"), QStringLiteral("--to"), QStringLiteral("b.csv")});
+    waitForWritten(startFrame);
+    EndRequest::common().send(process);
+    waitForEnd();
+    expectEndBy(EndRequest::common());
+    EXPECT_TRUE(errors.startsWith(QStringLiteral("qv1k-acquire: ended by a signal, "))) << qPrintable(errors);
+    EXPECT_EQ(written(haltFrame), 1);
+    EXPECT_FALSE(QFile::exists(folder.filePath(QStringLiteral("b.csv"))));
+    expectTidyLog();
+}
+
 TEST_F(StartedRun, an_output_that_nobody_reads_any_more_ends_the_run_in_good_order)
 {
     detector("");

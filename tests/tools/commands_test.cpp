@@ -97,6 +97,23 @@ TEST_F(Commands, list_of_nothing_is_empty_and_ends_well)
     EXPECT_EQ(summary()[u"detectors"].toArray().size(), 0);
 }
 
+TEST_F(Commands, without_a_list_of_what_is_attached_each_ends)
+{
+    environment.insert(QStringLiteral("QV1K_NO_LIST"), QStringLiteral("1"));
+    command(QStringLiteral("list"), {json});
+    expectFailure(QStringLiteral("what is attached cannot be listed"));
+    EXPECT_EQ(summary()[u"complete"], false);
+    const QString none = QStringLiteral("no detector found");
+    command(QStringLiteral("info"));
+    expectFailure(none);
+    command(QStringLiteral("set"), {QStringLiteral("--range"), QStringLiteral("50")});
+    expectFailure(none);
+    command(QStringLiteral("calibrate"),
+            {QStringLiteral("dark"), QStringLiteral("--to"), QStringLiteral("d.csv")});
+    expectFailure(none);
+    EXPECT_FALSE(QFile::exists(folder.filePath(QStringLiteral("d.csv"))));
+}
+
 TEST_F(Commands, info_reads_back_what_the_detector_tells_of_itself)
 {
     detector("BatteryLevel=42\n");

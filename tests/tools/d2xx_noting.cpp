@@ -3,6 +3,7 @@
 // program that uses it:
 //   QV1K_FILE_SIZE_LIMIT   no file can grow beyond so many bytes
 //   QV1K_FULL_FILE         what is written under this name finds no room
+//   QV1K_NO_LIST           what is attached cannot be listed
 
 #include "tests/support/limitedwriting.h"
 #include "tests/support/providercalls.h"
@@ -32,9 +33,19 @@ struct Obstacles
 d2xx::Status QV1K_D2XX_CALL noteAndWrite(d2xx::Handle handle, void *buffer, std::uint32_t length,
                                          std::uint32_t *bytesWritten);
 
+d2xx::Status QV1K_D2XX_CALL listNothing(std::uint32_t *)
+{
+    return d2xx::Status::IoError;
+}
+
 struct NotingLibrary
 {
-    NotingLibrary() { calls.write = &noteAndWrite; }
+    NotingLibrary()
+    {
+        calls.write = &noteAndWrite;
+        if (qEnvironmentVariableIsSet("QV1K_NO_LIST"))
+            calls.createDeviceInfoList = &listNothing;
+    }
 
     Obstacles obstacles;
     const d2xx::Functions detector = callsOfVirtualDetector(QStringLiteral(QV1K_VIRTUAL_LIBRARY));

@@ -19,12 +19,17 @@ protected:
     /// Asks for more frames than will come.
     void start(const QStringList &arguments = {})
     {
+        startCommand(QStringList{QStringLiteral("--output"), QStringLiteral("out"), QStringLiteral("--name"),
+                                 QStringLiteral("T"), QStringLiteral("--frames"), QStringLiteral("100000")} +
+                     arguments);
+    }
+
+    void startCommand(const QStringList &arguments)
+    {
         process.setProcessEnvironment(environment);
         process.start(QStringLiteral(QV1K_ACQUIRE),
-                      QStringList{QStringLiteral("--library"), QStringLiteral(QV1K_NOTING_LIBRARY),
-                                  QStringLiteral("--output"), QStringLiteral("out"), QStringLiteral("--name"),
-                                  QStringLiteral("T"), QStringLiteral("--frames"), QStringLiteral("100000")} +
-                          arguments);
+                      arguments +
+                          QStringList{QStringLiteral("--library"), QStringLiteral(QV1K_NOTING_LIBRARY)});
         ASSERT_TRUE(process.waitForStarted()) << qPrintable(process.errorString());
     }
 
