@@ -66,7 +66,7 @@ void RegionDrag::release(const QMouseEvent &event)
     if (isChosen) {
         const QSizeF size = m_picture.size();
         const QRect part = draggedTo(event.position());
-        Q_EMIT chosen({framePixelAt(part.topLeft(), size), framePixelAt(part.bottomRight(), size)});
+        Q_EMIT chosen({framePixelAt(part.topLeft(), size), lastFramePixelUnder(part.bottomRight(), size)});
     }
     m_pressed.reset();
 }

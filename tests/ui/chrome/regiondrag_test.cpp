@@ -44,7 +44,7 @@ protected:
 
 TEST_F(DraggedPicture, tells_the_part_in_pixels_of_the_frame_from_whichever_corner)
 {
-    const QRect part(QPoint(200, 40), QPoint(400, 80));
+    const QRect part(QPoint(200, 40), QPoint(401, 81));
     for (const auto &[from, to] : {std::pair(QPoint(100, 20), QPoint(200, 40)), {{200, 20}, {100, 40}}}) {
         QTest::mousePress(&picture, Qt::LeftButton, {}, from);
         EXPECT_FALSE(isBandShown());
@@ -93,7 +93,29 @@ TEST_F(DraggedPicture, is_cut_at_the_edges)
     QTest::mousePress(&picture, Qt::LeftButton, {}, QPoint(256, 256));
     QTest::mouseMove(&picture, QPoint(2000, -50));
     QTest::mouseRelease(&picture, Qt::LeftButton, {}, QPoint(2000, -50));
-    EXPECT_EQ(regions(), QList<QRect>({QRect(QPoint(512, 0), QPoint(1022, 512))}));
+    EXPECT_EQ(regions(), QList<QRect>({QRect(QPoint(512, 0), QPoint(1023, 513))}));
+}
+
+TEST_F(DraggedPicture, reaches_the_frames_edges_at_every_size)
+{
+    for (const int side : {100, 511, 700, 1024, 1500, 2048}) {
+        picture.resize(side, side);
+        chosen.clear();
+        QTest::mousePress(&picture, Qt::LeftButton, {}, QPoint(0, side - 1));
+        QTest::mouseMove(&picture, QPoint(side - 1, side / 2));
+        QTest::mouseRelease(&picture, Qt::LeftButton, {}, QPoint(side - 1, side / 2));
+        const int upper = side / 2 * 1024 / side;
+        EXPECT_EQ(regions(), QList<QRect>({QRect(QPoint(0, upper), QPoint(1023, 1023))})) << side;
+    }
+}
+
+TEST_F(DraggedPicture, of_a_picture_larger_than_the_frame_is_what_shows_the_pixels)
+{
+    picture.resize(2048, 2048);
+    QTest::mousePress(&picture, Qt::LeftButton, {}, QPoint(201, 400));
+    QTest::mouseMove(&picture, QPoint(400, 801));
+    QTest::mouseRelease(&picture, Qt::LeftButton, {}, QPoint(400, 801));
+    EXPECT_EQ(regions(), QList<QRect>({QRect(QPoint(100, 200), QPoint(200, 400))}));
 }
 
 TEST_F(DraggedPicture, goes_in_the_middle_of_a_drag)
