@@ -96,6 +96,21 @@ TEST(DriverBoundary, closing_waits_for_a_call_that_is_under_way_on_another_threa
     EXPECT_FALSE(fake.isOpen());
 }
 
+TEST(DriverBoundary, a_library_that_fails_to_tell_a_problem_tells_none)
+{
+    const FakeD2xx fake;
+    d2xx::Functions functions = FakeD2xx::functions();
+    functions.tellProblem = [](Handle, char *text, quint32 size) {
+        qstrncpy(text, "not meant", size);
+        return Status::OtherError;
+    };
+    D2xx d2xx(functions);
+    EXPECT_EQ(d2xx.problem(nullptr), QString());
+    Handle handle = nullptr;
+    ASSERT_EQ(d2xx.open("QV1K", &handle), Status::Ok);
+    EXPECT_EQ(d2xx.problem(handle), QString());
+}
+
 namespace {
 
 /// Lets a call that hangs come back at the end of a test.

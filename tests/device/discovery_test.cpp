@@ -1,3 +1,4 @@
+#include "device/d2xxlibrary.h"
 #include "tests/support/debugoutput.h"
 #include "tests/support/linkfixture.h"
 
@@ -190,6 +191,17 @@ TEST_F(Discovery, destroying_the_link_closes_an_open_device)
     EXPECT_FALSE(fake.isOpen());
     EXPECT_TRUE(log.waitFor({created, QStringLiteral("串口连接配置成功"), QStringLiteral("串口销毁"),
                              QStringLiteral("串口关闭")}));
+}
+
+TEST_F(Discovery, without_a_driver_that_was_set_it_is_the_default_one)
+{
+    PortManager::destroyInstance();
+    PortManager::setDriver(nullptr);
+    PortManager::createInstance();
+    quint32 count = 0;
+    const auto status = D2xxLibrary::load({}).driver->createDeviceInfoList(&count);
+    EXPECT_EQ(link().listDevices().size(), status == d2xx::Status::Ok ? count : 0U);
+    EXPECT_FALSE(link().openDevice(QStringLiteral("no such detector")));
 }
 
 TEST_F(Discovery, without_a_driver_library_there_are_no_devices_and_none_opens)

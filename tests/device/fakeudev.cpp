@@ -21,6 +21,7 @@ struct State
     QByteArray filter;
     QList<QByteArray> watched;
     int handedOut = 0;
+    FakeUdev::Call failing = FakeUdev::Call::None;
 };
 
 State &state()
@@ -31,9 +32,11 @@ State &state()
 
 /// What is handed out need not be anything.
 template <typename Handle>
-Handle *handOut()
+Handle *handOut(FakeUdev::Call call)
 {
     static char thing;
+    if (state().failing == call)
+        return nullptr;
     ++state().handedOut;
     return reinterpret_cast<Handle *>(&thing);
 }
@@ -61,8 +64,18 @@ void FakeUdev::reset()
 void FakeUdev::tell(const char *action, const QByteArray &product)
 {
     state().events.append({action, product});
+    tellNothing();
+}
+
+void FakeUdev::tellNothing()
+{
     if (write(state().pipe[1], "!", 1) != 1)
         qFatal("the pipe is full");
+}
+
+void FakeUdev::fail(Call call)
+{
+    state().failing = call;
 }
 
 QList<QByteArray> FakeUdev::watched()
@@ -77,7 +90,7 @@ int FakeUdev::handedOut()
 
 udev *udev_new()
 {
-    return handOut<udev>();
+    return handOut<udev>(FakeUdev::Call::New);
 }
 
 udev *udev_unref(udev *)
@@ -87,7 +100,7 @@ udev *udev_unref(udev *)
 
 udev_monitor *udev_monitor_new_from_netlink(udev *, const char *)
 {
-    return handOut<udev_monitor>();
+    return handOut<udev_monitor>(FakeUdev::Call::Monitor);
 }
 
 udev_monitor *udev_monitor_unref(udev_monitor *)
@@ -98,11 +111,13 @@ udev_monitor *udev_monitor_unref(udev_monitor *)
 int udev_monitor_filter_add_match_subsystem_devtype(udev_monitor *, const char *subsystem, const char *type)
 {
     state().filter = QByteArray(subsystem) + '/' + type;
-    return 0;
+    return state().failing == FakeUdev::Call::Filter ? -1 : 0;
 }
 
 int udev_monitor_enable_receiving(udev_monitor *)
 {
+    if (state().failing == FakeUdev::Call::Receiving)
+        return -1;
     state().watched.append(state().filter);
     return 0;
 }
@@ -115,7 +130,7 @@ int udev_monitor_get_fd(udev_monitor *)
 udev_device *udev_monitor_receive_device(udev_monitor *)
 {
     char byte = 0;
-    if (state().events.isEmpty() || read(state().pipe[0], &byte, 1) != 1)
+    if (read(state().pipe[0], &byte, 1) != 1 || state().events.isEmpty())
         return nullptr;
     ++state().handedOut;
     return new udev_device(state().events.takeFirst());

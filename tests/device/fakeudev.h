@@ -14,6 +14,12 @@ public:
     /// Something happened: "add" or "remove" and such, and the property PRODUCT, empty where there is none.
     static void tell(const char *action, const QByteArray &product);
 
+    /// Something is told that cannot be received.
+    static void tellNothing();
+    /// That call of the library fails from now on.
+    enum class Call { None, New, Monitor, Filter, Receiving };
+    static void fail(Call call);
+
     /// What is watched: "subsystem/device type", once for each that began to listen.
     [[nodiscard]] static QList<QByteArray> watched();
     /// What was handed out and not given back.

@@ -11,15 +11,18 @@ namespace {
 
 /// A detector that answers each block request with a block at once, and a GUI thread that does not get to its
 /// events: frames pile up.
-class HeldBack : public LinkFixture
+class PilingUp : public LinkFixture
 {
 protected:
-    HeldBack()
+    PilingUp()
     {
         link().openDevice(QStringLiteral("QV1K"));
         fake.setOnWrite([this](const QByteArray &command) {
-            if (command.startsWith(QByteArray("\xFF\xAA\x00", 3)))
-                fake.push(QByteArray(FrameFormat::blockBytes, 'x'));
+            if (!command.startsWith(QByteArray("\xFF\xAA\x00", 3)))
+                return;
+            if (onRequest)
+                onRequest();
+            fake.push(QByteArray(FrameFormat::blockBytes, 'x'));
         });
         QObject::connect(&link(), &PortManager::read_ready, &m_context, [this] {
             ++received;
@@ -27,6 +30,10 @@ protected:
                 onReceived();
         });
         QObject::connect(&link(), &PortManager::stop, &m_context, [this] { ++stops; });
+    }
+
+    void start()
+    {
         link().startReceive();
         link().write(CommandFrame::blockRequest(0));
     }
@@ -51,10 +58,17 @@ protected:
 
     int received = 0;
     int stops = 0;
+    std::function<void()> onRequest;  ///< before its block is sent; set before the start
     std::function<void()> onReceived; ///< while the frame is at work
 
 private:
     QObject m_context;
+};
+
+class HeldBack : public PilingUp
+{
+protected:
+    HeldBack() { start(); }
 };
 
 constexpr int requestsFor64Frames = 64 * FrameFormat::blocksPerFrame;
@@ -132,6 +146,19 @@ TEST_F(HeldBack, a_stop_request_is_honoured_while_held_back)
     EXPECT_EQ(fake.written().last(), CommandFrame::haltAcquisition());
     ASSERT_TRUE(QTest::qWaitFor([&] { return stops == 1; }, 10000));
     EXPECT_EQ(received, 64);
+}
+
+TEST_F(PilingUp, is_stopped_at_once_by_a_request_that_comes_while_the_64th_frame_arrives)
+{
+    onRequest = [&] {
+        if (fake.writes() == requestsFor64Frames)
+            link().requestStop();
+    };
+    start();
+    ASSERT_TRUE(waitBlocked([&] { return fake.written().contains(CommandFrame::haltAcquisition()); }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return stops == 1; }, 10000));
+    EXPECT_EQ(received, 64);
+    EXPECT_EQ(fake.writes(), requestsFor64Frames + 1);
 }
 
 TEST_F(HeldBack, a_new_start_while_held_back_begins_afresh)

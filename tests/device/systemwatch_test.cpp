@@ -50,6 +50,7 @@ TEST_F(SystemWatch, other_devices_and_other_events_are_not_told)
     FakeUdev::tell("add", {});
     FakeUdev::tell("bind", "403/6014/900");
     FakeUdev::tell("remove", "1d6b/2/601");
+    FakeUdev::tellNothing();
     FakeUdev::tell("remove", "403/6001/600"); // the last: what was told before it would stand before it
     ASSERT_TRUE(QTest::qWaitFor([this] { return !told.isEmpty(); }, 10000));
     EXPECT_EQ(told, "-");
@@ -72,4 +73,20 @@ TEST_F(SystemWatch, what_the_system_handed_out_is_given_back)
     EXPECT_GT(FakeUdev::handedOut(), 0);
     end();
     EXPECT_EQ(FakeUdev::handedOut(), 0);
+}
+
+TEST_F(SystemWatch, a_system_that_cannot_be_watched_is_left_alone)
+{
+    using enum FakeUdev::Call;
+    for (const FakeUdev::Call call : {New, Monitor, Filter, Receiving}) {
+        FakeUdev::reset();
+        FakeUdev::fail(call);
+        watch(fake.driver());
+        FakeUdev::tell("add", "403/6014/900");
+        QCoreApplication::processEvents();
+        EXPECT_EQ(told, "");
+        EXPECT_EQ(FakeUdev::watched(), QList<QByteArray>());
+        end();
+        EXPECT_EQ(FakeUdev::handedOut(), 0);
+    }
 }

@@ -46,3 +46,12 @@ TEST(GuardedApplication, without_a_log_tells_it_on_the_debug_output)
     EXPECT_FALSE(application.notify(nullptr, nullptr));
     EXPECT_TRUE(output.contains(QStringLiteral("程序异常：no memory")));
 }
+
+TEST(GuardedApplication, with_a_log_that_could_not_be_opened_tells_it_on_the_debug_output)
+{
+    const UnopenedLog log;
+    const DebugOutput output;
+    GuardedApplication<Throwing> application;
+    EXPECT_FALSE(application.notify(nullptr, nullptr));
+    EXPECT_TRUE(output.contains(QStringLiteral("程序异常：no memory")));
+}

@@ -22,6 +22,24 @@ inline QStringList logMessages(const QString &log)
     return result;
 }
 
+/// The program's log whose file cannot be opened, as it is when its thread has ended for that, for the life
+/// of a test.
+class UnopenedLog
+{
+public:
+    UnopenedLog()
+    {
+        QDir().mkpath(logName()); // a folder stands where the file should be
+        LogManager::createInstance();
+        LogManager::instance()->wait();
+    }
+    ~UnopenedLog() { LogManager::destroyInstance(); }
+    Q_DISABLE_COPY_MOVE(UnopenedLog)
+
+private:
+    WorkingFolder m_folder;
+};
+
 /// The program's log in an empty working folder, for the life of a test.
 class LogFile
 {
