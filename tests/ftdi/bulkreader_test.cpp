@@ -325,10 +325,35 @@ TEST_F(BulkReading, ends_when_a_transfer_cannot_be_begun_again)
     EXPECT_EQ(untilTheEnd(), numbered(4));
 }
 
+TEST_F(BulkReading, a_transfer_that_cannot_be_begun_is_no_unplug_unless_the_bridge_is_gone)
+{
+    usb.submitsLeft = 5;
+    usb.submitResult = LIBUSB_ERROR_IO;
+    EXPECT_THAT(untilTheEnd(), IsEmpty());
+    EXPECT_THAT(reader.ending(), testing::HasSubstr("fail again and again"));
+}
+
 TEST_F(BulkReading, ends_when_events_cannot_be_handled)
 {
     usb.handlingResult = LIBUSB_ERROR_IO;
     EXPECT_FALSE(reader.read(10ms));
+}
+
+TEST_F(BulkReading, ends_when_events_cannot_be_handled_while_it_waits_for_memory)
+{
+    usb.mostUnderWay = 0;
+    EXPECT_THAT(next(), IsEmpty());
+    usb.handlingResult = LIBUSB_ERROR_IO;
+    EXPECT_FALSE(reader.read(10ms));
+}
+
+TEST_F(BulkReading, a_bridge_is_not_gone_while_transfers_wait_or_end_well)
+{
+    EXPECT_THAT(next(), IsEmpty());
+    EXPECT_FALSE(reader.isGone());
+    usb.deliver(packed(numbered(3)));
+    EXPECT_FALSE(reader.isGone());
+    EXPECT_EQ(next(), numbered(3));
 }
 
 TEST_F(BulkReading, a_stop_drops_what_ended_and_waits_for_the_rest)

@@ -85,6 +85,8 @@ TEST_F(Bridges, each_is_listed_with_what_is_known_of_it)
     EXPECT_EQ(records[0].locationId, 1U);
     EXPECT_EQ(records[0].handle, nullptr);
     EXPECT_STREQ(records[1].serialNumber, "QV1K");
+    bus.entries[0].info.isHighSpeed = false;
+    EXPECT_EQ(list()[0].flags, 0U);
 }
 
 TEST_F(Bridges, texts_that_are_too_long_are_cut_and_still_end)

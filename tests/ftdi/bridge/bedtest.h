@@ -31,6 +31,14 @@ protected:
         bed.unplug(port);
         bridge = nullptr;
     }
+    std::vector<d2xx::DeviceRecord> list()
+    {
+        std::uint32_t count = 0;
+        EXPECT_EQ(f.createDeviceInfoList(&count), d2xx::Status::Ok);
+        std::vector<d2xx::DeviceRecord> records(count);
+        EXPECT_EQ(f.getDeviceInfoList(records.data(), &count), d2xx::Status::Ok);
+        return records;
+    }
     d2xx::Status open(const char *serialNumber = "QV1K")
     {
         return f.openEx(const_cast<char *>(serialNumber), d2xx::openBySerialNumber, &handle);

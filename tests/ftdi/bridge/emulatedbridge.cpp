@@ -61,7 +61,7 @@ int EmulatedBridge::submit(Urb urb)
     if (urb.endpoint == controlEndpoint && !m_faults.isMute) {
         runControl(urb);
         complete(std::move(urb));
-    } else if (urb.endpoint == outEndpoint) {
+    } else if (urb.endpoint == outEndpoint && !m_faults.holdsWrites) {
         runWrite(urb);
         complete(std::move(urb));
     } else {
@@ -172,6 +172,13 @@ std::size_t EmulatedBridge::underWay() const
 {
     const std::lock_guard lock(m_mutex);
     return m_underWay.size();
+}
+
+std::size_t EmulatedBridge::writesUnderWay() const
+{
+    const std::lock_guard lock(m_mutex);
+    return static_cast<std::size_t>(std::count_if(
+        m_underWay.begin(), m_underWay.end(), [](const Urb &urb) { return urb.endpoint == outEndpoint; }));
 }
 
 int EmulatedBridge::haltsCleared() const

@@ -46,6 +46,7 @@ public:
         std::size_t partial = 0;          ///< bytes that the failing one brings all the same
         int writeFailures = 0;            ///< that many writing transfers fail in the same way
         std::size_t writePartial = 0;     ///< bytes of each that arrive all the same
+        bool holdsWrites = false;         ///< writing transfers are not completed
         bool staysHalted = false;         ///< clearing a halt does not help
         std::size_t mostReads = SIZE_MAX; ///< under way; more are refused: no memory
     };
@@ -79,6 +80,7 @@ public:
         return call(m_chip);
     }
     [[nodiscard]] std::size_t underWay() const;
+    [[nodiscard]] std::size_t writesUnderWay() const;
     [[nodiscard]] int haltsCleared() const;
     [[nodiscard]] const std::string &node() const { return m_readiness.path(); }
     /// That open file of this process, the node, can be waited on for transfers to reap, and for the end.

@@ -2,6 +2,7 @@
 #include "tests/ftdi/numbered.h"
 
 #include <cerrno>
+#include <future>
 
 using d2xx::Status;
 using testing::HasSubstr;
@@ -109,6 +110,45 @@ TEST_F(Recovery, a_write_that_cannot_be_mended_ends_the_connection_and_says_why)
     // The emulated system hears of a closed node a little later.
     ASSERT_TRUE(QTest::qWaitFor([this] { return open() == Status::Ok; }, patienceMs));
     EXPECT_EQ(f.write(handle, bytes.data(), 10, &written), Status::Ok);
+    EXPECT_EQ(f.close(handle), Status::Ok);
+}
+
+TEST_F(Recovery, a_write_that_fails_as_no_clearing_mends_ends_the_connection_at_once)
+{
+    plugIn();
+    ASSERT_EQ(open(), Status::Ok);
+    bridge->setFaults({.failure = EOVERFLOW, .writeFailures = 1});
+    auto bytes = numbered(10);
+    std::uint32_t written = 99;
+    EXPECT_EQ(f.write(handle, bytes.data(), 10, &written), Status::IoError);
+    EXPECT_EQ(written, 0U);
+    EXPECT_THAT(problem(handle), HasSubstr("does not take what is sent"));
+    EXPECT_EQ(f.close(handle), Status::Ok);
+}
+
+TEST_F(Recovery, a_cable_that_is_pulled_ends_a_write_that_waits_and_is_told_as_such)
+{
+    plugIn();
+    ASSERT_EQ(open(), Status::Ok);
+    bridge->setFaults({.holdsWrites = true});
+    auto status = std::async(std::launch::async, [this] {
+        auto bytes = numbered(10);
+        std::uint32_t written = 99;
+        return f.write(handle, bytes.data(), 10, &written);
+    });
+    EXPECT_TRUE(QTest::qWaitFor([this] { return bridge->writesUnderWay() == 1; }, patienceMs));
+    unplug();
+    EXPECT_EQ(status.get(), Status::IoError);
+    EXPECT_THAT(problem(handle), HasSubstr("unplugged"));
+    EXPECT_EQ(f.close(handle), Status::Ok);
+}
+
+TEST_F(Recovery, a_chip_that_answers_no_more_fails_what_is_asked_of_it_and_can_be_closed)
+{
+    plugIn();
+    ASSERT_EQ(open(), Status::Ok);
+    bridge->setFaults({.isMute = true});
+    EXPECT_EQ(f.purge(handle, d2xx::purgeReceived), Status::IoError);
     EXPECT_EQ(f.close(handle), Status::Ok);
 }
 

@@ -35,6 +35,19 @@ TEST_F(Refusals, of_a_bridge_that_another_program_holds_that_program_is_named)
     EXPECT_THAT(problem(), HasSubstr("Another program holds the bridge (/dev/bus/usb/001/002): "
                                      "holdbridge (process " +
                                      std::to_string(holder.processId()) + ")."));
+    QProcess other; // has it open without using it
+    other.setStandardInputFile(QStringLiteral("/dev/bus/usb/001/002"));
+    other.start(QStringLiteral("sleep"), {QStringLiteral("1000")});
+    ASSERT_TRUE(other.waitForStarted(patienceMs));
+    const auto named = [](const char *name, const QProcess &process) {
+        return HasSubstr(name + (" (process " + std::to_string(process.processId()) + ')'));
+    };
+    EXPECT_EQ(open(), Status::DeviceNotOpened);
+    EXPECT_THAT(problem(),
+                testing::AllOf(named("holdbridge", holder), named("sleep", other), HasSubstr("), ")));
+    other.kill();
+    ASSERT_TRUE(other.waitForFinished(patienceMs));
+
     holder.closeWriteChannel();
     ASSERT_TRUE(holder.waitForFinished(patienceMs));
     ASSERT_TRUE(QTest::qWaitFor([this] { return open() == Status::Ok; }, patienceMs));

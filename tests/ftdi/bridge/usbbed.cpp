@@ -22,7 +22,7 @@ std::vector<gchar *> pointersTo(const Texts &texts)
 struct UsbBed::System
 {
     UMockdevTestbed *bed = umockdev_testbed_new();
-    std::string hub;
+    std::vector<std::string> hubs = std::vector<std::string>(10); ///< the computer's own, then by port
 
     std::string root() const
     {
@@ -43,6 +43,19 @@ struct UsbBed::System
         umockdev_testbed_set_attribute_binary(bed, text.c_str(), "descriptors", descriptors.data(),
                                               static_cast<gint>(descriptors.size()));
         return text;
+    }
+
+    std::string addHub(const std::string &name, const char *parent, int address) const
+    {
+        const std::string number = std::to_string(address);
+        const std::string padded = std::string(3 - number.size(), '0') + number;
+        return add(name, parent,
+                   {"busnum", "1", "devnum", number, "speed", "480", "bConfigurationValue", "1", "dev",
+                    "189:" + std::to_string(address - 1), "maxchild", "9", "idVendor", "1d6b", "idProduct",
+                    "0002"},
+                   {"DEVTYPE", "usb_device", "BUSNUM", "001", "DEVNUM", padded, "DEVNAME",
+                    "/dev/bus/usb/001/" + padded, "PRODUCT", "1d6b/2/510"},
+                   descriptorsOfHub());
     }
 };
 
@@ -66,12 +79,7 @@ bool UsbBed::isAtHand()
 
 UsbBed::UsbBed() : m_system(std::make_unique<System>()), m_plugged(10)
 {
-    m_system->hub = m_system->add("usb1", nullptr,
-                                  {"busnum", "1", "devnum", "1", "speed", "480", "bConfigurationValue", "1",
-                                   "dev", "189:0", "maxchild", "9", "idVendor", "1d6b", "idProduct", "0002"},
-                                  {"DEVTYPE", "usb_device", "BUSNUM", "001", "DEVNUM", "001", "DEVNAME",
-                                   "/dev/bus/usb/001/001", "PRODUCT", "1d6b/2/510"},
-                                  descriptorsOfHub());
+    m_system->hubs[0] = m_system->addHub("usb1", nullptr, m_lastAddress);
 }
 
 UsbBed::~UsbBed() // NOLINT(bugprone-exception-escape): as in the header
@@ -81,6 +89,12 @@ UsbBed::~UsbBed() // NOLINT(bugprone-exception-escape): as in the header
     for (const auto &bridge : m_pulled)
         umockdev_testbed_detach_ioctl(m_system->bed, bridge->node.c_str(), nullptr);
     g_object_unref(m_system->bed);
+}
+
+void UsbBed::plugInHub(int port)
+{
+    m_system->hubs[static_cast<std::size_t>(port)] =
+        m_system->addHub("1-" + std::to_string(port), m_system->hubs[0].c_str(), ++m_lastAddress);
 }
 
 EmulatedBridge &UsbBed::plugIn(int port, const Identity &identity, std::unique_ptr<Lines> lines)
@@ -96,14 +110,15 @@ EmulatedBridge &UsbBed::plugIn(int port, const Identity &identity, std::unique_p
     });
     umockdev_testbed_attach_ioctl(m_system->bed, node.c_str(), place->usbfs.handler(), nullptr);
 
-    place->sysfs =
-        m_system->add("1-" + std::to_string(port), m_system->hub.c_str(),
-                      {"busnum", "1", "devnum", number, "dev", "189:" + std::to_string(address - 1), "speed",
-                       identity.isHighSpeed ? "480" : "12", "bConfigurationValue", "1", "serial",
-                       identity.serialNumber, "product", identity.product},
-                      {"DEVTYPE", "usb_device", "DEVNAME", node, "BUSNUM", "001", "DEVNUM", number, "PRODUCT",
-                       identity.productId == 0x6014 ? "403/6014/900" : "403/6015/1000"},
-                      descriptorsOf(identity));
+    place->sysfs = m_system->add(
+        (identity.hub == 0 ? "1-" : "1-" + std::to_string(identity.hub) + '.') + std::to_string(port),
+        m_system->hubs.at(static_cast<std::size_t>(identity.hub)).c_str(),
+        {"busnum", "1", "devnum", number, "dev", "189:" + std::to_string(address - 1), "speed",
+         identity.isHighSpeed ? "480" : "12", "bConfigurationValue", "1", "serial", identity.serialNumber,
+         "product", identity.product},
+        {"DEVTYPE", "usb_device", "DEVNAME", node, "BUSNUM", "001", "DEVNUM", number, "PRODUCT",
+         identity.productId == 0x6014 ? "403/6014/900" : "403/6015/1000"},
+        descriptorsOf(identity));
     if (!m_isSilent)
         umockdev_testbed_uevent(m_system->bed, place->sysfs.c_str(), "add");
     return place->bridge;

@@ -20,6 +20,7 @@ public:
         std::uint16_t productId = 0x6014;
         std::uint16_t packetSize = 512; ///< of its endpoints
         bool isHighSpeed = true;
+        int hub = 0; ///< behind the hub at that port of the computer's; 0: at the computer's own
     };
 
     UsbBed();
@@ -30,7 +31,10 @@ public:
     /// For while there is one: false when umockdev's library was not loaded first, and nothing of this works.
     [[nodiscard]] static bool isAtHand();
 
-    /// Plugs one in at that port of the hub, 1 to 9, and tells it. It stays until it is pulled.
+    /// Plugs a hub in at that port, 1 to 9, for good.
+    void plugInHub(int port);
+    /// Plugs one in at that port of its hub, 1 to 9, and tells it. It stays until it is pulled. No two at
+    /// ports of the same number.
     EmulatedBridge &plugIn(int port, const Identity &identity, std::unique_ptr<Lines> lines);
     void unplug(int port);
     /// From now on nobody is told, as where no udev runs.
