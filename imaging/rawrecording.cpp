@@ -47,9 +47,10 @@ void RawRecording::readIndex(const QString &path)
     const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
     m_description = document.object();
     const QJsonValue frames = m_description[QStringLiteral("frames")];
-    if (error.error != QJsonParseError::NoError || !frames.isArray()) {
+    if (!frames.isArray()) {
+        const bool isJson = error.error == QJsonParseError::NoError;
         m_problem = QStringLiteral("%1 is no index of raw frames: %2")
-                        .arg(path, frames.isArray() ? error.errorString() : QStringLiteral("no frames"));
+                        .arg(path, isJson ? QStringLiteral("no frames") : error.errorString());
         return;
     }
     for (const QJsonValue &value : frames.toArray()) {

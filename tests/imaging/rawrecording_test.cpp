@@ -83,7 +83,22 @@ TEST_F(RawRecordingTest, tells_of_an_index_that_is_damaged)
     EXPECT_EQ(toldOfIndex("\"number\": 2", "\"number\": -2"), index + ": the entry of frame 2 is damaged");
     EXPECT_EQ(toldOfIndex("\"crc32\"", "\"crc\""), index + ": the entry of frame 1 is damaged");
     EXPECT_EQ(toldOfIndex("\"frames\"", "\"pages\""), index + " is no index of raw frames: no frames");
-    EXPECT_TRUE(toldOfIndex("{", "").startsWith(index + " is no index of raw frames: "));
+    const QString told = toldOfIndex("{", "");
+    EXPECT_TRUE(told.startsWith(index + " is no index of raw frames: ")) << qPrintable(told);
+    EXPECT_FALSE(told.endsWith("no frames")) << "that it is no JSON";
+}
+
+TEST_F(RawRecordingTest, tells_of_a_number_in_the_index_that_cannot_be_one)
+{
+    const QByteArray whole = recording.folder.read(index);
+    for (const QByteArray entry : {"\"number\": 2", "\"offset\": 4194304", "\"bytes\": 5000"}) {
+        const QByteArray name = entry.left(entry.indexOf(' ') + 1);
+        for (const QByteArray number : {"-1", "9007199254740994", "1.5", "\"2\""}) {
+            EXPECT_EQ(toldOfIndex(entry, name + number), index + ": the entry of frame 2 is damaged")
+                << entry.constData() << ' ' << number.constData();
+            recording.folder.write(index, whole);
+        }
+    }
 }
 
 TEST(RawChecksum, is_that_of_zip)
