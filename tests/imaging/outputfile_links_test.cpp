@@ -1,6 +1,8 @@
 // Names that lead elsewhere: links and devices, as systems with links have them.
 
 #include "imaging/outputfile.h"
+#include "imaging/recorder.h"
+#include "tests/support/debugoutput.h"
 #include "tests/support/workingfolder.h"
 
 #include <gtest/gtest.h>
@@ -30,4 +32,20 @@ TEST(OutputFile, a_device_is_written_itself)
     EXPECT_EQ(file.finish(), QString());
     EXPECT_TRUE(QFileInfo::exists("/dev/null"));
     EXPECT_TRUE(QFileInfo("a.csv").isSymLink());
+}
+
+TEST(OutputFile, a_device_that_has_nothing_to_bring_to_the_disk_is_no_failure)
+{
+    const WorkingFolder folder;
+    const RecordingFiles files{".", "T"};
+    QDir().mkpath(files.folder());
+    ASSERT_TRUE(QFile::link("/dev/null", files.parameters()));
+    const DebugOutput output;
+    {
+        Recorder recorder(files.root, files.name);
+        recorder.start({.picture = true});
+        recorder.writeParameters("text");
+        EXPECT_TRUE(recorder.stop());
+    }
+    EXPECT_EQ(output.messages().filter("文件落盘失败"), QStringList());
 }

@@ -47,6 +47,13 @@ TEST(OutputFile, what_was_not_finished_is_removed_and_what_was_there_stays)
     EXPECT_EQ(folder.read("a.csv"), "before");
 }
 
+TEST(OutputFile, one_that_keeps_its_ending_and_has_none_is_a_part_all_the_same)
+{
+    const WorkingFolder folder;
+    EXPECT_EQ(PartFile("a.mp4", PartFile::Ending::PartKeepsLast).partPath(), "a.part.mp4");
+    EXPECT_EQ(PartFile("movie", PartFile::Ending::PartKeepsLast).partPath(), "movie.part");
+}
+
 TEST(OutputFile, a_rest_of_a_run_that_was_killed_is_written_over)
 {
     const WorkingFolder folder;

@@ -112,6 +112,16 @@ TEST_F(RecorderTest, another_name_or_folder_holds_for_the_next_recording)
     EXPECT_EQ(recorder.failedFiles(), 0);
 }
 
+TEST_F(RecorderTest, parameters_belong_to_the_next_recording_while_none_runs)
+{
+    QDir().mkpath("other/U");
+    recorder.setRoot("other");
+    recorder.setName("U");
+    recorder.writeParameters("text");
+    EXPECT_EQ(folder.read("other/U/SetParameterData.txt"), "text");
+    EXPECT_EQ(recorder.failedFiles(), 0);
+}
+
 TEST_F(RecorderTest, what_became_of_it_is_told_after_its_end_too)
 {
     recorder.setFrameTotal(3);

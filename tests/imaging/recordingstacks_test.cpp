@@ -261,6 +261,19 @@ TEST(RecordingStacks, a_description_that_cannot_be_written_counts_alone)
     EXPECT_TRUE(arrays(recording.content("T.npy")) == recording.currents);
 }
 
+TEST(RecordingStacks, a_stack_that_does_not_get_its_name_has_no_description)
+{
+    StackRecording recording(2);
+    recording.record(1);
+    QDir(recording.folder.path()).mkpath("save/T/T.npy"); // came meanwhile
+    const DebugOutput output;
+    recording.feed(1);
+    EXPECT_EQ(recording.pipeline.failedFiles(), 1);
+    ASSERT_EQ(output.messages().size(), 1);
+    EXPECT_TRUE(output.contains("文件改名失败"));
+    EXPECT_EQ(recording.files(), QStringList({"T.raw", "T.raw.json", "T.tif", "T.tif.json"}));
+}
+
 TEST(StackDescription, what_it_tells_of_a_recording_can_be_read_back)
 {
     RecordingFacts facts{.serial = "QV1K",
