@@ -1,15 +1,11 @@
 #include "ftdi/bulkreader.h"
-#include "ftdi/statusbytes.h"
 
 #include "tests/ftdi/fakelibusb.h"
-#include "tests/ftdi/numbered.h"
+#include "tests/ftdi/packed.h"
 
 #include <gmock/gmock.h>
 
-#include <limits>
-
 using ftdi::BulkReader;
-using ftdi::withoutStatusBytes;
 using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -19,27 +15,7 @@ namespace {
 using Bytes = std::vector<std::uint8_t>;
 using namespace std::chrono_literals;
 
-constexpr std::size_t packetSize = 512;
 constexpr std::size_t transferCount = 16;
-
-Bytes stripped(Bytes transfer)
-{
-    const auto kept = withoutStatusBytes(transfer, packetSize);
-    return {kept.begin(), kept.end()};
-}
-
-/// A transfer as the bridge makes it: two status bytes before every 510 bytes.
-Bytes packed(std::span<const std::uint8_t> payload)
-{
-    Bytes transfer;
-    do {
-        const auto part = payload.first(std::min(payload.size(), packetSize - 2));
-        payload = payload.subspan(part.size());
-        transfer.insert(transfer.end(), {0x32, 0x60});
-        transfer.insert(transfer.end(), part.begin(), part.end());
-    } while (!payload.empty());
-    return transfer;
-}
 
 class BulkReading : public testing::Test
 {
@@ -84,37 +60,6 @@ protected:
 };
 
 } // namespace
-
-TEST(StatusBytes, are_taken_out_of_every_packet)
-{
-    for (const std::size_t length : {1U, 2U, 509U, 510U, 511U, 1020U, 1021U, 65280U}) {
-        const Bytes payload = numbered(length, 17);
-        EXPECT_EQ(stripped(packed(payload)), payload) << length;
-    }
-}
-
-TEST(StatusBytes, alone_are_no_data)
-{
-    EXPECT_THAT(stripped({}), IsEmpty());
-    EXPECT_THAT(stripped({0x32}), IsEmpty());
-    EXPECT_THAT(stripped({0x32, 0x60}), IsEmpty());
-}
-
-TEST(StatusBytes, alone_behind_a_full_packet_add_nothing)
-{
-    Bytes transfer = packed(numbered(510));
-    transfer.insert(transfer.end(), {0x32, 0x60});
-    EXPECT_EQ(stripped(transfer), numbered(510));
-}
-
-TEST(StatusBytes, are_those_of_each_packet_also_of_packets_that_hold_less_or_more_than_a_transfer)
-{
-    const Bytes telling(4, 0xFF);
-    EXPECT_EQ(ftdi::lossesIn(telling, 1), 0U); // there is no second byte
-    EXPECT_EQ(ftdi::lossesIn(telling, 2), 2U);
-    EXPECT_EQ(ftdi::lossesIn(telling, 3), 1U);
-    EXPECT_EQ(ftdi::lossesIn(telling, std::numeric_limits<std::size_t>::max()), 1U);
-}
 
 TEST_F(BulkReading, begins_with_many_transfers_under_way_and_keeps_as_many)
 {
