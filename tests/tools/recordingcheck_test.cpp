@@ -1,3 +1,5 @@
+#include "device/protocol/frameformat.h"
+#include "imaging/rawrecording.h"
 #include "imaging/videofile.h"
 #include "tests/imaging/pictures.h"
 #include "tests/imaging/video.h"
@@ -7,6 +9,9 @@
 #include <gtest/gtest.h>
 
 #include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 namespace {
 
@@ -40,6 +45,29 @@ protected:
         for (int n = 0; n < frames; ++n)
             video.append(TestPictures::random(static_cast<quint32>(n)));
         EXPECT_EQ(video.finish(), QString());
+    }
+
+    /// Raw frames one after the other, and the index beside them.
+    void writeRaw(int frames) const
+    {
+        QByteArray bytes;
+        QJsonArray entries;
+        for (int n = 1; n <= frames; ++n) {
+            const QByteArray frame(FrameFormat::frameBytes, static_cast<char>(n));
+            entries.append(QJsonObject{{"number", n},
+                                       {"offset", bytes.size()},
+                                       {"bytes", frame.size()},
+                                       {"crc32", QString::number(RawRecording::checksum(frame), 16)}});
+            bytes += frame;
+        }
+        folder.write(files.raw(), bytes);
+        folder.write(RecordingFiles::description(files.raw()),
+                     QJsonDocument(QJsonObject{{"frames", entries}}).toJson());
+    }
+
+    [[nodiscard]] static QString checkRaw(int frames)
+    {
+        return RecordingCheck::check({files, frames, {.raw = true}});
     }
 
     inline static const RecordingFiles files{QStringLiteral("."), QStringLiteral("T")};
@@ -83,6 +111,16 @@ TEST_F(Check, what_is_no_number_is_found)
     EXPECT_TRUE(check(true, false, false).contains(QStringLiteral("no number in line 1")));
 }
 
+TEST_F(Check, what_stands_for_no_finite_number_is_found)
+{
+    for (const char *value : {"nan", "inf", "-inf"}) {
+        QByteArray content = csv(1024);
+        content.replace(0, 3, value);
+        writeData(content);
+        EXPECT_TRUE(check(true, false, false).contains(QStringLiteral("no number in line 1"))) << value;
+    }
+}
+
 TEST_F(Check, a_missing_grey_file_is_found)
 {
     folder.write(files.data(1), csv(1024));
@@ -120,6 +158,45 @@ TEST_F(Check, a_frame_of_the_video_that_cannot_be_decoded_is_found_although_the_
     folder.write(files.video(), content);
     EXPECT_EQ(VideoFile::countFrames(files.video(), VideoFile::Count::Stated), 3);
     EXPECT_TRUE(check(false, false, true, 3).contains(QStringLiteral("is incomplete: it holds")));
+}
+
+TEST_F(Check, a_file_of_all_frames_has_its_description_and_room_for_them)
+{
+    const RecordingForms both{.tiff = true, .npy = true};
+    const auto told = [&](int frames) {
+        return RecordingCheck::check({files, frames, both});
+    };
+    const QByteArray frame(FrameFormat::frameBytes, 'x');
+    folder.write(files.npy(), frame);
+    folder.write(RecordingFiles::description(files.npy()), "{}");
+    EXPECT_TRUE(told(1).endsWith("/T/T.tif is missing")) << qPrintable(told(1));
+    folder.write(files.tiff(), frame.repeated(2));
+    EXPECT_TRUE(told(1).endsWith("/T/T.tif.json is missing")) << qPrintable(told(1));
+    folder.write(RecordingFiles::description(files.tiff()), "{}");
+    EXPECT_EQ(told(1), QString());
+    EXPECT_TRUE(told(2).endsWith("/T/T.npy is incomplete: it has no room for 2 frames"))
+        << qPrintable(told(2));
+}
+
+TEST_F(Check, every_raw_frame_is_there_and_is_what_was_recorded)
+{
+    writeRaw(2);
+    EXPECT_EQ(checkRaw(2), QString());
+    QByteArray bytes = folder.read(files.raw());
+    bytes[FrameFormat::frameBytes] = 'x';
+    folder.write(files.raw(), bytes);
+    EXPECT_TRUE(checkRaw(2).endsWith("T.raw: frame 2 is damaged: its checksum differs"))
+        << qPrintable(checkRaw(2));
+}
+
+TEST_F(Check, raw_frames_that_the_index_does_not_tell_are_found)
+{
+    writeRaw(1);
+    folder.write(files.raw(), folder.read(files.raw()).repeated(2));
+    EXPECT_TRUE(checkRaw(2).endsWith("T.raw is incomplete: it holds 1 of 2 frames"))
+        << qPrintable(checkRaw(2));
+    folder.write(RecordingFiles::description(files.raw()), "no index");
+    EXPECT_TRUE(checkRaw(2).contains("T.raw.json is no index of raw frames: ")) << qPrintable(checkRaw(2));
 }
 
 TEST(CheckOfAnyPath, a_percent_sign_in_a_name_stands_in_the_message_as_it_is)
