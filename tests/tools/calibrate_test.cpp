@@ -87,6 +87,22 @@ TEST_F(Commands, frames_are_shown_between_the_two_references_that_are_given)
     EXPECT_GT(between, 100);
 }
 
+TEST_F(Commands, with_a_bright_reference_alone_nothing_is_dark)
+{
+    detector("");
+    folder.write("bright.csv", evenFrame("50"));
+    runVirtual({"--data", "--bright", "bright.csv"});
+    EXPECT_EQ(exitCode, 0) << qPrintable(errors);
+    const QList<double> currents = numbers(folder.read("out/T/T_data1.csv"));
+    const QList<double> levels = numbers(folder.read("out/T/T_data_gray1.csv"));
+    ASSERT_EQ(currents.size(), levels.size());
+    double farthest = 0.0;
+    for (qsizetype i = 0; i < currents.size(); ++i)
+        farthest =
+            std::max(farthest, std::abs(levels[i] - std::clamp(currents[i] / 50.0 * 255.0, 0.0, 255.0)));
+    EXPECT_LE(farthest, 1.01) << "cut to whole numbers";
+}
+
 TEST_F(Commands, a_reference_that_is_not_whole_is_told_and_nothing_is_opened)
 {
     detector("");
@@ -117,6 +133,15 @@ TEST_F(Commands, a_reference_that_cannot_be_written_is_an_error)
     command(QStringLiteral("calibrate"), {QStringLiteral("dark")});
     EXPECT_EQ(exitCode, 2);
     EXPECT_TRUE(errors.contains(QStringLiteral("calibrate needs --to")));
+}
+
+TEST_F(Commands, a_reference_whose_folder_cannot_be_made_is_told_before_the_detector_is_opened)
+{
+    detector("");
+    folder.write("file", "stands where the folder should be");
+    command("calibrate", {"dark", "--to", "file/dark.csv"});
+    expectFailure("the folder file cannot be created");
+    EXPECT_FALSE(QFile::exists(folder.filePath("written.txt")));
 }
 
 TEST_F(Commands, a_detector_that_is_unplugged_leaves_no_reference)

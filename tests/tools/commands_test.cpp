@@ -28,6 +28,9 @@ TEST_F(Acquire, what_is_wrong_with_an_argument_is_told_by_its_name)
         {{QStringLiteral("--frames")}, "Missing value after '--frames'."},
         {{QStringLiteral("--data=1")}, "Unexpected value after '--data'."},
         {{QStringLiteral("--this"), QStringLiteral("--that")}, "Unknown options: this, that."},
+        {{QStringLiteral("-x")}, "Unknown option 'x'."},
+        {{QStringLiteral("-")}, "unexpected argument \"-\""},
+        {{QStringLiteral("calibrate"), QStringLiteral("--to=x")}, "calibrate needs dark or bright"},
         {{QStringLiteral("--frames=")}, "--frames takes a whole number from 1 to 1000000, not \"\""},
         {{QStringLiteral("--"), QStringLiteral("--help")}, "unexpected argument \"--help\""}};
     for (const auto &[arguments, text] : wrong) {
@@ -57,7 +60,7 @@ TEST_F(Acquire, the_last_of_several_values_counts)
 
 TEST_F(Acquire, each_command_explains_itself_without_a_detector)
 {
-    for (const char *name : {"acquire", "list", "info", "set"}) {
+    for (const char *name : {"acquire", "calibrate", "list", "info", "replay", "set"}) {
         run({QString::fromLatin1(name), QStringLiteral("--help")});
         EXPECT_EQ(exitCode, 0);
         EXPECT_TRUE(output.startsWith(QStringLiteral("Usage: qv1k-acquire %1 ").arg(QLatin1String(name))));
@@ -65,6 +68,21 @@ TEST_F(Acquire, each_command_explains_itself_without_a_detector)
         EXPECT_TRUE(output.contains(QStringLiteral("Keys of --json:")));
         EXPECT_TRUE(output.contains(QStringLiteral("Example:\n  qv1k-acquire ")));
     }
+}
+
+TEST_F(Acquire, help_and_version_are_given_whatever_else_stands_there)
+{
+    run({"--help"});
+    const QString help = output;
+    const QList<QStringList> others{{"stray", "--help-all"}, {"stray", "-h"}, {"--frames", "many", "-?"}};
+    for (const QStringList &arguments : others) {
+        run(arguments);
+        EXPECT_EQ(exitCode, 0) << qPrintable(errors);
+        EXPECT_EQ(output, help) << qPrintable(arguments.join(u' '));
+    }
+    run({"stray", "--version"});
+    EXPECT_EQ(exitCode, 0) << qPrintable(errors);
+    EXPECT_TRUE(output.startsWith("qv1k-acquire ")) << qPrintable(output);
 }
 
 TEST_F(Commands, list_tells_number_description_and_what_is_in_use)
@@ -95,6 +113,26 @@ TEST_F(Commands, list_of_nothing_is_empty_and_ends_well)
     EXPECT_EQ(exitCode, 0) << qPrintable(errors);
     EXPECT_TRUE(summary()[u"detectors"].isArray());
     EXPECT_EQ(summary()[u"detectors"].toArray().size(), 0);
+}
+
+TEST_F(Commands, what_the_list_says_is_open_is_in_use)
+{
+    detector("");
+    environment.insert("QV1K_LISTED_OPEN", "1");
+    command("list", {json});
+    EXPECT_EQ(exitCode, 0) << qPrintable(errors);
+    EXPECT_TRUE(summary()["detectors"][0]["inUse"].toBool()) << qPrintable(output);
+}
+
+TEST_F(Commands, without_a_driver_library_each_ends_and_makes_nothing)
+{
+    const QList<QStringList> each{
+        {"list"}, {"info"}, {"set", "--range", "50"}, {"calibrate", "dark", "--to", "made/d.csv"}};
+    for (const QStringList &arguments : each) {
+        run(arguments + QStringList{"--library", "/nowhere/none.so"});
+        expectFailure("no driver library: ");
+    }
+    EXPECT_TRUE(QDir(folder.path()).isEmpty());
 }
 
 TEST_F(Commands, without_a_list_of_what_is_attached_each_ends)
@@ -144,6 +182,30 @@ TEST_F(Commands, info_fails_with_the_first_question_that_is_not_answered)
     detector("[Faults]\nReplyFaultCommand=0210\nMissingReply=true\n"); // 0.5 s of waiting
     command(QStringLiteral("info"));
     expectFailure(QStringLiteral("time-out: the detector did not tell its battery charge"));
+}
+
+TEST_F(Commands, info_tells_what_came_before_a_reply_that_is_too_short)
+{
+    detector("[Faults]\nReplyFaultCommand=0200\nShortReply=1\n"); // 5 s of waiting
+    command("info", {json});
+    expectFailure("time-out: the detector did not tell its parameters");
+    EXPECT_TRUE(summary().contains("battery"));
+    EXPECT_FALSE(summary().contains("eeprom"));
+
+    detector("[Faults]\nReplyFaultCommand=02EE\nShortReply=1\n");
+    command("info", {json});
+    expectFailure("time-out: the detector did not tell its EEPROM");
+    EXPECT_TRUE(summary().contains("mode"));
+    EXPECT_FALSE(summary().contains("eeprom"));
+}
+
+TEST_F(Commands, info_tells_the_mode_that_the_detector_was_set_to)
+{
+    detector("");
+    environment.insert("QV1K_FIRST_FRAME", ParameterPacket::setMode(false).toHex());
+    command("info", {json});
+    EXPECT_EQ(exitCode, 0) << qPrintable(errors);
+    EXPECT_EQ(summary()["mode"].toString(), "QV 256");
 }
 
 TEST_F(Commands, a_detector_that_was_left_streaming_is_halted_and_asked_once_more)
@@ -203,6 +265,15 @@ TEST_F(Commands, set_ends_with_what_is_not_acknowledged)
     EXPECT_EQ(summary()[u"set"].toArray(), QJsonArray({QStringLiteral("timing")}));
 }
 
+TEST_F(Commands, set_sends_no_voltages_behind_an_adc_word_that_is_not_acknowledged)
+{
+    detector("[Faults]\nReplyFaultCommand=0101\nCorruptReply=true\n");
+    command("set", QStringList{"--range", "1", json} + fourVolts);
+    expectFailure("set adc fail");
+    EXPECT_EQ(written().size(), 2);
+    EXPECT_EQ(summary()["set"].toArray(), QJsonArray({"timing"}));
+}
+
 TEST_F(Commands, wrong_values_are_refused_before_anything_is_opened)
 {
     command(QStringLiteral("set"));
@@ -211,7 +282,7 @@ TEST_F(Commands, wrong_values_are_refused_before_anything_is_opened)
     expectRefusal(QStringLiteral("--range takes 150, 50, 10 or 1, not \"100\""));
     command(QStringLiteral("set"), {QStringLiteral("--vss"), QStringLiteral("1")});
     expectRefusal(QStringLiteral("--von, --voff, --vss and --vcom go together"));
-    for (const char *volts : {"15.01", "0.125", "nan"}) {
+    for (const char *volts : {"15.01", "0.125", "nan", "x"}) {
         command(QStringLiteral("set"), {QStringLiteral("--vss"), QString::fromLatin1(volts)});
         expectRefusal(QStringLiteral("--vss takes volts from -15 to 15 with 2 decimals at most, not \"%1\"")
                           .arg(QLatin1String(volts)));
@@ -247,6 +318,15 @@ TEST_F(Commands, json_tells_of_a_run_that_was_cut_short)
     EXPECT_EQ(summary()[u"frames"].toInt(), 1);
     EXPECT_EQ(summary()[u"problem"].toString(),
               QStringLiteral("the detector was unplugged, 1 of 5 received"));
+}
+
+TEST_F(Commands, frames_of_so_many_seconds_that_are_cut_short_are_counted_without_how_many_should_have_come)
+{
+    detector("[Faults]\nUnplugAtByte=5000000\n");
+    command("acquire", {"--seconds", "1000", json});
+    expectFailure("the detector was unplugged, 1 received");
+    EXPECT_EQ(summary()["frames"].toInt(), 1);
+    EXPECT_FALSE(summary().contains("wanted"));
 }
 
 TEST_F(Commands, frames_of_so_many_seconds_are_a_whole_recording)

@@ -4,6 +4,9 @@
 //   QV1K_FILE_SIZE_LIMIT   no file can grow beyond so many bytes
 //   QV1K_FULL_FILE         what is written under this name finds no room
 //   QV1K_NO_LIST           what is attached cannot be listed
+//   QV1K_LISTED_OPEN       of what is attached the list says that it is open
+//   QV1K_FIRST_FRAME       what the detector was sent by whoever had it before, in hexadecimal digits
+//   QV1K_LOST_FILE         this file is gone when the detector is closed
 
 #include "tests/support/limitedwriting.h"
 #include "tests/support/providercalls.h"
@@ -13,6 +16,7 @@
 #include <QFile>
 
 #include <optional>
+#include <span>
 
 namespace {
 
@@ -38,6 +42,10 @@ d2xx::Status QV1K_D2XX_CALL listNothing(std::uint32_t *)
     return d2xx::Status::IoError;
 }
 
+d2xx::Status QV1K_D2XX_CALL listAsOpen(d2xx::DeviceRecord *records, std::uint32_t *count);
+d2xx::Status QV1K_D2XX_CALL openAfterAnother(void *key, std::uint32_t flags, d2xx::Handle *handle);
+d2xx::Status QV1K_D2XX_CALL closeAndLose(d2xx::Handle handle);
+
 struct NotingLibrary
 {
     NotingLibrary()
@@ -45,6 +53,12 @@ struct NotingLibrary
         calls.write = &noteAndWrite;
         if (qEnvironmentVariableIsSet("QV1K_NO_LIST"))
             calls.createDeviceInfoList = &listNothing;
+        if (qEnvironmentVariableIsSet("QV1K_LISTED_OPEN"))
+            calls.getDeviceInfoList = &listAsOpen;
+        if (qEnvironmentVariableIsSet("QV1K_FIRST_FRAME"))
+            calls.openEx = &openAfterAnother;
+        if (qEnvironmentVariableIsSet("QV1K_LOST_FILE"))
+            calls.close = &closeAndLose;
     }
 
     Obstacles obstacles;
@@ -67,6 +81,34 @@ d2xx::Status QV1K_D2XX_CALL noteAndWrite(d2xx::Handle handle, void *buffer, std:
                    '\n');
     file.close();
     return library().detector.write(handle, buffer, length, bytesWritten);
+}
+
+d2xx::Status QV1K_D2XX_CALL listAsOpen(d2xx::DeviceRecord *records, std::uint32_t *count)
+{
+    const d2xx::Status status = library().detector.getDeviceInfoList(records, count);
+    for (d2xx::DeviceRecord &record : std::span(records, *count))
+        record.flags |= d2xx::flagOpened;
+    return status;
+}
+
+d2xx::Status QV1K_D2XX_CALL openAfterAnother(void *key, std::uint32_t flags, d2xx::Handle *handle)
+{
+    const d2xx::Functions &detector = library().detector;
+    const d2xx::Status status = detector.openEx(key, flags, handle);
+    if (status != d2xx::Status::Ok)
+        return status;
+    QByteArray frame = QByteArray::fromHex(qgetenv("QV1K_FIRST_FRAME"));
+    QByteArray echo(6, '\0');
+    std::uint32_t count = 0;
+    detector.write(*handle, frame.data(), static_cast<std::uint32_t>(frame.size()), &count);
+    detector.read(*handle, echo.data(), static_cast<std::uint32_t>(echo.size()), &count);
+    return status;
+}
+
+d2xx::Status QV1K_D2XX_CALL closeAndLose(d2xx::Handle handle)
+{
+    QFile::remove(qEnvironmentVariable("QV1K_LOST_FILE"));
+    return library().detector.close(handle);
 }
 
 } // namespace

@@ -14,8 +14,10 @@ protected:
 
 TEST_F(Publishing, options_of_what_is_not_asked_for_are_refused)
 {
-    for (const char *option : {"--must-arrive", "--publish-raw"}) {
-        acquire({option});
+    const QList<QStringList> options{
+        {"--must-arrive"}, {"--publish-raw"}, {"--receivers", "1"}, {"--publish-key", "key"}};
+    for (const QStringList &option : options) {
+        acquire(option);
         expectRefusal("--must-arrive, --receivers, --publish-raw and --publish-key go with --publish");
     }
 }
