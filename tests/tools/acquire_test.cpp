@@ -88,6 +88,15 @@ TEST_F(Acquire, the_log_of_a_run_begins_and_ends_with_the_threads_lines)
     EXPECT_TRUE(written.endsWith(QStringLiteral("   >>   日志线程结束\n")));
 }
 
+TEST_F(Acquire, the_log_is_repeated_on_standard_error_when_asked_for)
+{
+    detector("");
+    runVirtual({"--verbose", "--seconds", "2"}); // the log looks for lines once a second
+    EXPECT_EQ(exitCode, 0);
+    EXPECT_TRUE(errors.contains("驱动库：")) << qPrintable(errors);
+    EXPECT_FALSE(output.contains("驱动库：")) << qPrintable(output);
+}
+
 TEST_F(Acquire, wrong_arguments_are_told_in_one_line_and_end_with_status_2)
 {
     const QList<QStringList> wrong{{QStringLiteral("--frames"), QStringLiteral("0")},

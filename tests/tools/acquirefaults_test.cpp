@@ -131,6 +131,15 @@ TEST_F(Acquire, a_file_that_cannot_be_written_ends_the_run_with_an_error_after_a
     EXPECT_TRUE(output.contains(QStringLiteral("frame    3")));
 }
 
+TEST_F(Acquire, a_file_that_was_written_and_is_not_there_in_the_end_is_an_error)
+{
+    detector("");
+    environment.insert("QV1K_LOST_FILE", "out/T/T_pic1.png");
+    run({"--library", QV1K_NOTING_LIBRARY, "--output", "out", "--name", "T", "--frames", "2"});
+    expectFailure("out/T/T_pic1.png is missing or incomplete");
+    EXPECT_TRUE(output.contains("Recorded in ")) << "nothing failed before";
+}
+
 TEST_F(Acquire, a_disk_that_fills_up_is_an_error_after_all_frames_and_the_log_names_each_file)
 {
     detector("");
