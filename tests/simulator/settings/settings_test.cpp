@@ -144,6 +144,13 @@ TEST_F(SettingsTest, only_detectors_that_there_are_can_be_unplugged)
     EXPECT_TRUE(output.contains(QStringLiteral("Unplugged=C is not used: choose of SerialNumbers")));
 }
 
+TEST_F(SettingsTest, an_empty_list_of_unplugged_detectors_names_none)
+{
+    EXPECT_EQ(read("SerialNumbers=A,B\nUnplugged=\n").unplugged, QStringList());
+    EXPECT_EQ(read("SerialNumbers=A,B\nUnplugged=B,\n").unplugged, QStringList{QStringLiteral("B")});
+    EXPECT_TRUE(output.messages().isEmpty()) << qPrintable(output.messages().join(u'\n'));
+}
+
 TEST_F(SettingsTest, a_call_that_cannot_be_told_to_fail_leaves_a_line_and_the_others_do)
 {
     const auto faults = read("[Faults]\nFailCalls=Close,Read,close,Purge\n").faults;
@@ -176,6 +183,18 @@ TEST_F(SettingsTest, a_value_that_makes_no_sense_leaves_a_line_and_the_default)
     EXPECT_TRUE(
         output.contains(QStringLiteral("BatteryLevel=101 is not used: a whole number from 0 to 100")));
     EXPECT_TRUE(output.contains(QStringLiteral("choose one of chart, dark, flat, phantom, replay")));
+}
+
+TEST_F(SettingsTest, a_command_is_four_hexadecimal_digits)
+{
+    EXPECT_EQ(read("[Faults]\nReplyFaultCommand=03fa\n").faults.replyCommand, 0x03FA);
+    EXPECT_TRUE(output.messages().isEmpty());
+    for (const char *other : {"3A0", "103A0", "03G0"})
+        EXPECT_FALSE(read(QByteArray("[Faults]\nReplyFaultCommand=") + other + '\n').faults.replyCommand)
+            << other;
+    EXPECT_EQ(output.messages().size(), 3);
+    EXPECT_TRUE(output.contains(
+        QStringLiteral("ReplyFaultCommand=03G0 is not used: class and code of a command in four")));
 }
 
 TEST_F(SettingsTest, a_number_that_is_none_leaves_the_default)
