@@ -252,3 +252,12 @@ TEST_F(Stream, a_halt_drops_the_block_that_is_not_due_yet)
     bench.now += 10 * period;
     EXPECT_EQ(bench.takeAll(), QByteArray());
 }
+
+TEST_F(Stream, a_halt_drops_no_reply_that_is_not_due_yet)
+{
+    bench.settings.faults.replyCommand = 0x03A0;
+    bench.settings.faults.replyDelay = 30ms;
+    EXPECT_EQ(bench.exchange(frame(3, 0xA0) + frame(3, 0xA1)), QByteArray());
+    bench.now += 30ms;
+    EXPECT_EQ(bench.takeAll(), hex("FF BB 03 A0 0D EB FF BB 03 A1 0D EB"));
+}

@@ -234,6 +234,18 @@ TEST(Sensor, a_replay_whose_file_went_away_is_black)
     EXPECT_TRUE(rawFrame(recipe) == QByteArray(simulator::frameBytes, '\0'));
 }
 
+TEST(Sensor, a_replay_goes_on_when_its_file_is_there_again)
+{
+    const WorkingFolder folder;
+    FrameRecipe recipe = recipeOf(Scene::Replay);
+    recipe.replayFile = folder.filePath(QStringLiteral("late.raw"));
+    Sensor sensor;
+    EXPECT_TRUE(rawFrame(sensor, recipe) == QByteArray(simulator::frameBytes, '\0'));
+    const QByteArray recorded(simulator::frameBytes, '\x11');
+    folder.write(QStringLiteral("late.raw"), recorded);
+    EXPECT_TRUE(rawFrame(sensor, recipe) == recorded);
+}
+
 TEST(Sensor, a_test_pattern_covers_the_replay)
 {
     FrameRecipe recipe = recipeOf(Scene::Replay);
