@@ -205,6 +205,21 @@ TEST(CallFaults, a_call_that_hangs_holds_up_no_other)
     EXPECT_EQ(bridge.getStatus(first, &n, &n, &n), Status::InvalidHandle);
 }
 
+TEST(CallFaults, a_call_that_hangs_fails_when_its_handle_is_gone_meanwhile)
+{
+    WorkingFolder folder;
+    folder.write(QStringLiteral("virtual-detector.ini"), "[Faults]\nHangCalls=Purge\nFailCalls=Purge\n");
+    GatedClock clock;
+    Bridge bridge(clock, folder.path());
+    Handle handle = nullptr;
+    ASSERT_EQ(bridge.openEx("QV1K", 1, &handle), Status::Ok);
+    std::thread purging([&] { EXPECT_EQ(bridge.purge(handle, 3), Status::InvalidHandle); });
+    clock.untilSomeoneWaits();
+    EXPECT_EQ(bridge.close(handle), Status::Ok);
+    clock.open();
+    purging.join();
+}
+
 TEST(CallFaults, a_call_that_hangs_ends_with_the_bridge)
 {
     WorkingFolder folder;

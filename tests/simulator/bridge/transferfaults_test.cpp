@@ -69,6 +69,18 @@ TEST(TransferFaults, a_failed_read_that_loses_image_data_leaves_the_rest_of_the_
     EXPECT_EQ(cable.waiting(), blockBytes - 6000U);
 }
 
+TEST(TransferFaults, a_failed_read_that_loses_image_data_can_pull_the_cable)
+{
+    FaultyCable cable("FailReads=1\nFailReadsConsume=true\nFaultsFromByte=1\nUnplugAtByte=1000\n");
+    cable.start();
+    cable.send(frame(0, 0));
+    EXPECT_EQ(cable.receive(1).size(), 1);
+    EXPECT_EQ(cable.receive(blockBytes).size(), 0);
+    EXPECT_EQ(cable.status, Status::IoError);
+    EXPECT_EQ(cable.look(), Status::IoError) << "the handle is dead";
+    EXPECT_TRUE(cable.serialNumbers().isEmpty());
+}
+
 TEST(TransferFaults, a_failed_write_does_not_reach_the_detector)
 {
     FaultyCable cable("FailWrites=1\n");
