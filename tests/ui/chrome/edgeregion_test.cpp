@@ -86,6 +86,13 @@ TEST(EdgeRegion, in_a_frame_narrower_than_two_bands_a_point_is_on_both_edges)
     EXPECT_TRUE(region.topLeft && region.bottomRight);
 }
 
+TEST(EdgeRegion, of_two_edges_that_face_each_other_the_left_and_the_top_one_are_moved)
+{
+    const EdgeRegion both(QPoint(103, 103), QRect(100, 100, 6, 6), 3);
+    EXPECT_EQ(both.edges(), Qt::LeftEdge | Qt::TopEdge);
+    EXPECT_EQ(EdgeRegion(QPoint(104, 104), QRect(100, 100, 6, 6), 3).edges(), Qt::RightEdge | Qt::BottomEdge);
+}
+
 TEST(EdgeRegion, a_wider_band_reaches_further_in)
 {
     EXPECT_TRUE(at(110, 500, 10).onLeft);

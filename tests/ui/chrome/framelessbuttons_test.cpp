@@ -67,6 +67,15 @@ TEST_F(FramelessButtons, the_corner_of_a_maximised_window_is_the_buttons)
     EXPECT_TRUE(window.isMaximized());
 }
 
+TEST_F(FramelessButtons, the_corner_of_a_window_that_fills_the_screen_is_the_buttons)
+{
+    window.showFullScreen();
+    button.move(window.width() - button.width(), 0);
+    QTest::mouseClick(&button, Qt::LeftButton, {}, {49, 0});
+    EXPECT_EQ(clicked.count(), 1);
+    EXPECT_TRUE(window.isFullScreen());
+}
+
 TEST_F(FramelessButtons, without_resizing_the_whole_button_is_its_own)
 {
     helper.setResizeEnabled(false);

@@ -88,6 +88,16 @@ TEST_F(DraggedPicture, another_button_breaks_it_off)
     EXPECT_EQ(chosen.size(), 0);
 }
 
+TEST_F(DraggedPicture, the_release_of_another_button_chooses_nothing)
+{
+    QTest::mousePress(&picture, Qt::LeftButton, {}, QPoint(100, 20));
+    QTest::mouseMove(&picture, QPoint(300, 300));
+    QTest::mouseRelease(&picture, Qt::RightButton, {}, QPoint(300, 300)); // which was pressed somewhere else
+    EXPECT_FALSE(isBandShown());
+    QTest::mouseRelease(&picture, Qt::LeftButton, {}, QPoint(300, 300));
+    EXPECT_EQ(chosen.size(), 0);
+}
+
 TEST_F(DraggedPicture, is_cut_at_the_edges)
 {
     QTest::mousePress(&picture, Qt::LeftButton, {}, QPoint(256, 256));
