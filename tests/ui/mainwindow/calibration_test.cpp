@@ -154,11 +154,15 @@ TEST_F(MainWindowCalibration, full_off_during_a_full_on_capture_is_cancelled_and
 TEST_F(MainWindowCalibration, it_cannot_be_closed_while_a_capture_runs)
 {
     openCalibrating();
-    click("pushButton_full_off");
-    click("pushButton_cali");
-    EXPECT_EQ(button("pushButton_cali")->text(), "Close Calibration");
-    EXPECT_TRUE(pipeline().caliEnabled);
-    EXPECT_TRUE(fullOff()->isVisible());
+    for (QPushButton *capture : {fullOff(), fullOn()}) {
+        QTest::mouseClick(capture, Qt::LeftButton);
+        ASSERT_TRUE(capture->isChecked());
+        click("pushButton_cali");
+        EXPECT_EQ(button("pushButton_cali")->text(), "Close Calibration");
+        EXPECT_TRUE(pipeline().caliEnabled);
+        EXPECT_TRUE(capture->isVisible());
+        QTest::mouseClick(capture, Qt::LeftButton); // abandoned
+    }
 }
 
 TEST_F(MainWindowCalibration, unchecking_abandons_the_capture_and_keeps_the_fill_value)
