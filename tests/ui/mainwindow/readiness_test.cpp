@@ -1,5 +1,7 @@
 #include "tests/ui/mainwindow/mainwindowtest.h"
 
+#include "ui/mainwindow/readinesswait.h"
+
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QDialog>
@@ -159,4 +161,15 @@ TEST_F(MainWindowReadiness, the_charge_is_not_asked_for_in_between)
     duringWait(500, [this] { window->close(); });
     click("pushButton_sample");
     EXPECT_EQ(detector.count(CommandFrame::levelQuery()), before);
+}
+
+TEST(ReadinessWaitEnd, leaves_no_rest)
+{
+    QWidget window;
+    ReadinessWait wait(window);
+    wait.end();
+    QElapsedTimer clock;
+    clock.start();
+    EXPECT_FALSE(wait.rest());
+    EXPECT_LT(clock.elapsed(), 1000);
 }

@@ -1,5 +1,6 @@
 #include "tests/ui/mainwindow/mainwindowtest.h"
 
+#include "device/portmanager.h"
 #include "ui/mainwindow/stylesheets.h"
 
 #include <QTextEdit>
@@ -108,6 +109,20 @@ TEST_F(MainWindowSickLink, lost_bytes_are_shown_until_the_acquisition_ends)
     expectThatItWorksAgain();
     EXPECT_TRUE(rate->toolTip().isEmpty()) << "what was lost before the start";
     EXPECT_EQ(finalLog().count(QStringLiteral("接收数据丢失 = 3")), 1);
+}
+
+TEST_F(MainWindowSickLink, what_the_receive_thread_tells_too_late_is_not_shown)
+{
+    openSampling();
+    showFrames(1);
+    stop();
+    const QString before = systemPage();
+    Q_EMIT PortManager::instance()->interrupted(true);
+    Q_EMIT PortManager::instance()->bytesLost(2);
+    const auto *rate = find<QLabel>("label_fps");
+    EXPECT_EQ(rate->toolTip(), "");
+    EXPECT_EQ(rate->styleSheet(), "");
+    EXPECT_EQ(systemPage(), before);
 }
 
 TEST_F(MainWindowSickLink, why_a_device_cannot_be_opened_stands_on_the_system_page_until_it_can)
