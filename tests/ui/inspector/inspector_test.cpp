@@ -101,6 +101,17 @@ TEST_F(InspectorWindow, shows_the_figures_of_the_frame)
     EXPECT_EQ(value("spatial"), value("deviation"));
 }
 
+TEST_F(InspectorWindow, says_that_the_memory_does_not_suffice_until_it_does)
+{
+    showFrame(flat(1));
+    const QString mean = value("mean");
+    Q_EMIT const_cast<InspectionRunner &>(inspector.runner()).failed();
+    EXPECT_EQ(note(), "The memory does not suffice for these figures");
+    EXPECT_EQ(value("mean"), mean) << "those of the frame before";
+    showFrame(flat(2));
+    EXPECT_EQ(note(), "");
+}
+
 TEST_F(InspectorWindow, follows_the_picked_pixel_and_keeps_to_the_frame)
 {
     showFrame(places());
