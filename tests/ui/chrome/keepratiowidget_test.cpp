@@ -205,6 +205,16 @@ TEST(KeepRatioClick, a_press_beside_the_label_emits_nothing)
     EXPECT_TRUE(clicks.isEmpty());
 }
 
+TEST(KeepRatioClick, a_label_without_area_tells_none)
+{
+    ShownView view;
+    view.resize(4, 4);
+    ASSERT_TRUE(labelOf(view)->size().isEmpty());
+    const QSignalSpy clicks(&view, &KeepRatioWidget::click_coor);
+    press(labelOf(view), {0, 0});
+    EXPECT_TRUE(clicks.isEmpty());
+}
+
 TEST(KeepRatioClick, the_label_still_receives_the_press)
 {
     struct Listener : QObject
