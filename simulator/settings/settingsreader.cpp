@@ -1,6 +1,7 @@
 #include "simulator/settings/settingsreader.h"
 
 #include <QDebug>
+#include <QRegularExpression>
 
 namespace simulator {
 
@@ -69,10 +70,10 @@ std::optional<quint16> SettingsReader::command(const QString &key)
     const QString given = text(key);
     if (given.isEmpty())
         return std::nullopt;
-    bool fits = false;
-    const quint16 value = given.toUShort(&fits, 16);
-    if (fits && given.size() == 4)
-        return value;
+    static const QRegularExpression fourDigits(
+        QRegularExpression::anchoredPattern(QStringLiteral("[0-9A-Fa-f]{4}")));
+    if (fourDigits.match(given).hasMatch()) // a sign or 0x would be a number, too, and mean another command
+        return given.toUShort(nullptr, 16);
     complain(key, given, QStringLiteral("class and code of a command in four hexadecimal digits, as 03A0"));
     return std::nullopt;
 }

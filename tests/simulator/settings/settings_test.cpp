@@ -189,10 +189,10 @@ TEST_F(SettingsTest, a_command_is_four_hexadecimal_digits)
 {
     EXPECT_EQ(read("[Faults]\nReplyFaultCommand=03fa\n").faults.replyCommand, 0x03FA);
     EXPECT_TRUE(output.messages().isEmpty());
-    for (const char *other : {"3A0", "103A0", "03G0"})
+    for (const char *other : {"3A0", "103A0", "03G0", "0x3A", "+3A0"})
         EXPECT_FALSE(read(QByteArray("[Faults]\nReplyFaultCommand=") + other + '\n').faults.replyCommand)
             << other;
-    EXPECT_EQ(output.messages().size(), 3);
+    EXPECT_EQ(output.messages().size(), 5);
     EXPECT_TRUE(output.contains(
         QStringLiteral("ReplyFaultCommand=03G0 is not used: class and code of a command in four")));
 }
