@@ -112,6 +112,19 @@ TEST_F(StartedRun, an_output_that_nobody_reads_any_more_ends_the_run_in_good_ord
     expectTidyLog();
 }
 
+TEST_F(StartedRun, an_output_that_nobody_ever_read_ends_the_run_before_the_detector_is_opened)
+{
+    detector("");
+    LeavingReader reader;
+    reader.attachTo(process);
+    reader.leave();
+    process.start(program, {"--library", "virtual", "--output", "out"}); // whose first line is that it is
+    waitForEnd();
+    expectEndWithoutReader();
+    EXPECT_TRUE(errors.contains("nobody reads the standard output any more\n")) << qPrintable(errors);
+    EXPECT_FALSE(log().contains("串口连接")) << qPrintable(log());
+}
+
 TEST_F(StartedRun, a_summary_that_finds_no_room_is_no_success)
 {
     detector("");
@@ -127,6 +140,21 @@ TEST_F(StartedRun, a_summary_that_finds_no_room_is_no_success)
         expectFailure(QStringLiteral("standard output cannot be written: ") +
                       QString::fromLocal8Bit(std::strerror(ENOSPC)));
     }
+}
+
+TEST_F(StartedRun, a_summary_longer_than_what_is_written_at_once_that_finds_no_room_is_no_success)
+{
+    QStringList numbers;
+    for (int n = 0; n < 200; ++n)
+        numbers << QString::number(n);
+    detector("SerialNumbers=" + numbers.join(u',').toLatin1() + '\n');
+    const FullFile full("output.txt");
+    environment.insert("QV1K_FULL_FILE", "output.txt");
+    process.setStandardOutputFile("output.txt");
+    startCommand({"list", "--json"});
+    waitForEnd();
+    expectFailure(QStringLiteral("standard output cannot be written: ") +
+                  QString::fromLocal8Bit(std::strerror(ENOSPC)));
 }
 
 TEST_F(StartedRun, an_output_that_is_full_does_not_keep_the_frames_from_being_stored)
@@ -171,6 +199,34 @@ TEST_F(StartedRun, after_all_frames_the_detector_is_halted_once)
     waitForEnd();
     EXPECT_EQ(exitCode, 0) << qPrintable(errors);
     EXPECT_EQ(written(haltFrame), 1);
+}
+
+TEST_F(StartedRun, a_signal_behind_the_last_frame_ends_the_process_but_costs_nothing)
+{
+    detector("[Faults]\nStallAfterBytes=4194304\n"); // it does not stop at once
+    start({"--frames", "1"});
+    waitForFrames(1);
+    EndRequest::common().send(process);
+    waitForEnd();
+    expectEndBy(EndRequest::common());
+    EXPECT_EQ(errors, QString());
+    EXPECT_TRUE(output.contains("Recorded in ")) << qPrintable(output);
+    EXPECT_EQ(wholePictures(), 1);
+    EXPECT_EQ(written(haltFrame), 1);
+    expectTidyLog();
+}
+
+TEST_F(StartedRun, a_detector_unplugged_behind_the_last_frame_is_no_failure)
+{
+    detector("[Faults]\nStallAfterBytes=4194304\n"); // it does not stop at once
+    start({"--frames", "1"});
+    waitForFrames(1);
+    detector("Unplugged=QV1K\n");
+    waitForEnd();
+    EXPECT_EQ(exitCode, 0) << qPrintable(errors);
+    EXPECT_EQ(wholePictures(), 1);
+    EXPECT_TRUE(log().contains("设备连接丢失")) << qPrintable(log());
+    expectTidyLog();
 }
 
 TEST_F(StartedRun, a_detector_whose_start_is_not_confirmed_may_be_streaming_and_is_told_to_halt)

@@ -16,6 +16,8 @@ public:
     void attachTo(QProcess &process);
     /// To be called when it was started. Blocks until so many lines came, or the output ended.
     void readAndLeave(int lines);
+    /// Instead, to be called before the program is started: nobody ever reads.
+    void leave();
 
 private:
     struct Pipe;

@@ -42,3 +42,8 @@ void LeavingReader::readAndLeave(int lines)
         lines -= character == '\n' ? 1 : 0;
     m_pipe->closeEnd(0);
 }
+
+void LeavingReader::leave()
+{
+    m_pipe->closeEnd(0);
+}

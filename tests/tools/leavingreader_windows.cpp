@@ -49,3 +49,8 @@ void LeavingReader::readAndLeave(int lines)
         lines -= character == '\n' ? 1 : 0;
     Pipe::closeEnd(m_pipe->reading);
 }
+
+void LeavingReader::leave()
+{
+    Pipe::closeEnd(m_pipe->reading);
+}
