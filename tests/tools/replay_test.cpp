@@ -67,6 +67,42 @@ TEST_F(Commands, a_recording_is_not_replayed_over_itself)
     EXPECT_EQ(folder.read(QStringLiteral("out/T/T.raw.json")), index);
 }
 
+TEST_F(Commands, raw_frames_are_replayed_into_raw_frames_of_another_recording)
+{
+    detector("");
+    runVirtual({"--raw"});
+    run({"replay", "out/T/T.raw", "--raw", "--output", "again", "--name", "T"});
+    EXPECT_EQ(exitCode, 0) << qPrintable(errors);
+    for (const char *name : {"T.raw", "T.raw.json"}) {
+        const QByteArray recorded = folder.read(QLatin1String("out/T/") + QLatin1String(name));
+        EXPECT_FALSE(recorded.isEmpty());
+        EXPECT_TRUE(folder.read(QLatin1String("again/T/") + QLatin1String(name)) == recorded) << name;
+    }
+}
+
+TEST_F(Commands, what_a_replay_cannot_read_or_write_is_told_before_a_frame_is)
+{
+    detector("");
+    runVirtual({"--raw"});
+    folder.write("file", "stands where the folder should be");
+    run({"replay", "out/T/T.raw", "--output", "file"});
+    expectFailure("the folder file cannot be created");
+    EXPECT_EQ(output, QString());
+    run({"replay", "out/T/T.raw", "--output", "again", "--dark", "none.csv", json});
+    expectFailure("none.csv is missing: ");
+    EXPECT_EQ(summary()["frames"].toInt(-1), 0);
+    EXPECT_EQ(summary()["wanted"].toInt(), 1);
+    EXPECT_TRUE(QDir("again").isEmpty());
+}
+
+TEST_F(Commands, of_a_recording_without_a_frame_no_video_can_be_made)
+{
+    folder.write("none.raw", "");
+    folder.write("none.raw.json", "{\"frames\": []}");
+    run({"replay", "none.raw", "--video", "--name", "T"});
+    expectFailure("T/output_video.mp4 is missing or unreadable");
+}
+
 TEST_F(Commands, a_damaged_frame_ends_a_replay_and_the_frames_before_are_kept)
 {
     detector("");
