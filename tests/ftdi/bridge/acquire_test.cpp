@@ -15,11 +15,11 @@ protected:
         detector("");
     }
 
-    EmulatedBridge &plugIn(const UsbBed::Identity &identity = {})
+    EmulatedBridge &plugIn(const UsbBed::Identity &identity = {}, int at = port)
     {
         simulator::Settings settings;
         settings.pacing = simulator::Pacing::None;
-        return bed.plugIn(port, identity, std::make_unique<DetectorLines>(settings));
+        return bed.plugIn(at, identity, std::make_unique<DetectorLines>(settings));
     }
     [[nodiscard]] static QStringList arguments(const char *frames)
     {
@@ -67,6 +67,36 @@ TEST_F(AcquireOnBridge, other_peoples_bridges_are_left_alone_unless_one_is_named
     run(arguments("1") + QStringList{QStringLiteral("--serial"), QStringLiteral("FT7A3B9C")});
     EXPECT_EQ(exitCode, 0) << qPrintable(errors);
     EXPECT_TRUE(wasOpened());
+}
+
+TEST_F(AcquireOnBridge, a_list_tells_other_peoples_bridges_and_does_not_try_whether_they_are_in_use)
+{
+    plugIn();
+    EmulatedBridge &other =
+        plugIn({.serialNumber = "FT7A3B9C", .product = "serial cable", .productId = 0x6015}, port + 1);
+    run({"list", "--library", QV1K_FTDI_LIBRARY});
+    EXPECT_EQ(exitCode, 0) << qPrintable(errors);
+    QStringList lines = output.split(u'\n', Qt::SkipEmptyParts);
+    lines.sort();
+    EXPECT_EQ(lines, QStringList({"FT7A3B9C  serial cable (other bridge)", "QV1K  QV1K detector"}))
+        << qPrintable(output);
+    EXPECT_TRUE(other.onChip([](EmulatedChip &chip) { return chip.bitModes().empty(); }));
+}
+
+TEST_F(AcquireOnBridge, a_detector_that_another_program_holds_is_in_use_and_the_program_is_named)
+{
+    plugIn();
+    QProcess holder;
+    holder.start(QV1K_HOLDBRIDGE, {"/dev/bus/usb/001/002"});
+    ASSERT_TRUE(holder.waitForReadyRead(60'000)) << "it does not hold the bridge";
+    run({"list", "--library", QV1K_FTDI_LIBRARY});
+    EXPECT_EQ(exitCode, 0) << qPrintable(errors);
+    EXPECT_EQ(output, "QV1K  QV1K detector (in use)\n");
+    run(arguments("1"));
+    expectFailure("the detector QV1K cannot be opened; Another program holds the bridge ");
+    expectFailure(QStringLiteral("holdbridge (process %1).").arg(holder.processId()));
+    holder.closeWriteChannel();
+    ASSERT_TRUE(holder.waitForFinished(60'000));
 }
 
 TEST_F(AcquireOnBridge, a_cable_that_is_pulled_ends_the_run_and_says_so)
