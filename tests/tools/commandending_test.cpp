@@ -65,7 +65,7 @@ TEST_F(StartedCommand, a_signal_ends_info_behind_the_question_that_is_answered)
 
 TEST_F(StartedCommand, a_signal_ends_set_behind_the_frame_that_is_acknowledged)
 {
-    detector("[Faults]\nReplyFaultCommand=0110\nReplyDelayMs=1500\n");
+    detector("[Faults]\nReplyFaultCommand=0110\nReplyDelayMs=1000\n");
     startCommand({"set", "--range", "50"});
     ASSERT_TRUE(QTest::qWaitFor([&] { return sent() == 1; }, 60000 * patience));
     EndRequest::common().send(process);
