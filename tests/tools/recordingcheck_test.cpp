@@ -136,6 +136,14 @@ TEST_F(Check, a_picture_must_be_readable_and_of_the_detectors_size)
     EXPECT_EQ(check(false, true, false), QString());
 }
 
+TEST_F(Check, of_a_frames_files_the_first_that_is_wrong_is_told)
+{
+    writeData(csv(1023));
+    EXPECT_TRUE(check(true, true, false).contains("it holds 1023 lines"));
+    writeData(csv(1024));
+    EXPECT_TRUE(check(true, true, false).contains("T_pic1.png is missing or incomplete"));
+}
+
 TEST_F(Check, a_missing_or_broken_video_is_found)
 {
     EXPECT_TRUE(check(false, false, true).contains(QStringLiteral("missing or unreadable")));
