@@ -21,6 +21,7 @@ struct State
     QByteArray filter;
     QList<QByteArray> watched;
     int handedOut = 0;
+    int timesAsked = 0;
     FakeUdev::Call failing = FakeUdev::Call::None;
 };
 
@@ -83,6 +84,11 @@ QList<QByteArray> FakeUdev::watched()
     return state().watched;
 }
 
+int FakeUdev::timesAsked()
+{
+    return state().timesAsked;
+}
+
 int FakeUdev::handedOut()
 {
     return state().handedOut;
@@ -130,6 +136,7 @@ int udev_monitor_get_fd(udev_monitor *)
 udev_device *udev_monitor_receive_device(udev_monitor *)
 {
     char byte = 0;
+    ++state().timesAsked;
     if (read(state().pipe[0], &byte, 1) != 1 || state().events.isEmpty())
         return nullptr;
     ++state().handedOut;

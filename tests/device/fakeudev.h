@@ -22,6 +22,8 @@ public:
 
     /// What is watched: "subsystem/device type", once for each that began to listen.
     [[nodiscard]] static QList<QByteArray> watched();
+    /// How often an event was asked for.
+    [[nodiscard]] static int timesAsked();
     /// What was handed out and not given back.
     [[nodiscard]] static int handedOut();
 };

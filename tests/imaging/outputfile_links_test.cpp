@@ -43,7 +43,7 @@ TEST(OutputFile, a_device_that_has_nothing_to_bring_to_the_disk_is_no_failure)
     const DebugOutput output;
     {
         Recorder recorder(files.root, files.name);
-        recorder.start({.picture = true});
+        recorder.start({.data = true});
         recorder.writeParameters("text");
         EXPECT_TRUE(recorder.stop());
     }

@@ -30,7 +30,8 @@ TEST(ScreenPicture, a_picture_of_its_own_size_keeps_every_pixel)
 
 TEST(ScreenPicture, it_grows_and_shrinks_smoothly_to_the_size_that_was_asked_for)
 {
-    for (const QSize size : {QSize(100, 100), QSize(255, 256), QSize(257, 300), QSize(1000, 700)}) {
+    for (const QSize size :
+         {QSize(100, 100), QSize(255, 256), QSize(257, 300), QSize(300, 100), QSize(1000, 700)}) {
         const QImage scaled = ScreenPicture::scaled(ramp(), size);
         ASSERT_EQ(scaled.size(), size);
         EXPECT_EQ(scaled.format(), QImage::Format_RGB32);

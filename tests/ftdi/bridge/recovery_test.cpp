@@ -126,6 +126,22 @@ TEST_F(Recovery, a_write_that_fails_as_no_clearing_mends_ends_the_connection_at_
     EXPECT_EQ(f.close(handle), Status::Ok);
 }
 
+TEST_F(Recovery, a_write_that_the_bridge_does_not_take_in_time_is_ok_and_tells_that_nothing_left)
+{
+    plugIn();
+    ASSERT_EQ(open(), Status::Ok);
+    ASSERT_EQ(f.setTimeouts(handle, 100, 100), Status::Ok);
+    bridge->setFaults({.holdsWrites = true});
+    auto bytes = numbered(10);
+    std::uint32_t written = 99;
+    EXPECT_EQ(f.write(handle, bytes.data(), 10, &written), Status::Ok);
+    EXPECT_EQ(written, 0U);
+    bridge->setFaults({});
+    EXPECT_EQ(f.write(handle, bytes.data(), 10, &written), Status::Ok);
+    EXPECT_EQ(written, 10U);
+    EXPECT_EQ(f.close(handle), Status::Ok);
+}
+
 TEST_F(Recovery, a_cable_that_is_pulled_ends_a_write_that_waits_and_is_told_as_such)
 {
     plugIn();
@@ -147,8 +163,10 @@ TEST_F(Recovery, a_chip_that_answers_no_more_fails_what_is_asked_of_it_and_can_b
 {
     plugIn();
     ASSERT_EQ(open(), Status::Ok);
+    EXPECT_EQ(f.purge(handle, d2xx::purgeBoth), Status::Ok);
     bridge->setFaults({.isMute = true});
     EXPECT_EQ(f.purge(handle, d2xx::purgeReceived), Status::IoError);
+    EXPECT_EQ(f.purge(handle, d2xx::purgeSent), Status::IoError);
     EXPECT_EQ(f.close(handle), Status::Ok);
 }
 
