@@ -28,6 +28,18 @@ protected:
         return QTest::qWaitFor([this] { return f.setTimeouts(handle, 10, 10) == Status::IoError; },
                                patienceMs);
     }
+    /// Opens a bridge that refuses ten bytes so, which ends the connection.
+    void expectNoWrite(const EmulatedBridge::Faults &faults)
+    {
+        plugIn();
+        ASSERT_EQ(open(), Status::Ok);
+        bridge->setFaults(faults);
+        auto bytes = numbered(10);
+        std::uint32_t written = 99;
+        EXPECT_EQ(f.write(handle, bytes.data(), 10, &written), Status::IoError);
+        EXPECT_EQ(written, 0U);
+        EXPECT_THAT(problem(handle), HasSubstr("does not take what is sent"));
+    }
     std::uint8_t bitMode()
     {
         return bridge->onChip([](EmulatedChip &chip) { return chip.bitMode(); });
@@ -95,14 +107,9 @@ TEST_F(Recovery, a_write_that_stalls_or_is_damaged_is_sent_again_from_where_it_s
 
 TEST_F(Recovery, a_write_that_cannot_be_mended_ends_the_connection_and_says_why)
 {
-    plugIn();
-    ASSERT_EQ(open(), Status::Ok);
-    bridge->setFaults({.failure = EPIPE, .writeFailures = 1000});
+    expectNoWrite({.failure = EPIPE, .writeFailures = 1000});
     auto bytes = numbered(10);
     std::uint32_t written = 99;
-    EXPECT_EQ(f.write(handle, bytes.data(), 10, &written), Status::IoError);
-    EXPECT_EQ(written, 0U);
-    EXPECT_THAT(problem(handle), HasSubstr("does not take what is sent"));
     EXPECT_EQ(f.write(handle, bytes.data(), 10, &written), Status::IoError);
     EXPECT_EQ(f.close(handle), Status::Ok);
 
@@ -115,14 +122,7 @@ TEST_F(Recovery, a_write_that_cannot_be_mended_ends_the_connection_and_says_why)
 
 TEST_F(Recovery, a_write_that_fails_as_no_clearing_mends_ends_the_connection_at_once)
 {
-    plugIn();
-    ASSERT_EQ(open(), Status::Ok);
-    bridge->setFaults({.failure = EOVERFLOW, .writeFailures = 1});
-    auto bytes = numbered(10);
-    std::uint32_t written = 99;
-    EXPECT_EQ(f.write(handle, bytes.data(), 10, &written), Status::IoError);
-    EXPECT_EQ(written, 0U);
-    EXPECT_THAT(problem(handle), HasSubstr("does not take what is sent"));
+    expectNoWrite({.failure = EOVERFLOW, .writeFailures = 1});
     EXPECT_EQ(f.close(handle), Status::Ok);
 }
 
