@@ -19,6 +19,16 @@ protected:
     /// How many frames the detector was sent.
     [[nodiscard]] qsizetype sent() const { return folder.read("written.txt").count('\n'); }
 
+    /// A signal when the detector was sent the first of what is set.
+    void signalBehindFirstFrameOfSet()
+    {
+        startCommand({"set", "--range", "50"});
+        ASSERT_TRUE(QTest::qWaitFor([&] { return sent() == 1; }, 60000 * patience));
+        EndRequest::common().send(process);
+        waitForEnd();
+        expectEndBy(EndRequest::common());
+    }
+
     /// Replays one frame so often that it would take minutes.
     void startReplay()
     {
@@ -66,11 +76,7 @@ TEST_F(StartedCommand, a_signal_ends_info_behind_the_question_that_is_answered)
 TEST_F(StartedCommand, a_signal_ends_set_behind_the_frame_that_is_acknowledged)
 {
     detector("[Faults]\nReplyFaultCommand=0110\nReplyDelayMs=1000\n");
-    startCommand({"set", "--range", "50"});
-    ASSERT_TRUE(QTest::qWaitFor([&] { return sent() == 1; }, 60000 * patience));
-    EndRequest::common().send(process);
-    waitForEnd();
-    expectEndBy(EndRequest::common());
+    signalBehindFirstFrameOfSet();
     EXPECT_EQ(errors, "qv1k-acquire: ended by a signal\n");
     EXPECT_EQ(sent(), 1);
     expectTidyLog();
@@ -79,11 +85,7 @@ TEST_F(StartedCommand, a_signal_ends_set_behind_the_frame_that_is_acknowledged)
 TEST_F(StartedCommand, after_a_signal_a_silent_detector_is_not_asked_again)
 {
     detector("[Faults]\nMissingReply=true\n");
-    startCommand({"set", "--range", "50"});
-    ASSERT_TRUE(QTest::qWaitFor([&] { return sent() == 1; }, 60000 * patience));
-    EndRequest::common().send(process);
-    waitForEnd();
-    expectEndBy(EndRequest::common());
+    signalBehindFirstFrameOfSet();
     EXPECT_EQ(sent(), 1);
     expectTidyLog();
 }
